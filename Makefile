@@ -1,0 +1,46 @@
+# One-command set-up: `make run` and `make test` each install what is missing, build and go.
+BUILD_DIR ?= build
+JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+
+# Debian packages the build, the tests and the benchmarks need.
+DEB_PACKAGES := cmake make g++ gcc binutils libgtest-dev libgmock-dev libbenchmark-dev \
+                libcli11-dev libboost-math-dev
+
+SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
+
+.PHONY: deps build run test bench clean examples
+
+deps:
+	@missing=""; \
+	for p in $(DEB_PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q 'install ok installed' || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing Debian packages:$$missing"; \
+	  $(SUDO) env DEBIAN_FRONTEND=noninteractive apt-get update -q && \
+	  $(SUDO) env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $$missing; \
+	fi
+
+build:
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release
+	cmake --build $(BUILD_DIR) -j $(JOBS)
+
+# The main job on the bundled example. Logs and result files land beside the example.
+run: deps build
+	cd examples && ../$(BUILD_DIR)/gaengine markers MAP f2_five_chromosomes.map \
+	  && ../$(BUILD_DIR)/gaengine markers CDM clonal_f1.cdm \
+	  && ../$(BUILD_DIR)/gaengine markers PLM four_way_ril.plm \
+	  && ../$(BUILD_DIR)/gaengine markers SNP f2_parents_progeny.snp \
+	  && ../$(BUILD_DIR)/gaengine markers BIN f2_redundant.bin
+
+test: deps build
+	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
+
+bench: deps build
+	$(BUILD_DIR)/gaengine_bench --benchmark_counters_tabular=true
+
+examples: deps build
+	$(BUILD_DIR)/make_map_example > examples/f2_five_chromosomes.map
+
+clean:
+	rm -rf $(BUILD_DIR)

@@ -1,0 +1,58 @@
+// gaengine markers TOOL FILE: the number of markers in an input file.
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "gaengine.h"
+
+namespace gaecli {
+
+namespace {
+
+int CountMarkers(const std::string& tool, int tool_code, const PathArg& path, int& count) {
+  int status = 0;
+  if (tool == "MAP") MAPFindNumMarkers(path.Len(), path.Data(), &count, &status);
+  else if (tool == "CDM") CDMFindNumMarkers(path.Len(), path.Data(), &count, &status);
+  else if (tool == "PLM") PLMFindNumMarkers(path.Len(), path.Data(), &count, &status);
+  else if (tool == "SNP") SNPFindNumMarkers(tool_code, path.Len(), path.Data(), &count, &status);
+  else if (tool == "BIN") BINFindNumMarkers(tool_code, path.Len(), path.Data(), &count, &status);
+  return status;
+}
+
+}  // namespace
+
+void RegisterMarkersCommand(CLI::App& app, int& exit_code) {
+  auto* cmd = app.add_subcommand("markers", "Print the number of markers of an input file");
+  static std::string tool;
+  static std::string file;
+  static int tool_code = 2;
+  cmd->add_option("tool", tool, "MAP, CDM, PLM, SNP or BIN")
+      ->required()
+      ->transform(CLI::IsMember({"MAP", "CDM", "PLM", "SNP", "BIN"}, CLI::ignore_case));
+  cmd->add_option("file", file, "Input file")->required();
+  cmd->add_option("--tool-code", tool_code,
+                  "Population rules of SNP and BIN files: 2 bi-parental, 20 clonal, 30 pure lines")
+      ->capture_default_str();
+  cmd->callback([&exit_code] {
+    std::string upper = tool;
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    int count = 0;
+    const int status = CountMarkers(upper, tool_code, PathArg(file), count);
+    if (status != 0) {
+      std::fprintf(stderr, "%s: not a valid %s file (status %d, see %s.log)\n", file.c_str(),
+                   upper.c_str(), status, upper.c_str());
+      exit_code = 1;
+      return;
+    }
+    std::printf("%s: %d markers\n", file.c_str(), count);
+    exit_code = 0;
+  });
+}
+
+}  // namespace gaecli

@@ -1,0 +1,24 @@
+// Sub-commands of the `gaengine` command. Each one registers itself on the application and
+// writes its exit status into `exit_code` when it runs. They use the library only through its
+// exported C functions, as the desktop front end does.
+#pragma once
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace gaecli {
+
+void RegisterMarkersCommand(CLI::App& app, int& exit_code);
+
+// The path argument of the exports: its bytes and their count.
+struct PathArg {
+  explicit PathArg(const std::string& path) : text(path) {}
+  int Len() const { return static_cast<int>(text.size()); }
+  const char* Data() const { return text.data(); }
+  std::string text;
+};
+
+}  // namespace gaecli

@@ -1,0 +1,46 @@
+// The frame of an exported entry: path decoding, the log session, and the guarantee that
+// nothing escapes across the C boundary.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "frame/messages.h"
+#include "frame/process_state.h"
+#include "frame/run_log.h"
+
+namespace gae {
+
+// The `PathLen` bytes at `path`, trailing blanks trimmed; empty when `PathLen` is below 1.
+std::string EntryPath(int path_len, const char* path);
+
+// The input file is missing or unreadable: the 1002 line (the path followed by " does not
+// exist, and the program stops!"), `Status` 1002, then the entry's 1101 line.
+void ReportMissingInput(const std::string& path, std::string_view dll_name, int* status);
+
+// A failed read left its code in `MessageCode` and printed its cause: `Status` takes the code
+// and the entry says 1101 with its name.
+void ReportEntryFailure(std::string_view dll_name, int* status);
+// The closing 1102 line of a successful entry.
+void ReportEntrySuccess(std::string_view dll_name);
+
+// Runs an export's body inside the tool's log session. An exception (in practice a refused
+// allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program
+// never sees it.
+template <class Body>
+void GuardedEntry(std::string_view tool, std::string_view dll_name, int* status, Body&& body) noexcept {
+  try {
+    LogSession log(tool);
+    try {
+      body();
+    } catch (...) {
+      if (status != nullptr) *status = 1101;
+      MessageCode() = 1101;
+      PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
+    }
+  } catch (...) {
+    if (status != nullptr) *status = 1101;
+  }
+}
+
+}  // namespace gae

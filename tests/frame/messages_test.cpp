@@ -1,0 +1,145 @@
+#include "frame/messages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "frame/message_catalogue.h"
+#include "frame/process_state.h"
+#include "frame/run_log.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::InTempDir;
+using testing::ReadLines;
+
+class Messages : public InTempDir {};
+
+TEST_F(Messages, ErrorLinesCarryTheThirteenCharacterPrefix) {
+  {
+    LogSession log("MAP");
+    ::testing::internal::CaptureStdout();
+    MessageCode() = 2004;
+    PrintHeaderMessage(21);
+    MessageCode() = 1101;
+    PrintFrameMessage("DLL CheckErrorMAP", 0, 0, 0);
+    MessageCode() = 1102;
+    PrintFrameMessage("DLL MAPFindNumMarkers", 0, 0, 0);
+    const std::string out = ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(out,
+              "--Error2004: PopulationType=21 out of range [1:20]!\n"
+              "--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP\n"
+              "DLL MAPFindNumMarkers run successfully!\n");
+  }
+  EXPECT_THAT(ReadLines("MAP.log"),
+              ElementsAre("--Error2004: PopulationType=21 out of range [1:20]!",
+                          "--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP",
+                          "DLL MAPFindNumMarkers run successfully!"));
+}
+
+TEST_F(Messages, ValuesAreLeftAdjustedIntegersOrTrimmedTexts) {
+  EXPECT_THAT(MessageLines(2028, {123456789}),
+              ElementsAre("--Error2028: too many markers! NumMarkers=********"));
+  EXPECT_THAT(MessageLines(2202, {3, 17, "Q "}),
+              ElementsAre("--Error2202: Invalid MarkerType! MarkerID=3 LineID=17 Input MarkerType=Q"));
+  EXPECT_THAT(MessageLines(2108, {2, 1, 1, 4, "M7      "}),
+              ElementsAre("--Error2108: two markers have same name! ChromID1=2 MarkerID1=1; "
+                          "ChromID2=1 MarkerID2=4 MarkerName=M7"));
+  EXPECT_THAT(MessageLines(1109, {12}), ElementsAre("  Ordering is running! GroupID=12"));
+  EXPECT_THAT(MessageLines(1117, {9}),
+              ElementsAre("--Error1117: WindowSize for Rippling is out of range [2,8]. WindowSize=9"));
+  EXPECT_THAT(MessageLines(9999, {}), ElementsAre());
+}
+
+TEST_F(Messages, NameMismatchPrintsThreeLines) {
+  LogSession log("BIP");
+  MessageCode() = 2501;
+  ::testing::internal::CaptureStdout();
+  PrintNameMismatchMessage(2, 5, 17, "mk17", "mk18");
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_THAT(ReadLines("BIP.log"),
+              ElementsAre("--Error2501: Different marker names on chromosome and markertype!",
+                          "  Marker name in Chromosome=mk17 ChID=2 MarkerID=5",
+                          "  Marker name in Markertype=mk18 MarkerID=17"));
+}
+
+TEST_F(Messages, TimeLineIsWrittenInTwoPiecesOfOneRecord) {
+  EXPECT_EQ(CpuTimeLine(1.0f, 4.0f),
+            "   CPU time taken: 0.050         minutes or 3.000         seconds");
+  LogSession log("MAP");
+  MessageCode() = 1103;
+  ::testing::internal::CaptureStdout();
+  PrintFrameMessage("DLL MAPGrouping", 1.0f, 4.0f, 0);
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), CpuTimeLine(1.0f, 4.0f) + "\n");
+  EXPECT_THAT(ReadLines("MAP.log"), ElementsAre(CpuTimeLine(1.0f, 4.0f)));
+}
+
+TEST_F(Messages, FamilyPrintersIgnoreCodesOfOtherFamilies) {
+  LogSession log("MAP");
+  ::testing::internal::CaptureStdout();
+  MessageCode() = 2004;
+  PrintFrameMessage("x", 0, 0, 1);
+  PrintChromosomeMessage(1, 1, 1, 1, 1, "x");
+  PrintMarkerMessage(1, 1, "x");
+  MessageCode() = 1101;
+  PrintHeaderMessage(1);
+  PrintPairwiseMessage(1, 2, 0.5f, 1.0f, 0.0f);
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(Messages, OutlierWarningsGoToTheLogOnly) {
+  LogSession log("BIP");
+  ::testing::internal::CaptureStdout();
+  MessageCode() = 2701;
+  PrintOutlierMessage(0, 0, 0, 0);
+  MessageCode() = 2702;
+  PrintOutlierMessage(1, 7, 99.5f, 3.25f);
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+  EXPECT_THAT(ReadLines("BIP.log"),
+              ElementsAre("Warning: possible outlier in phenotype!",
+                          "     TraitID    SampleID  PhenoValue OutlierStat     Comment",
+                          "           1           7     99.5000      3.2500     TooHigh"));
+}
+
+TEST_F(Messages, PairwiseWarningUsesEightColumnFields) {
+  MessageCode() = 2802;
+  ::testing::internal::CaptureStdout();
+  PrintPairwiseMessage(12, 3, 0.91234f, 4.5f, 0);
+  MessageCode() = 2803;
+  PrintPairwiseMessage(0, 0, 0, 0, 1.5f);
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+            "Warning: estimated recombination frequency too high! IMarker=12       "
+            "JMarker=3        RecFreq=0.9123   LOD score=4.50    \n"
+            "Calculating recombination frequency was complted! Time (m) taken=1.50\n");
+}
+
+TEST(Catalogue, CodesAreUniqueSortedAndCoverEveryFamily) {
+  std::set<int> codes;
+  int previous = 0;
+  for (const CatalogueEntry& entry : Catalogue()) {
+    EXPECT_GT(entry.code, previous);
+    previous = entry.code;
+    codes.insert(entry.code);
+  }
+  for (int code = 1101; code <= 1117; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2001; code <= 2032; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2101; code <= 2109; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2201; code <= 2230; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2301; code <= 2303; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2401; code <= 2407; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2701; code <= 2703; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 2801; code <= 2805; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 3301; code <= 3305; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 1001; code <= 1019; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 3001; code <= 3034; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 3051; code <= 3055; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  for (int code = 1301; code <= 1308; ++code) EXPECT_TRUE(codes.count(code)) << code;
+  EXPECT_TRUE(codes.count(2501) && codes.count(2601) && codes.count(2602));
+}
+
+}  // namespace
+}  // namespace gae

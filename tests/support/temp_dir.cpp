@@ -1,0 +1,60 @@
+#include "support/temp_dir.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "frame/process_state.h"
+
+namespace gae::testing {
+
+void InTempDir::SetUp() {
+  char templ[] = "/tmp/gaengine-test-XXXXXX";
+  ASSERT_NE(::mkdtemp(templ), nullptr);
+  dir_ = templ;
+  previous_ = std::filesystem::current_path().string();
+  std::filesystem::current_path(dir_);
+  ResetProcessStateForTesting();
+}
+
+void InTempDir::TearDown() {
+  ResetProcessStateForTesting();
+  std::filesystem::current_path(previous_);
+  std::error_code ignored;
+  std::filesystem::remove_all(dir_, ignored);
+}
+
+void WriteText(const std::string& path, const std::string& text) {
+  std::ofstream out(path, std::ios::binary);
+  out << text;
+}
+
+std::string ReadText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream buffer;
+  buffer << in.rdbuf();
+  return buffer.str();
+}
+
+std::vector<std::string> ReadLines(const std::string& path) {
+  std::vector<std::string> lines;
+  std::ifstream in(path, std::ios::binary);
+  std::string line;
+  while (std::getline(in, line)) lines.push_back(line);
+  return lines;
+}
+
+bool FileExists(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0;
+}
+
+std::string SourcePath(const std::string& relative) {
+  return std::string(GAE_SOURCE_DIR) + "/" + relative;
+}
+
+}  // namespace gae::testing

@@ -1,0 +1,30 @@
+// Tests run in their own temporary folder: the logs and result files land in the current
+// working directory, and each test starts from a fresh process state.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace gae::testing {
+
+class InTempDir : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+  const std::string& Dir() const { return dir_; }
+
+ private:
+  std::string dir_;
+  std::string previous_;
+};
+
+void WriteText(const std::string& path, const std::string& text);
+std::string ReadText(const std::string& path);
+std::vector<std::string> ReadLines(const std::string& path);
+bool FileExists(const std::string& path);
+// The path of a file of the source tree, e.g. "examples/clonal_f1.cdm".
+std::string SourcePath(const std::string& relative);
+
+}  // namespace gae::testing
