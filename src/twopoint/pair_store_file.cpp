@@ -1,0 +1,56 @@
+#include "twopoint/pair_store_file.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "frame/process_state.h"
+
+namespace gae {
+
+bool PairStoreFile::Open(const std::string& path, int record_length, int mapping_function) {
+  Close();
+  if (record_length < 1) return false;
+  const int fd = ::open(path.c_str(), O_RDONLY);
+  if (fd < 0) return false;
+  struct stat info {};
+  if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+    ::close(fd);
+    return false;
+  }
+  bytes_ = static_cast<std::size_t>(info.st_size);
+  if (bytes_ > 0) {
+    mapping_ = ::mmap(nullptr, bytes_, PROT_READ, MAP_PRIVATE, fd, 0);
+    if (mapping_ == MAP_FAILED) {
+      mapping_ = nullptr;
+      ::close(fd);
+      return false;
+    }
+    // Lookups jump all over the file during grouping and ordering.
+    ::madvise(mapping_, bytes_, MADV_RANDOM);
+  }
+  ::close(fd);
+  table_.records = static_cast<const float*>(mapping_);
+  table_.record_length = record_length;
+  table_.num_records = static_cast<int64_t>(bytes_ / (4u * static_cast<unsigned>(record_length)));
+  table_.mapping_function = mapping_function;
+  open_ = true;
+  return true;
+}
+
+void PairStoreFile::Close() {
+  if (mapping_ != nullptr) ::munmap(mapping_, bytes_);
+  mapping_ = nullptr;
+  bytes_ = 0;
+  table_ = PairTable{};
+  open_ = false;
+}
+
+bool OpenProcessPairStore(PairStoreFile& store) {
+  const PairStoreSettings& settings = Process().pair_store;
+  if (settings.lrd_name.empty()) return false;
+  return store.Open(settings.lrd_name, settings.record_length, settings.mapping_function);
+}
+
+}  // namespace gae
