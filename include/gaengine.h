@@ -44,6 +44,27 @@ GAE_API void PLMFindNumMarkers(int PathLen, const char* Path, int* NumMarkers, i
 GAE_API void SNPFindNumMarkers(int ToolCode, int PathLen, const char* Path, int* NumMarkers, int* Status);
 GAE_API void BINFindNumMarkers(int ToolCode, int PathLen, const char* Path, int* NumMarkers, int* Status);
 
+/* ---- Checks that also prepare a map run -------------------------------------------------- */
+
+/* Validates a MAP input file (header, marker section, anchor section), fills the caller's
+ * arrays and writes the pairwise file <path less its last four characters>.LRD beside it (a
+ * complete file of the same marker count is reused as it stands). The stage functions that
+ * follow in the same process read that file.
+ *   NumMarkers        extent of the arrays (from MAPFindNumMarkers)
+ *   MarkerNameCodes   NumMarkers x 35 character codes, marker index fastest
+ *   Anchor            anchor group of each marker from the file (0 free)
+ *   SizeA, SizeH, SizeB, SizeX
+ *                     per marker: genotypes of the P1 class (A and D), heterozygotes (H), the
+ *                     P2 class (B and R) and missing (X), after folding the partial scores the
+ *                     population cannot tell apart
+ *   MarkerCategory    1 co-dominant, 12 dominant, 10 recessive
+ *   ChiSquare, Probability
+ *                     segregation test against the population's expected ratios and its p-value
+ *   Status            0, or the code of the first error (see MAP.log) */
+GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* MarkerNameCodes,
+                           int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
+                           int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
+
 #ifdef __cplusplus
 }
 #endif
