@@ -65,6 +65,35 @@ GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* M
                            int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
                            int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
 
+/* ---- Output ------------------------------------------------------------------------------ */
+
+/* Writes the reports of a finished bi-parental map beside the input file, each named by the
+ * input path less its last four characters plus a suffix (an existing file is replaced):
+ * .sum (the map, the chromosome table, unlinked and deleted markers) and .mtp (the marker
+ * table) always; .lod, .rec, .dis (the pairwise LOD, frequency and distance matrices of the
+ * first 100 markers of the map order) by their switches; and, with the QTL switch, the input
+ * files of the QTL tools. The input file is read again for names and genotypes, and the
+ * pairwise file of the last CheckErrorMAP of this process supplies the pair values.
+ *   NumMarkers      all markers of the file
+ *   Anchor          [NumMarkers] anchor value of each marker, by its number in the file
+ *   NumMapped       markers on the chromosomes (linked)
+ *   NumUnlinked     unlinked markers; the rest (NumMarkers - NumMapped - NumUnlinked) are deleted
+ *   NumGroups       number of chromosomes (linkage groups)
+ *   GroupNameCodes  [NumGroups x 19] chromosome names as character codes, a name's 19
+ *                   characters one after another
+ *   GroupSize       [NumGroups] markers on each chromosome
+ *   Order           [NumMarkers] marker numbers: the linked markers chromosome by chromosome in
+ *                   map order, then the unlinked ones, then the deleted ones
+ *   Position        [NumMapped] position of each linked marker in cM, parallel to Order
+ *   WriteLOD, WriteREC, WriteDIS, WriteQTLFiles
+ *                   switches, on when 1
+ * There is no Status: a file that cannot be read again is reported on standard output and
+ * in the log of a run that holds one, and nothing is written. */
+GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+
 #ifdef __cplusplus
 }
 #endif
