@@ -70,25 +70,11 @@ TEST_F(HandEdits, ASwapMeasuresOnlyTheNewNeighbours) {
   SwapUp(2, 2, 2, pair_order.data(), pair_position.data(), nullptr);
   EXPECT_THAT(pair_order, ElementsAre(8, 7));
   EXPECT_THAT(pair_position, ElementsAre(0.0f, 6.25f));
-  // An ordered group without a store to measure from stays as it is.
+  // An ordered group without a store to measure from stays as it is; a group that is not
+  // ordered has nothing to measure.
   SwapUp(3, 4, 2, map_.order.data(), map_.position.data(), nullptr);
   EXPECT_THAT(std::vector<int32_t>(map_.order.begin(), map_.order.begin() + 4),
               ElementsAre(1, 2, 3, 4));
-}
-
-TEST_F(HandEdits, PlaceModesInsideAGroup) {
-  Move(1, 1, 1);  // first marker one place up: nothing
-  Move(4, 1, 2);  // last marker one place down: nothing
-  Move(2, 1, 7);  // no such mode
-  EXPECT_EQ(map_.order, HandMap().order);
-  EXPECT_EQ(map_.position, HandMap().position);
-  // To the end: 2-3 6.25, 3-4 25, 4-1 43.75.
-  Move(1, 1, 3);
-  EXPECT_THAT(std::vector<int32_t>(map_.order.begin(), map_.order.begin() + 4),
-              ElementsAre(2, 3, 4, 1));
-  EXPECT_THAT(std::vector<float>(map_.position.begin(), map_.position.begin() + 4),
-              ElementsAre(0.0f, 6.25f, 31.25f, 75.0f));
-  // In a group that is not ordered a marker moves and no position appears.
   Move(5, 2, 2, /*with_table=*/false);
   EXPECT_THAT(std::vector<int32_t>(map_.order.begin() + 4, map_.order.begin() + 6),
               ElementsAre(6, 5));
