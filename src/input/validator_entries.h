@@ -1,0 +1,34 @@
+// Bodies of the exported validators: open the tool's log and the file, read and check it,
+// release what the reader built, and end with the entry's 1102 or 1101 line. A missing file
+// gives the 1002 line and `Status` 1002; the process never ends.
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "input/list_reader.h"
+#include "input/qtl_file_reader.h"
+
+namespace gae {
+
+// The frame shared by the validators. `read` leaves `MessageCode` 0 or the failure's code; what
+// it allocates lives in its own scope and is gone when it returns, on failure as on success.
+void RunCheckEntry(std::string_view tool, std::string_view dll_name, int path_len,
+                   const char* path, int* status, const std::function<void(InputFile&)>& read);
+
+void CheckQtlFileEntry(QtlTool tool, int path_len, const char* path, int* status);
+void CheckAovEntry(int path_len, const char* path, int* status);
+// The consensus tool's sizes: SpaceType, SpaceUnit and NumChs of the header, and the number of
+// distinct markers of the whole map section. Each header value is written as it is read.
+void CmpFindNumMarkersEntry(int path_len, const char* path, int* space_type, int* space_unit,
+                            int* num_chs, int* num_markers, int* status);
+
+// The genomic-prediction entries report through a logical flag (bit 0 set: failure) and open
+// no log. On failure nothing else is written.
+void GspFindNumTraitsEntry(int path_len, const char* path, int* num_traits, int* error_flag);
+// Trait names as character codes, `num_traits` (the caller's extent) by 19 with the trait index
+// running fastest; `first_value` receives the training population size.
+void GspFindTraitNameEntry(int path_len, const char* path, int num_traits, int* names,
+                           int* first_value, int* error_flag);
+
+}  // namespace gae
