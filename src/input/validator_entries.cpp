@@ -2,41 +2,24 @@
 
 #include <string>
 
-#include "frame/entry.h"
+#include "frame/process_state.h"
 #include "input/aov_trial.h"
+#include "input/file_entry.h"
 #include "input/header_fields.h"
 #include "input/map_section.h"
 
 namespace gae {
 
-void RunCheckEntry(std::string_view tool, std::string_view dll_name, int path_len,
-                   const char* path, int* status, const std::function<void(InputFile&)>& read) {
-  if (status != nullptr) *status = 0;
-  GuardedEntry(tool, dll_name, status, [&] {
-    MessageCode() = 0;
-    const std::string file_path = EntryPath(path_len, path);
-    InputFile in;
-    if (!in.Open(file_path)) {
-      ReportMissingInput(file_path, dll_name, status);
-      return;
-    }
-    read(in);
-    in.Close();
-    if (MessageCode() != 0) ReportEntryFailure(dll_name, status);
-    else ReportEntrySuccess(dll_name);
-  });
-}
-
 void CheckQtlFileEntry(QtlTool tool, int path_len, const char* path, int* status) {
   const std::string name(ToolName(tool));
-  RunCheckEntry(name, "DLL CheckError" + name, path_len, path, status, [tool](InputFile& in) {
+  RunFileEntry(name, "DLL CheckError" + name, path_len, path, status, [tool](InputFile& in) {
     QtlFileData data;
     ReadQtlFile(in, tool, data, Process().missing_word_seen);
   });
 }
 
 void CheckAovEntry(int path_len, const char* path, int* status) {
-  RunCheckEntry("AOV", "DLL CheckErrorAOV", path_len, path, status, [](InputFile& in) {
+  RunFileEntry("AOV", "DLL CheckErrorAOV", path_len, path, status, [](InputFile& in) {
     AovTrial trial;
     ReadAovTrial(in, trial, Process().missing_word_seen);
   });
@@ -44,7 +27,7 @@ void CheckAovEntry(int path_len, const char* path, int* status) {
 
 void CmpFindNumMarkersEntry(int path_len, const char* path, int* space_type, int* space_unit,
                             int* num_chs, int* num_markers, int* status) {
-  RunCheckEntry("CMP", "DLL CMPFindNumMarkers", path_len, path, status, [&](InputFile& in) {
+  RunFileEntry("CMP", "DLL CMPFindNumMarkers", path_len, path, status, [&](InputFile& in) {
     constexpr int kConsensus = 105;
     int32_t values[3] = {0, 0, 0};
     int* results[3] = {space_type, space_unit, num_chs};

@@ -1,20 +1,10 @@
-// Bodies of the exported validators: open the tool's log and the file, read and check it,
-// release what the reader built, and end with the entry's 1102 or 1101 line. A missing file
-// gives the 1002 line and `Status` 1002; the process never ends.
+// Bodies of the exported validators: read and check the file, release what the reader built,
+// report (see file_entry.h).
 #pragma once
 
-#include <functional>
-#include <string_view>
-
-#include "input/list_reader.h"
 #include "input/qtl_file_reader.h"
 
 namespace gae {
-
-// The frame shared by the validators. `read` leaves `MessageCode` 0 or the failure's code; what
-// it allocates lives in its own scope and is gone when it returns, on failure as on success.
-void RunCheckEntry(std::string_view tool, std::string_view dll_name, int path_len,
-                   const char* path, int* status, const std::function<void(InputFile&)>& read);
 
 void CheckQtlFileEntry(QtlTool tool, int path_len, const char* path, int* status);
 void CheckAovEntry(int path_len, const char* path, int* status);
