@@ -99,6 +99,48 @@ GAE_API void MAPGroupMarkerMove(int OrderIndex, int TargetGroup, int PlaceMode, 
                                 int* GroupSize, int* GroupStatus, int* Group, int* Order,
                                 float* Position);
 
+/* ---- Input checks of the QTL and analysis tools --------------------------------------- */
+
+/* Each reads the whole input file of its tool and checks it: `Status` comes back 0 for a good
+ * file, or the code of the first thing wrong, whose line stands in the tool's log (BIP.log,
+ * SDL.log, ...) followed by the 1101 line. A missing file gives `Status` 1002. Arguments:
+ *   PathLen  number of bytes of Path
+ *   Path     path of the input file (no terminator needed; trailing blanks are trimmed)
+ *   Status   out: 0 or the code that stopped the check */
+GAE_API void CheckErrorBIP(int PathLen, const char* Path, int* Status);  /* bi-parental QTL mapping */
+GAE_API void CheckErrorSDL(int PathLen, const char* Path, int* Status);  /* segregation distortion */
+GAE_API void CheckErrorMET(int PathLen, const char* Path, int* Status);  /* multi-environment trials */
+GAE_API void CheckErrorNAM(int PathLen, const char* Path, int* Status);  /* nested association mapping */
+GAE_API void CheckErrorPLQ(int PathLen, const char* Path, int* Status);  /* QTL in pure-line populations */
+GAE_API void CheckErrorCDQ(int PathLen, const char* Path, int* Status);  /* QTL in clonal F1 / double cross */
+GAE_API void CheckErrorCSL(int PathLen, const char* Path, int* Status);  /* chromosome segment lines */
+GAE_API void CheckErrorAOV(int PathLen, const char* Path, int* Status);  /* analysis of variance of a trial */
+
+/* Sizes of a consensus-map (CMP) input file; reads and checks its whole map section.
+ *   PathLen, Path  the input file
+ *   SpaceType      out: 1 intervals, 2 positions
+ *   SpaceUnit      out: 1 centiMorgans, 2 Morgan
+ *   NumChs         out: number of input maps (chromosomes of the section)
+ *   NumMarkers     out: number of distinct markers over all maps
+ *   Status         out: 0 or the code that stopped the read (text in CMP.log) */
+GAE_API void CMPFindNumMarkers(int PathLen, const char* Path, int* SpaceType, int* SpaceUnit,
+                               int* NumChs, int* NumMarkers, int* Status);
+
+/* Header of a genomic-prediction (GSP) input file: training population size, breeding
+ * population size, number of traits, then the trait names. No log is written; a failure prints
+ * one "--Input error:" line to standard output.
+ *   PathLen, Path  the input file
+ *   NumTraits      out: number of traits (left unwritten on failure)
+ *   ErrorFlag      out: logical flag, bit 0 set on failure */
+GAE_API void GSPFindNumTraits(int PathLen, const char* Path, int* NumTraits, int* ErrorFlag);
+/*   NumTraits         the caller's number of traits, the extent of Names
+ *   Names             out: NumTraits by 19 character codes, the trait index running fastest:
+ *                     character j of trait i is at (j-1)*NumTraits + (i-1)
+ *   FirstHeaderValue  out: the first header value, the training population size
+ *   ErrorFlag         out: logical flag, bit 0 set on failure */
+GAE_API void GSPFindTraitName(int PathLen, const char* Path, int NumTraits, int* Names,
+                              int* FirstHeaderValue, int* ErrorFlag);
+
 #ifdef __cplusplus
 }
 #endif
