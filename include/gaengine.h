@@ -93,6 +93,102 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
                        int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
                        const int* GroupSize, const int* Order, const float* Position,
                        int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+/* ---- Hand editing of a grouped or ordered map ------------------------------------------- */
+/* These work in place on the caller's group model, the arrays that the grouping, ordering
+ * and rippling steps fill:
+ *  - `GroupSize`, `GroupStatus`: by group (1 grouped, 2 ordered, 3 rippled), `NumGroups` each;
+ *  - `Group`: by marker (input order), the marker's group, 0 unlinked, -1 deleted;
+ *  - `Order`: the marker numbers in map order, in three blocks: the groups one after the other,
+ *    then the `NumUnlinked` unlinked markers, then the `NumDeleted` deleted markers;
+ *  - `Position`: parallel to `Order`, a marker's distance (cM) from the first marker of its
+ *    group, 0 throughout a group that has not been ordered.
+ * They open no log and set no status: a request that names nothing valid changes nothing.
+ * Distances of markers that become neighbours in an ordered group are read from the pairwise
+ * file of this process's last successful CheckError call (the recombination frequency through
+ * the project's mapping function); without that file such an edit changes nothing. No edit
+ * changes `GroupStatus` or the number of groups; a group emptied by edits stays, empty, until
+ * `MapGroupCheck` closes the gap. */
+
+/* Moves group `GroupID` one place along the map.
+ *  GroupID      group to move, 1..NumGroups
+ *  Direction    1: exchange it with the group before it (nothing for group 1);
+ *               2: exchange it with the group after it (nothing for the last group)
+ *  NumGroups    number of groups
+ *  NumMarkers   number of markers, the length of Group, Order, Position
+ *  GroupSize, GroupStatus, Group, Order, Position   the group model, updated: the two groups
+ *               exchange their blocks (positions travel with their markers), sizes, statuses
+ *               and numbers. */
+GAE_API void MAPGroupMove(int GroupID, int Direction, int NumGroups, int NumMarkers,
+                          int* GroupSize, int* GroupStatus, int* Group, int* Order,
+                          float* Position);
+
+/* Turns one group round.
+ *  GroupMarkers   number of markers in the group; below 2 nothing happens
+ *  GroupOrder     the group's slice of Order (GroupMarkers entries), reversed in place
+ *  GroupPosition  the group's slice of Position: each position p becomes T - p, T being the
+ *                 old last position, and the slice is reversed with the markers. */
+GAE_API void MAPGroupReverse(int GroupMarkers, int* GroupOrder, float* GroupPosition);
+
+/* Moves one marker.
+ *  OrderIndex   the marker's index in the whole of Order, 1..NumMarkers
+ *  TargetGroup  1..NumGroups: that group; NumGroups+1: the unlinked block; any other number
+ *               (0 for instance): the deleted block
+ *  PlaceMode    inside the marker's own group: 1 one place up, 2 one place down, 3 to the end
+ *               of the group, 4 to the place that makes the group shortest; into another
+ *               group the marker joins at the end, and with 4 then goes to its best place
+ *  NumGroups    number of groups
+ *  NumMarkers   number of markers
+ *  NumMapped, NumUnlinked, NumDeleted   the block counts, updated
+ *  GroupSize, GroupStatus, Group, Order, Position   the group model, updated.
+ * A marker that leaves the first place of an ordered group leaves the remaining positions
+ * where they stood: each remaining marker shows the position of the one before it until the
+ * group is ordered again. A marker that joins an empty group is placed at 0. */
+GAE_API void MAPGroupMarkerMove(int OrderIndex, int TargetGroup, int PlaceMode, int NumGroups,
+                                int NumMarkers, int* NumMapped, int* NumUnlinked, int* NumDeleted,
+                                int* GroupSize, int* GroupStatus, int* Group, int* Order,
+                                float* Position);
+
+/* ---- Input checks of the QTL and analysis tools --------------------------------------- */
+
+/* Each reads the whole input file of its tool and checks it: `Status` comes back 0 for a good
+ * file, or the code of the first thing wrong, whose line stands in the tool's log (BIP.log,
+ * SDL.log, ...) followed by the 1101 line. A missing file gives `Status` 1002. Arguments:
+ *   PathLen  number of bytes of Path
+ *   Path     path of the input file (no terminator needed; trailing blanks are trimmed)
+ *   Status   out: 0 or the code that stopped the check */
+GAE_API void CheckErrorBIP(int PathLen, const char* Path, int* Status);  /* bi-parental QTL mapping */
+GAE_API void CheckErrorSDL(int PathLen, const char* Path, int* Status);  /* segregation distortion */
+GAE_API void CheckErrorMET(int PathLen, const char* Path, int* Status);  /* multi-environment trials */
+GAE_API void CheckErrorNAM(int PathLen, const char* Path, int* Status);  /* nested association mapping */
+GAE_API void CheckErrorPLQ(int PathLen, const char* Path, int* Status);  /* QTL in pure-line populations */
+GAE_API void CheckErrorCDQ(int PathLen, const char* Path, int* Status);  /* QTL in clonal F1 / double cross */
+GAE_API void CheckErrorCSL(int PathLen, const char* Path, int* Status);  /* chromosome segment lines */
+GAE_API void CheckErrorAOV(int PathLen, const char* Path, int* Status);  /* analysis of variance of a trial */
+
+/* Sizes of a consensus-map (CMP) input file; reads and checks its whole map section.
+ *   PathLen, Path  the input file
+ *   SpaceType      out: 1 intervals, 2 positions
+ *   SpaceUnit      out: 1 centiMorgans, 2 Morgan
+ *   NumChs         out: number of input maps (chromosomes of the section)
+ *   NumMarkers     out: number of distinct markers over all maps
+ *   Status         out: 0 or the code that stopped the read (text in CMP.log) */
+GAE_API void CMPFindNumMarkers(int PathLen, const char* Path, int* SpaceType, int* SpaceUnit,
+                               int* NumChs, int* NumMarkers, int* Status);
+
+/* Header of a genomic-prediction (GSP) input file: training population size, breeding
+ * population size, number of traits, then the trait names. No log is written; a failure prints
+ * one "--Input error:" line to standard output.
+ *   PathLen, Path  the input file
+ *   NumTraits      out: number of traits (left unwritten on failure)
+ *   ErrorFlag      out: logical flag, bit 0 set on failure */
+GAE_API void GSPFindNumTraits(int PathLen, const char* Path, int* NumTraits, int* ErrorFlag);
+/*   NumTraits         the caller's number of traits, the extent of Names
+ *   Names             out: NumTraits by 19 character codes, the trait index running fastest:
+ *                     character j of trait i is at (j-1)*NumTraits + (i-1)
+ *   FirstHeaderValue  out: the first header value, the training population size
+ *   ErrorFlag         out: logical flag, bit 0 set on failure */
+GAE_API void GSPFindTraitName(int PathLen, const char* Path, int NumTraits, int* Names,
+                              int* FirstHeaderValue, int* ErrorFlag);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,24 @@
+// Bodies of the exported validators: read and check the file, release what the reader built,
+// report (see file_entry.h).
+#pragma once
+
+#include "input/qtl_file_reader.h"
+
+namespace gae {
+
+void CheckQtlFileEntry(QtlTool tool, int path_len, const char* path, int* status);
+void CheckAovEntry(int path_len, const char* path, int* status);
+// The consensus tool's sizes: SpaceType, SpaceUnit and NumChs of the header, and the number of
+// distinct markers of the whole map section. Each header value is written as it is read.
+void CmpFindNumMarkersEntry(int path_len, const char* path, int* space_type, int* space_unit,
+                            int* num_chs, int* num_markers, int* status);
+
+// The genomic-prediction entries report through a logical flag (bit 0 set: failure) and open
+// no log. On failure nothing else is written.
+void GspFindNumTraitsEntry(int path_len, const char* path, int* num_traits, int* error_flag);
+// Trait names as character codes, `num_traits` (the caller's extent) by 19 with the trait index
+// running fastest; `first_value` receives the training population size.
+void GspFindTraitNameEntry(int path_len, const char* path, int num_traits, int* names,
+                           int* first_value, int* error_flag);
+
+}  // namespace gae

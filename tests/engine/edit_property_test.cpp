@@ -1,0 +1,177 @@
+// Thousands of random edit sequences on mapped examples: after every edit the layout holds,
+// the moved marker lands where the request sends it while every other marker keeps its
+// sequence, and (away from the one edit that shifts positions out of step) every gap of an
+// ordered group is still the stored distance of its two markers.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "engine/edit_group_order.h"
+#include "engine/edit_marker_move.h"
+#include "engine/edit_test_map.h"
+
+namespace gae {
+namespace {
+
+using testing::EditRequest;
+using testing::TestMap;
+
+struct Snapshot {
+  std::vector<int32_t> order, group, group_size, group_status;
+  std::vector<float> position;
+  int32_t num_mapped, num_unlinked, num_deleted;
+  bool operator==(const Snapshot&) const = default;
+};
+
+Snapshot Take(const TestMap& map) {
+  return {map.order,    map.group,      map.group_size,   map.group_status,
+          map.position, map.num_mapped, map.num_unlinked, map.num_deleted};
+}
+
+int32_t Start(const Snapshot& s, int32_t g) {  // 1-based index of group g's first entry
+  int32_t start = 1;
+  for (int32_t i = 1; i < g; ++i) start += s.group_size[i - 1];
+  return start;
+}
+
+std::vector<int32_t> Without(std::vector<int32_t> order, int32_t m) {
+  std::erase(order, m);
+  return order;
+}
+
+// Would this request take the first marker out of an ordered group of three or more?
+bool ShiftsPositionsOutOfStep(const Snapshot& s, const EditRequest& edit) {
+  if (edit.kind != EditRequest::kMarkerMove) return false;
+  const int32_t num_groups = static_cast<int32_t>(s.group_size.size());
+  if (edit.a < 1 || edit.a > static_cast<int32_t>(s.order.size())) return false;
+  const int32_t g = s.group[s.order[edit.a - 1] - 1];
+  return g >= 1 && g <= num_groups && g != edit.b && s.group_status[g - 1] != 1 &&
+         s.group_size[g - 1] >= 3 && edit.a == Start(s, g);
+}
+
+// The moved marker's new block and index range, read off the request alone.
+::testing::AssertionResult MarkerLanded(const Snapshot& before, const Snapshot& after,
+                                        const EditRequest& edit) {
+  const int32_t n = static_cast<int32_t>(before.order.size());
+  const int32_t num_groups = static_cast<int32_t>(before.group_size.size());
+  if (edit.a < 1 || edit.a > n) {
+    return before == after ? ::testing::AssertionSuccess()
+                           : ::testing::AssertionFailure() << "invalid index changed the map";
+  }
+  const int32_t m = before.order[edit.a - 1];
+  const int32_t s = before.group[m - 1];
+  const int32_t t = edit.b;
+  int32_t expected_group, low, high;
+  if (t >= 1 && t <= num_groups) {
+    expected_group = t;
+    low = Start(after, t);
+    high = low + after.group_size[t - 1] - 1;
+    const int32_t p = edit.a - low + 1;
+    const bool anywhere = edit.c == 4 && after.group_status[t - 1] != 1;
+    if (s == t && !anywhere) {
+      const int32_t size = after.group_size[t - 1];
+      const int32_t place = edit.c == 1 ? std::max(p - 1, 1)
+                            : edit.c == 2 ? std::min(p + 1, size)
+                            : edit.c == 3 ? size
+                                          : p;
+      low = high = low + place - 1;
+    } else if (!anywhere) {
+      low = high;
+    }
+  } else if (t == num_groups + 1) {
+    expected_group = 0;
+    low = high = s == 0 ? edit.a : after.num_mapped + after.num_unlinked;
+  } else {
+    expected_group = -1;
+    low = high = s == -1 ? edit.a : n;
+  }
+  int32_t landed = 0;
+  for (int32_t i = 1; i <= n; ++i) {
+    if (after.order[i - 1] == m) landed = i;
+  }
+  if (after.group[m - 1] != expected_group || landed < low || landed > high) {
+    return ::testing::AssertionFailure()
+           << "marker " << m << " from group " << s << " sent to " << t << " mode " << edit.c
+           << " landed at " << landed << " in group " << after.group[m - 1] << ", expected "
+           << low << ".." << high << " in group " << expected_group;
+  }
+  if (Without(before.order, m) != Without(after.order, m)) {
+    return ::testing::AssertionFailure() << "other markers changed their sequence";
+  }
+  return ::testing::AssertionSuccess();
+}
+
+// Reversing twice gives the same order back, and positions within the rounding of T - p.
+::testing::AssertionResult ReversedTwiceIsTheSame(int32_t n, int32_t* order, float* position) {
+  const std::vector<int32_t> order_before(order, order + n);
+  const std::vector<float> position_before(position, position + n);
+  ReverseGroup(n, order, position);
+  ReverseGroup(n, order, position);
+  if (std::vector<int32_t>(order, order + n) != order_before) {
+    return ::testing::AssertionFailure() << "order changed";
+  }
+  if (n == 0) return ::testing::AssertionSuccess();
+  const float last = position_before[n - 1];
+  const float ulp = std::nextafter(last, std::numeric_limits<float>::infinity()) - last;
+  for (int32_t i = 0; i < n; ++i) {
+    if (std::fabs(position[i] - position_before[i]) > ulp) {
+      return ::testing::AssertionFailure() << "position " << i + 1 << " went from "
+                                           << position_before[i] << " to " << position[i];
+    }
+  }
+  return ::testing::AssertionSuccess();
+}
+
+TEST(EditProperty, RandomEditSequencesKeepTheMapWhole) {
+  std::mt19937 rng(20240611);
+  int moves_applied = 0;
+  for (int sequence = 0; sequence < 2000; ++sequence) {
+    TestMap map = testing::RandomMappedExample(rng);
+    const PairTable table = map.Table();
+    const bool check_gaps = sequence % 2 == 0;
+    for (int step = 0; step < 25; ++step) {
+      GroupModelArrays model = map.Arrays();
+      const EditRequest edit = testing::RandomEdit(rng, model);
+      const Snapshot before = Take(map);
+      if (check_gaps && ShiftsPositionsOutOfStep(before, edit)) continue;
+      switch (edit.kind) {
+        case EditRequest::kMarkerMove:
+          ApplyMarkerMove(model, PlanMarkerMove(model, edit.a, edit.b, edit.c), &table);
+          map.TakeCounts(model);
+          ASSERT_TRUE(MarkerLanded(before, Take(map), edit)) << "sequence " << sequence;
+          moves_applied += Take(map) != before;
+          break;
+        case EditRequest::kGroupMove:
+          MoveGroup(edit.a, edit.b, model.num_groups, model.num_markers, map.group_size.data(),
+                    map.group_status.data(), map.group.data(), map.order.data(),
+                    map.position.data());
+          if (step % 2 == 1) {  // an exchange of two neighbours undoes itself
+            MoveGroup(edit.a, edit.b, model.num_groups, model.num_markers,
+                      map.group_size.data(), map.group_status.data(), map.group.data(),
+                      map.order.data(), map.position.data());
+            ASSERT_TRUE(Take(map) == before);
+          }
+          break;
+        case EditRequest::kGroupReverse: {
+          const int32_t start = GroupStart(model, edit.a);
+          const int32_t size = map.group_size[edit.a - 1];
+          ASSERT_TRUE(ReversedTwiceIsTheSame(size, &map.order[start], &map.position[start]));
+          if (step % 2 == 1) ReverseGroup(size, &map.order[start], &map.position[start]);
+          break;
+        }
+      }
+      ASSERT_TRUE(testing::LayoutHolds(map.Arrays())) << "sequence " << sequence;
+      if (check_gaps) {
+        ASSERT_TRUE(testing::GapsMatchTable(map.Arrays(), table));
+      }
+    }
+  }
+  // The draws must actually move markers most of the time, not just hit invalid requests.
+  EXPECT_GT(moves_applied, 20000);
+}
+
+}  // namespace
+}  // namespace gae
