@@ -69,18 +69,6 @@ FounderHaplotype Transmit(const FounderHaplotype& first, const FounderHaplotype&
   return out;
 }
 
-std::array<float, 8> MeiosisOrigins(float r12, float r23, float r13) {
-  const std::array<float, 4> pattern = SwitchPatterns(r12, r23, r13);
-  // Chromosome taken at the three loci for each pattern, starting on the first.
-  constexpr int kOrigin[4] = {0b000, 0b011, 0b001, 0b010};
-  std::array<float, 8> origins{};
-  for (int p = 0; p < 4; ++p) {
-    origins[kOrigin[p]] += pattern[p] / 2.0f;
-    origins[kOrigin[p] ^ 7] += pattern[p] / 2.0f;
-  }
-  return origins;
-}
-
 std::vector<float> PureLineTriples(int32_t design, int32_t type, float r12, float r23, float r13) {
   const bool four = design == kFourWayDesign && (type == 1 || type == 2);
   const bool eight = design == kEightWayDesign && (type == 3 || type == 4);

@@ -29,10 +29,6 @@ FounderHaplotype PureFounder(int32_t founders, int32_t founder);
 FounderHaplotype Transmit(const FounderHaplotype& first, const FounderHaplotype& second,
                           const std::array<float, 8>& origins);
 
-// Origins of one meiosis: the switch patterns of generation_chain.h, each starting on either
-// chromosome with chance 1/2.
-std::array<float, 8> MeiosisOrigins(float r12, float r23, float r13);
-
 // Four-way (31, types 1 DH and 2 RIL) and eight-way (32, types 3 DH and 4 RIL) lines bred
 // through the funnel (A x B) x (C x D), and for eight founders crossed with (E x F) x (G x H);
 // a doubled haploid doubles one gamete of the last individual, a recombinant inbred line is

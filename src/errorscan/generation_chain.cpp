@@ -33,22 +33,27 @@ namespace {
 // locus by locus.
 int Assemble(int h1, int h2, int from) { return (h1 & ~from & 7) | (h2 & from); }
 
-// The choice of chromosome at the three loci for each switch pattern, starting on the first.
-constexpr int kPatternOrigin[4] = {0b000, 0b011, 0b001, 0b010};
-
 }  // namespace
 
-GameteTable GameteMatrix(float r12, float r23, float r13) {
+std::array<float, 8> MeiosisOrigins(float r12, float r23, float r13) {
   const std::array<float, 4> pattern = SwitchPatterns(r12, r23, r13);
+  // Chromosome taken at the three loci for each pattern, starting on the first.
+  constexpr int kOrigin[4] = {0b000, 0b011, 0b001, 0b010};
+  std::array<float, 8> origins{};
+  for (int p = 0; p < 4; ++p) {
+    origins[kOrigin[p]] += pattern[p] / 2.0f;
+    origins[kOrigin[p] ^ 7] += pattern[p] / 2.0f;
+  }
+  return origins;
+}
+
+GameteTable GameteMatrix(float r12, float r23, float r13) {
+  const std::array<float, 8> origins = MeiosisOrigins(r12, r23, r13);
   GameteTable table{};
   for (int g = 0; g < kNumGenotypes; ++g) {
     int h1 = 0, h2 = 0;
     GenotypeHaplotypes(g, h1, h2);
-    for (int p = 0; p < 4; ++p) {
-      const float half = pattern[p] / 2.0f;
-      table[Assemble(h1, h2, kPatternOrigin[p]) * kNumGenotypes + g] += half;
-      table[Assemble(h1, h2, kPatternOrigin[p] ^ 7) * kNumGenotypes + g] += half;
-    }
+    for (int o = 0; o < 8; ++o) table[Assemble(h1, h2, o) * kNumGenotypes + g] += origins[o];
   }
   return table;
 }

@@ -36,6 +36,10 @@ void GenotypeHaplotypes(int index, int& haplotype1, int& haplotype2);
 // interval only, second only, both.
 std::array<float, 4> SwitchPatterns(float r12, float r23, float r13);
 
+// The same as chances of the chromosome (bit 0 first, 1 second) taken at each locus, index
+// 4 b1 + 2 b2 + b3: each pattern starts on either chromosome with chance 1/2.
+std::array<float, 8> MeiosisOrigins(float r12, float r23, float r13);
+
 GameteTable GameteMatrix(float r12, float r23, float r13);
 SelfingTable SelfingMatrix(float r12, float r23, float r13);
 

@@ -130,14 +130,18 @@ TEST_F(DownstreamFiles, QtlFilesFollowTheirToolsFieldOrder) {
   for (int kind = 0; kind < 3; ++kind) {
     const std::string text = kind == 0 ? SdlText(map, genotypes) : kind == 1 ? BipText(map, genotypes) : MetText(map, genotypes);
     Open(text);
-    if (kind == 1) EXPECT_EQ(Int(), 1);  // indicator: mapping
+    if (kind == 1) {
+      EXPECT_EQ(Int(), 1);  // indicator: mapping
+    }
     EXPECT_EQ(Int(), 7);
     EXPECT_EQ(Int(), 2);
     EXPECT_EQ(Int(), 2);  // positions
     EXPECT_EQ(Int(), 1);  // centiMorgans
     EXPECT_EQ(Int(), 3);  // chromosomes
     EXPECT_EQ(Int(), 3);  // individuals
-    if (kind != 0) EXPECT_EQ(Int(), 0);  // traits or environments
+    if (kind != 0) {
+      EXPECT_EQ(Int(), 0);  // traits or environments
+    }
     in_.SkipRemarks();
     EXPECT_EQ(Row(1), (std::vector<std::string>{"Chr1", "2"}));
     EXPECT_EQ(Row(1), (std::vector<std::string>{"Chr2", "0"}));
