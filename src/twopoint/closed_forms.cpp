@@ -10,7 +10,9 @@ namespace {
 
 // The positive root x of n x^2 + b x - k = 0, where `disc` is the 4 n k of the discriminant,
 // formed by the caller in the order of its own expression.
-float PositiveRoot(float b, float disc, float n) { return (-b + std::sqrt(b * b + disc)) / (2 * n); }
+float PositiveRoot(float b, float disc, float n) {
+  return (-b + std::sqrt(b * b + disc)) / (2 * n);
+}
 
 // Lines from a backcross (types 5, 11, 17, 19 and their mirrors): `recurrent` and `donor` are
 // the counts of the recurrent and the donor parent's class.

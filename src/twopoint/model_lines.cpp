@@ -8,23 +8,18 @@ namespace gae {
 
 namespace {
 
-template <class Real>
-struct Term {
-  Real p, d1, d2;
-};
-
 // Cell 1 is the class of the recurrent parent (cell 9 for a backcross to P2), cells 3 and 7
 // the recombinant classes, and the remaining corner the donor parent's class.
 template <class Real>
-ClassModel<Real> Corners(Term<Real> recurrent, Term<Real> recombinant, Term<Real> donor,
-                         bool to_p2) {
+ClassModel<Real> Corners(ClassTerm<Real> recurrent, ClassTerm<Real> recombinant,
+                         ClassTerm<Real> donor, bool to_p2) {
   ClassModel<Real> m;
-  const Term<Real> first = to_p2 ? donor : recurrent;
-  const Term<Real> last = to_p2 ? recurrent : donor;
-  m.Set(1, first.p, first.d1, first.d2);
-  m.Set(3, recombinant.p, recombinant.d1, recombinant.d2);
-  m.Set(7, recombinant.p, recombinant.d1, recombinant.d2);
-  m.Set(9, last.p, last.d1, last.d2);
+  const ClassTerm<Real> first = to_p2 ? donor : recurrent;
+  const ClassTerm<Real> last = to_p2 ? recurrent : donor;
+  m.Set(1, first);
+  m.Set(3, recombinant);
+  m.Set(7, recombinant);
+  m.Set(9, last);
   return m;
 }
 
@@ -48,9 +43,9 @@ void BC1Lines(const float cells[9], Real r, bool to_p2, Real* probs, Real* g, Re
   const Real f2 = 2 * s.d1 - c * s.d2;
   const Real k1 = -s.big_r + c * s.d1;  // derivatives of c R
   const Real k2 = -2 * s.d1 + c * s.d2;
-  const Term<Real> recurrent{f / 4 + 0.5f, f1 / 4, f2 / 4};
-  const Term<Real> recombinant{r / 4 + c * s.big_r / 4, 0.25f + k1 / 4, k2 / 4};
-  const Term<Real> donor{f / 4, f1 / 4, f2 / 4};
+  const ClassTerm<Real> recurrent{f / 4 + 0.5f, f1 / 4, f2 / 4};
+  const ClassTerm<Real> recombinant{r / 4 + c * s.big_r / 4, 0.25f + k1 / 4, k2 / 4};
+  const ClassTerm<Real> donor{f / 4, f1 / 4, f2 / 4};
   Corners(recurrent, recombinant, donor, to_p2).Finish(cells, probs, g, h);
 }
 
@@ -64,9 +59,9 @@ void BC2Lines(const float cells[9], Real r, bool to_p2, Real* probs, Real* g, Re
   const Real q = (1 - s.big_r) * Sq(c) / 8;
   const Real q1 = (-s.d1 * Sq(c) - 2 * c * (1 - s.big_r)) / 8;
   const Real q2 = (-s.d2 * Sq(c) + 4 * c * s.d1 + 2 * (1 - s.big_r)) / 8;
-  const Term<Real> recurrent{q + 0.75f, q1, q2};
-  const Term<Real> recombinant{0.125f - q, -q1, -q2};
-  const Term<Real> donor{q, q1, q2};
+  const ClassTerm<Real> recurrent{q + 0.75f, q1, q2};
+  const ClassTerm<Real> recombinant{0.125f - q, -q1, -q2};
+  const ClassTerm<Real> donor{q, q1, q2};
   Corners(recurrent, recombinant, donor, to_p2).Finish(cells, probs, g, nullptr);
   if (h == nullptr) return;
   const Real y = Sq(c) / s.w;
@@ -82,18 +77,18 @@ void BC2Lines(const float cells[9], Real r, bool to_p2, Real* probs, Real* g, Re
 template <class Real>
 void BC1Haploids(const float cells[9], Real r, bool to_p2, Real* probs, Real* g, Real* h) {
   const Real c = 1 - r;
-  const Term<Real> recurrent{Sq(c) / 4 + 0.5f, -c / 2, 0.5f};
-  const Term<Real> recombinant{r / 2 - Sq(r) / 4, 0.5f - r / 2, -0.5f};
-  const Term<Real> donor{Sq(c) / 4, -c / 2, 0.5f};
+  const ClassTerm<Real> recurrent{Sq(c) / 4 + 0.5f, -c / 2, 0.5f};
+  const ClassTerm<Real> recombinant{r / 2 - Sq(r) / 4, 0.5f - r / 2, -0.5f};
+  const ClassTerm<Real> donor{Sq(c) / 4, -c / 2, 0.5f};
   Corners(recurrent, recombinant, donor, to_p2).Finish(cells, probs, g, h);
 }
 
 template <class Real>
 void BC2Haploids(const float cells[9], Real r, bool to_p2, Real* probs, Real* g, Real* h) {
   const Real c = 1 - r;
-  const Term<Real> recurrent{Cube(c) / 8 + 0.75f, -3 * Sq(c) / 8, 3 * c / 4};
-  const Term<Real> recombinant{0.125f - Cube(c) / 8, 3 * Sq(c) / 8, -3 * c / 4};
-  const Term<Real> donor{Cube(c) / 8, -3 * Sq(c) / 8, 3 * c / 4};
+  const ClassTerm<Real> recurrent{Cube(c) / 8 + 0.75f, -3 * Sq(c) / 8, 3 * c / 4};
+  const ClassTerm<Real> recombinant{0.125f - Cube(c) / 8, 3 * Sq(c) / 8, -3 * c / 4};
+  const ClassTerm<Real> donor{Cube(c) / 8, -3 * Sq(c) / 8, 3 * c / 4};
   Corners(recurrent, recombinant, donor, to_p2).Finish(cells, probs, g, h);
 }
 
@@ -102,15 +97,15 @@ void BC2Haploids(const float cells[9], Real r, bool to_p2, Real* probs, Real* g,
 template <class Real>
 void TwoPointModelF1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h) {
   const Real c = 1 - r;
-  const Term<Real> parental{c / 2, -0.5f, 0};
-  Corners(parental, Term<Real>{r / 2, 0.5f, 0}, parental, false).Finish(cells, probs, g, h);
+  const ClassTerm<Real> parental{c / 2, -0.5f, 0};
+  Corners(parental, ClassTerm<Real>{r / 2, 0.5f, 0}, parental, false).Finish(cells, probs, g, h);
 }
 
 template <class Real>
 void TwoPointModelRIL(const float cells[9], Real r, Real* probs, Real* g, Real* h) {
   const SelfedRec<Real> s(r);
-  const Term<Real> parental{(1 - s.big_r) / 2, -s.d1 / 2, -s.d2 / 2};
-  const Term<Real> recombinant{s.big_r / 2, s.d1 / 2, s.d2 / 2};
+  const ClassTerm<Real> parental{(1 - s.big_r) / 2, -s.d1 / 2, -s.d2 / 2};
+  const ClassTerm<Real> recombinant{s.big_r / 2, s.d1 / 2, s.d2 / 2};
   Corners(parental, recombinant, parental, false).Finish(cells, probs, g, h);
 }
 

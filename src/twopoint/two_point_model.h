@@ -31,6 +31,12 @@ template <class Real> inline Real Sq(Real x) { return x * x; }
 template <class Real> inline Real Cube(Real x) { return Sq(x) * x; }
 template <class Real> inline Real Quart(Real x) { return Sq(Sq(x)); }
 
+// One class probability with its first two derivatives in r.
+template <class Real>
+struct ClassTerm {
+  Real p, d1, d2;
+};
+
 // The class probabilities of one model at one r with their first two derivatives.
 template <class Real>
 struct ClassModel {
@@ -46,6 +52,7 @@ struct ClassModel {
     d2[cell - 1] = second;
     used |= 1u << (cell - 1);
   }
+  void Set(int cell, const ClassTerm<Real>& t) { Set(cell, t.p, t.d1, t.d2); }
   bool Uses(int cell) const { return (used >> (cell - 1)) & 1u; }
 
   // The classes seen from the other parent: cell i takes cell 10 - i.
@@ -84,28 +91,52 @@ struct ClassModel {
 };
 
 // Single-layout models; the pair code does not enter.
-template <class Real> void TwoPointModelP1BC1F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC1F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelF1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelRIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC1RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC1RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC2F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC2F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC2RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC2RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC2DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC2DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC1F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP2BC1F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelF1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelRIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC1RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP2BC1RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC2F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP2BC2F1(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC2RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP2BC2RIL(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP2BC1DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC2DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP2BC2DH(const float cells[9], Real r, Real* probs, Real* g, Real* h);
 
 // Models whose layout depends on the pair code (types 7, 8, 13 to 16).
-template <class Real> void TwoPointModelF2(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelF3(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC1F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC1F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP1BC2F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
-template <class Real> void TwoPointModelP2BC2F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelF2(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelF3(int pair_code, const float cells[9], Real r, Real* probs, Real* g, Real* h);
+template <class Real>
+void TwoPointModelP1BC1F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g,
+                          Real* h);
+template <class Real>
+void TwoPointModelP2BC1F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g,
+                          Real* h);
+template <class Real>
+void TwoPointModelP1BC2F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g,
+                          Real* h);
+template <class Real>
+void TwoPointModelP2BC2F2(int pair_code, const float cells[9], Real r, Real* probs, Real* g,
+                          Real* h);
 
 // The model of a population type. An unknown type fills no probability and gives NaN
 // derivatives.

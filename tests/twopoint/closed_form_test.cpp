@@ -68,8 +68,10 @@ TEST(TwoPointClosedForm, F2WithDominantAndRecessiveMarkers) {
 TEST(TwoPointClosedForm, OnlyTheIteratedPairsAreLeftOut) {
   const float cells[9] = {5, 5, 5, 5, 5, 5, 5, 5, 5};
   float r = 0;
-  for (int code : {11, 112, 121, 110, 101}) EXPECT_FALSE(TwoPointClosedForm(7, code, cells, 45, r)) << code;
-  for (int type : {8, 13, 14, 15, 16}) EXPECT_FALSE(TwoPointClosedForm(type, 1212, cells, 45, r)) << type;
+  for (int code : {11, 112, 121, 110, 101})
+    EXPECT_FALSE(TwoPointClosedForm(7, code, cells, 45, r)) << code;
+  for (int type : {8, 13, 14, 15, 16})
+    EXPECT_FALSE(TwoPointClosedForm(type, 1212, cells, 45, r)) << type;
   EXPECT_FALSE(TwoPointClosedForm(0, 11, cells, 45, r));
   EXPECT_FALSE(TwoPointClosedForm(21, 11, cells, 45, r));
 }

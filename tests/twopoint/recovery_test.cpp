@@ -5,7 +5,6 @@
 #include <cmath>
 #include <vector>
 
-#include "twopoint/closed_forms.h"
 #include "twopoint/two_point.h"
 #include "twopoint/two_point_cases.h"
 
@@ -93,33 +92,6 @@ TEST(TwoPointRecovery, RepulsionTablesGiveOneMinusTheFrequency) {
       EXPECT_GT(lod, 0.0f) << Name(tc) << " r " << r;
     }
   }
-}
-
-// A closed form is the maximum of the likelihood: the score g vanishes there. Checked on
-// uneven small tables, where nothing cancels by symmetry.
-TEST(TwoPointRecovery, ClosedFormsSolveTheLikelihoodEquation) {
-  int checked = 0;
-  for (const TypeCode& tc : AllTypeCodes()) {
-    double p[9];
-    testing::Probabilities(tc, 0.2, p);
-    float cells[9];
-    float n = 0;
-    for (int k = 0; k < 9; ++k) {
-      cells[k] = p[k] > 0 ? static_cast<float>(3 + (5 * k + tc.code) % 17) : 0.0f;
-      n += cells[k];
-    }
-    float r = 0;
-    if (!TwoPointClosedForm(tc.type, tc.code, cells, n, r)) continue;
-    ++checked;
-    ASSERT_GT(r, 0.0f) << Name(tc);
-    ASSERT_LT(r, 1.0f) << Name(tc);
-    double g = 0, h = 0;
-    TwoPointModel<double>(tc.type, tc.code, cells, static_cast<double>(r), nullptr, &g, &h);
-    // 32-bit arithmetic leaves r off by a few units in its last place.
-    EXPECT_NEAR(g, 0.0, 1e-5 * std::fabs(h)) << Name(tc) << " r " << r;
-    EXPECT_LT(h, 0.0) << Name(tc);
-  }
-  EXPECT_EQ(checked, 14 + 4);  // 14 single-layout types, F2's four dominant codes
 }
 
 }  // namespace

@@ -80,14 +80,5 @@ TEST_F(ToolTwoPoint, NegativeLodIsKeptAndHasPValueOne) {
   EXPECT_EQ(o.p, 1.0f);
 }
 
-TEST_F(ToolTwoPoint, UnknownPopulationGivesNoEstimate) {
-  const float cells[9] = {10, 2, 1, 2, 20, 2, 1, 2, 10};
-  const Outputs o = Call(11, 21, cells);
-  EXPECT_TRUE(std::isnan(o.rec));
-  EXPECT_EQ(o.lod, 0.0f);
-  EXPECT_EQ(o.p, 1.0f);
-  EXPECT_EQ(o.haldane, 1000.0f);
-}
-
 }  // namespace
 }  // namespace gae

@@ -174,26 +174,6 @@ TEST(TwoPointNewtonStart, StartValuesByHand) {
   EXPECT_TRUE(std::isnan(TwoPointStart(7, 11, hets, 50)));
 }
 
-TEST(TwoPointNewtonStart, IterationReachesTheMaximum) {
-  // F2 code 11 on an uneven table: at the result the score g is zero to the convergence
-  // tolerance; the standard error is that of the curvature there.
-  const std::vector<float> cells = {30, 8, 2, 9, 45, 7, 1, 6, 25};
-  const float r = TwoPointNewton(7, 11, cells.data(), 133);
-  ASSERT_GT(r, 0.05f);
-  ASSERT_LT(r, 0.3f);
-  // ln L changes sign of slope across the result.
-  auto lnl = [&](double x) {
-    const double c = 1 - x;
-    const double p[9] = {c * c / 4, x * c / 2, x * x / 4, x * c / 2, (1 - 2 * x + 2 * x * x) / 2,
-                         x * c / 2, x * x / 4, x * c / 2, c * c / 4};
-    double s = 0;
-    for (int k = 0; k < 9; ++k) s += cells[k] * std::log(p[k]);
-    return s;
-  };
-  EXPECT_GT(lnl(r), lnl(r - 0.001));
-  EXPECT_GT(lnl(r), lnl(r + 0.001));
-}
-
 TEST(TwoPointFrame, LikelihoodDropsClassesThatCannotOccur) {
   const float cells[9] = {10, 5, 0, 0, 0, 0, 0, 0, 3};
   const float probs[9] = {0.5f, 0, 0, 0, 0, 0, 0, 0, 0.25f};
@@ -202,32 +182,25 @@ TEST(TwoPointFrame, LikelihoodDropsClassesThatCannotOccur) {
 
 TEST(TwoPointFrame, SeveralThreadsGetTheSameResults) {
   // The pair store estimates pairs in parallel: no call may disturb another.
-  std::vector<std::vector<float>> tables;
-  for (int i = 0; i < 400; ++i) {
-    std::vector<float> t(9);
-    for (int k = 0; k < 9; ++k) t[k] = static_cast<float>((i * 37 + k * k * 11) % 23);
-    tables.push_back(t);
-  }
+  constexpr int kTables = 5000;
   const int types[4] = {7, 8, 13, 4};
-  std::vector<float> serial(tables.size() * 4), parallel(tables.size() * 4);
-  auto run = [&](int which, std::vector<float>& out) {
-    for (size_t i = 0; i < tables.size(); ++i) {
-      float rec = 0, lod = 0;
-      TwoPointGuarded(types[which], which == 1 ? 1210 : 11, tables[i].data(), rec, lod);
-      out[i * 4 + which] = rec + 1000 * lod;
+  auto run = [&types](int which, float* out) {
+    for (int i = 0; i < kTables; ++i) {
+      float cells[9], lod = 0;
+      for (int k = 0; k < 9; ++k) cells[k] = static_cast<float>((i * 37 + k * k * 11) % 23);
+      TwoPointGuarded(types[which], which == 1 ? 1210 : 11, cells, out[i], lod);
+      out[i] += 1000 * lod;
     }
   };
-  for (int w = 0; w < 4; ++w) run(w, serial);
+  std::vector<float> serial(4 * kTables), parallel(4 * kTables);
+  for (int w = 0; w < 4; ++w) run(w, &serial[kTables * w]);
   std::vector<std::thread> threads;
-  for (int w = 0; w < 4; ++w) threads.emplace_back(run, w, std::ref(parallel));
+  for (int w = 0; w < 4; ++w) threads.emplace_back(run, w, &parallel[kTables * w]);
   for (auto& t : threads) t.join();
-  for (size_t i = 0; i < serial.size(); ++i) {
-    if (std::isnan(serial[i])) {
-      EXPECT_TRUE(std::isnan(parallel[i]));
-    } else {
-      EXPECT_EQ(serial[i], parallel[i]) << i;
-    }
-  }
+  int differ = 0;
+  for (int i = 0; i < 4 * kTables; ++i)
+    differ += !(serial[i] == parallel[i] || (std::isnan(serial[i]) && std::isnan(parallel[i])));
+  EXPECT_EQ(differ, 0);
 }
 
 }  // namespace
