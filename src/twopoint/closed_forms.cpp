@@ -14,13 +14,16 @@ float PositiveRoot(float b, float disc, float n) {
   return (-b + std::sqrt(b * b + disc)) / (2 * n);
 }
 
-// Lines from a backcross (types 5, 11, 17, 19 and their mirrors): `recurrent` and `donor` are
-// the counts of the recurrent and the donor parent's class.
-float FirstBackcrossRoot(const float* N, float recurrent, float donor, float n) {
-  const float b = 2 * N[2] + 2 * N[6] - recurrent + donor;
-  return PositiveRoot(b, 8 * n * donor, n);
-}
-float SecondBackcrossRoot(const float* N, float recurrent, float donor, float n) {
+// Lines from a backcross (types 5, 6, 11, 12, 17 to 20): the root x of the likelihood
+// equation in a power of 1 - r, from the counts of the recurrent parent's class (N1 for a
+// backcross to P1, N9 to P2), the donor's class and the recombinant classes N3 and N7.
+float LinesRoot(int backcrosses, bool to_p2, const float* N, float n) {
+  const float recurrent = to_p2 ? N[8] : N[0];
+  const float donor = to_p2 ? N[0] : N[8];
+  if (backcrosses == 1) {
+    const float b = 2 * N[2] + 2 * N[6] - recurrent + donor;
+    return PositiveRoot(b, 8 * n * donor, n);
+  }
   const float b = 6 * N[2] + 6 * N[6] - recurrent + 5 * donor;
   return PositiveRoot(b, 24 * n * donor, n);
 }
@@ -68,8 +71,7 @@ bool TwoPointClosedForm(int population_type, int pair_code, const float cells[9]
     case 5:
     case 6: {
       // x = (1 - r) / (1 + 2r), four times the donor class's probability.
-      const float x = population_type == 5 ? FirstBackcrossRoot(N, N[0], N[8], n)
-                                           : FirstBackcrossRoot(N, N[8], N[0], n);
+      const float x = LinesRoot(1, population_type == 6, N, n);
       r = (1 - x) / (2 * x + 1);
       return true;
     }
@@ -87,25 +89,14 @@ bool TwoPointClosedForm(int population_type, int pair_code, const float cells[9]
     case 11:
     case 12: {
       // x = (1 - r)^2 / (1 + 2r), solved back for r.
-      const float x = population_type == 11 ? SecondBackcrossRoot(N, N[0], N[8], n)
-                                            : SecondBackcrossRoot(N, N[8], N[0], n);
+      const float x = LinesRoot(2, population_type == 12, N, n);
       r = (x + 1) - std::sqrt(x * x + 3 * x);
       return true;
     }
     case 17:
-    case 18: {
-      const float x = population_type == 17 ? FirstBackcrossRoot(N, N[0], N[8], n)
-                                            : FirstBackcrossRoot(N, N[8], N[0], n);
-      r = 1 - std::sqrt(x);
-      return true;
-    }
+    case 18: r = 1 - std::sqrt(LinesRoot(1, population_type == 18, N, n)); return true;
     case 19:
-    case 20: {
-      const float x = population_type == 19 ? SecondBackcrossRoot(N, N[0], N[8], n)
-                                            : SecondBackcrossRoot(N, N[8], N[0], n);
-      r = 1 - std::cbrt(x);
-      return true;
-    }
+    case 20: r = 1 - std::cbrt(LinesRoot(2, population_type == 20, N, n)); return true;
     default:
       return false;  // 8 and 13 to 16 iterate; anything else is not a population type
   }

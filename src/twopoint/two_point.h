@@ -39,8 +39,8 @@ void TwoPointGuarded(int population_type, int pair_code, const float cells[9], f
 // Both phases: the table as it stands and with the alleles of one marker exchanged. When the
 // exchanged table gives a smaller frequency r', the result is 1 - r' with that table's LOD and
 // standard error. A frequency above 1/2 thus means the markers travel in the exchanged phase.
-// An unknown population type, or a pair code the type's estimator does not know, gives no
-// estimate: a frequency of NaN, LOD 0 and standard error 0.
+// An unknown population type, or a pair code that type 7, 8 or 13 to 16 does not know, gives
+// no estimate: a frequency of NaN, LOD 0 and standard error 0.
 void TwoPointEstimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
                       float& lod, float& std_err);
 
@@ -50,8 +50,9 @@ void TwoPointEstimate(int population_type, int pair_code, const float cells[9], 
 void TwoPointOnePhase(int population_type, int pair_code, const float cells[9], float& rec_freq,
                       float& lod, float& std_err);
 
-// Start value of the iteration, from the cells and their sum n; kept inside 0.0001 .. 0.9999
-// unless it is NaN. A code with no start formula starts at 0.0001.
+// Start value of the iteration, from the cells and their sum n. A value not above 0 becomes
+// 0.0001 and one of 1 or more 0.9999; NaN passes. A code with no start formula starts at
+// 0.0001, and where both candidates of a two-candidate formula are NaN the start is 0.00001.
 float TwoPointStart(int population_type, int pair_code, const float cells[9], float n);
 
 // Guarded Newton iteration on ln L for the iterated types (7 F2, 8 F3, 13 to 16), 101 rounds at
