@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
   int exit_code = 0;
   gaecli::RegisterMarkersCommand(app, exit_code);
   gaecli::RegisterCheckCommand(app, exit_code);
+  gaecli::RegisterTwoPointCommand(app, exit_code);
 
   // The seed must be in place before any sub-command runs.
   app.parse_complete_callback([&] {
