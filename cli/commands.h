@@ -14,6 +14,7 @@ namespace gaecli {
 void RegisterMarkersCommand(CLI::App& app, int& exit_code);
 void RegisterPairsCommand(CLI::App& app, int& exit_code);
 void RegisterCheckCommand(CLI::App& app, int& exit_code);
+void RegisterTwoPointCommand(CLI::App& app, int& exit_code);
 
 // The path argument of the exports: its bytes and their count.
 struct PathArg {

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
   gaecli::RegisterMarkersCommand(app, exit_code);
   gaecli::RegisterPairsCommand(app, exit_code);
   gaecli::RegisterCheckCommand(app, exit_code);
+  gaecli::RegisterTwoPointCommand(app, exit_code);
 
   // The seed must be in place before any sub-command runs.
   app.parse_complete_callback([&] {

@@ -10,7 +10,11 @@ float MapRecToDistance(int mapping_function, float rec_freq) {
   const float v = 0.5f - std::fabs(0.5f - rec_freq);
   switch (mapping_function) {
     case 1: return 25.0f * std::log((1.0f + 2.0f * v) / (1.0f - 2.0f * v));
-    case 2: return -50.0f * std::log(1.0f - 2.0f * v);
+    case 2: {
+      // At v = 0 the product is -0, which a report would print with its sign.
+      const float d = -50.0f * std::log(1.0f - 2.0f * v);
+      return d == 0.0f ? 0.0f : d;
+    }
     case 3: return 100.0f * v;
     default: return kUnlinkedDistance;
   }

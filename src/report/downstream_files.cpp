@@ -1,0 +1,132 @@
+#include "report/downstream_files.h"
+
+#include "frame/fixed_format.h"
+#include "report/remark_blocks.h"
+
+namespace gae {
+
+namespace {
+
+constexpr std::size_t kCellsPerLine = 10000;
+
+// A numeric header line: the value in I10, two blanks, the remark.
+std::string NumericLine(long long value, std::string_view remark) {
+  return fmt::I(value, 10) + "  " + std::string(remark) + "\n";
+}
+
+std::string Name35(std::string_view name) { return fmt::A(fmt::PadRight(name, 35), 35); }
+
+// The A2 cells of one marker's genotypes, `per_line` to a line.
+std::string GenotypeCells(std::string_view genotypes, std::size_t marker, int32_t n, std::size_t per_line) {
+  std::string text;
+  for (int32_t i = 0; i < n; ++i) {
+    if (i > 0 && static_cast<std::size_t>(i) % per_line == 0) text += "\n";
+    text += fmt::A(std::string(1, genotypes[marker * n + i]), 2);
+  }
+  return text + "\n";
+}
+
+std::string HeaderLines(const LinkedMapRecord& map) {
+  return NumericLine(map.population_type, "!Mapping Population (see remarks above)") +
+         NumericLine(map.mapping_function, "!Mapping Function (1 for Kosambi; 2 for Haldane; 3 for Morgan)");
+}
+
+// The chromosome number printed beside each row of the linkage map: a running counter that
+// moves up by at most one for each row, whenever the row's number passes the markers of the
+// chromosomes up to the counter. An empty chromosome therefore makes it lag, as it does in the
+// marker table of the map reports.
+std::vector<int32_t> LaggingChromosomeNumbers(const LinkedMapRecord& map) {
+  std::vector<int32_t> numbers;
+  int32_t counter = 1;
+  long long covered = map.chromosome_sizes.empty() ? 0 : map.chromosome_sizes[0];
+  for (std::size_t row = 1; row <= map.marker_names.size(); ++row) {
+    if (static_cast<long long>(row) > covered && static_cast<std::size_t>(counter) < map.chromosome_sizes.size()) {
+      covered += map.chromosome_sizes[counter];
+      ++counter;
+    }
+    numbers.push_back(counter);
+  }
+  return numbers;
+}
+
+enum class QtlFile { kSdl, kBip, kMet };
+
+std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlFile kind) {
+  std::string out = BlockText(BiparentalGeneralBlock());
+  if (kind == QtlFile::kBip) out += NumericLine(1, "!Indicator: 1 for mapping; 2 for simulation");
+  out += HeaderLines(map);
+  out += NumericLine(2, "!Marker Space Type (1 for intervals; 2 for positions)");
+  out += NumericLine(1, "!Marker Space Unit(1 for centiMorgans; 2 for Morgan)");
+  out += NumericLine(static_cast<long long>(map.chromosome_names.size()), "!Number of Chromosomes (or Linkage Group)");
+  out += NumericLine(map.num_individuals, "!Population size of the mapping population");
+  if (kind == QtlFile::kBip) out += NumericLine(0, "!Number of traits");
+  if (kind == QtlFile::kMet) out += NumericLine(0, "!Number of environments");
+
+  out += "\n";
+  out += BlockText(ChromosomeBlock());
+  for (std::size_t c = 0; c < map.chromosome_names.size(); ++c) {
+    const int32_t size = c < map.chromosome_sizes.size() ? map.chromosome_sizes[c] : 0;
+    out += fmt::A(fmt::PadRight(map.chromosome_names[c], 19), 19) + " " + fmt::I(size, 12) + "\n";
+  }
+  out += "!Linkage map (Marker name followed by position or the interval length)\n";
+  const std::vector<int32_t> chromosome = LaggingChromosomeNumbers(map);
+  for (std::size_t m = 0; m < map.marker_names.size(); ++m)
+    out += Name35(map.marker_names[m]) + " " + fmt::I(chromosome[m], 4) + fmt::F(map.positions[m], 12, 4) + "\n";
+
+  out += "\n";
+  out += BlockText(BiparentalMarkerTypeBlock());
+  // A QTL tool reads a row as one list-directed read, so the row stays on one line.
+  for (std::size_t m = 0; m < map.marker_names.size(); ++m)
+    out += Name35(map.marker_names[m]) + " " +
+           GenotypeCells(genotypes, m, map.num_individuals, static_cast<std::size_t>(-1));
+  out += "\n";
+  if (kind != QtlFile::kSdl) {
+    out += BlockText(PhenotypeBlock());
+    out += "\n";
+  }
+  return out;
+}
+
+}  // namespace
+
+std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
+                      std::span<const uint8_t> monomorphic) {
+  auto kept = [&](std::size_t m) { return m >= monomorphic.size() || monomorphic[m] == 0; };
+  long long num_kept = 0;
+  for (std::size_t m = 0; m < map.marker_names.size(); ++m) num_kept += kept(m);
+
+  std::string out = BlockText(BiparentalGeneralBlock());
+  out += HeaderLines(map);
+  out += NumericLine(map.space_type, "!Marker Space Type (1 for intervals; 2 for positions)");
+  out += NumericLine(num_kept, "!Number of Markers");
+  out += NumericLine(map.num_individuals, "!Size of the mapping population");
+  out += "\n";
+  out += BlockText(BiparentalMarkerTypeBlock());
+  for (std::size_t m = 0; m < map.marker_names.size(); ++m)
+    if (kept(m))
+      out += Name35(map.marker_names[m]) + " " + GenotypeCells(corrected_genotypes, m, map.num_individuals, kCellsPerLine);
+
+  // Each kept marker is anchored to the chromosome it was mapped on.
+  out += "\n";
+  out += BlockText(AnchorBlock());
+  std::size_t m = 0;
+  for (std::size_t c = 0; c < map.chromosome_sizes.size(); ++c)
+    for (int32_t k = 0; k < map.chromosome_sizes[c] && m < map.marker_names.size(); ++k, ++m)
+      if (kept(m)) out += Name35(map.marker_names[m]) + " " + fmt::I(static_cast<long long>(c + 1), 8) + "\n";
+  out += "\n";
+  return out;
+}
+
+std::string SdlText(const LinkedMapRecord& map, std::string_view input_genotypes) {
+  return QtlText(map, input_genotypes, QtlFile::kSdl);
+}
+
+std::string BipText(const LinkedMapRecord& map, std::string_view input_genotypes) {
+  return QtlText(map, input_genotypes, QtlFile::kBip);
+}
+
+std::string MetText(const LinkedMapRecord& map, std::string_view input_genotypes) {
+  return QtlText(map, input_genotypes, QtlFile::kMet);
+}
+
+}  // namespace gae

@@ -1,0 +1,47 @@
+// Input files written from a finished bi-parental map for the next tools: EC.map, the
+// corrected data for a second mapping run, and .sdl, .bip and .met for the QTL tools. Each is
+// built as text; the caller writes it to stem + suffix. Every file follows the input grammar
+// (remarks in column 1, one value per numeric line, list-directed rows), so the tool's own
+// reader takes it back.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace gae {
+
+// What the writers need of the map and its data.
+struct LinkedMapRecord {
+  int32_t population_type = 0;   // 1 to 20
+  int32_t mapping_function = 1;  // 1 Kosambi, 2 Haldane, 3 Morgan
+  int32_t space_type = 2;        // the marker space type of the input file, repeated in EC.map
+  int32_t num_individuals = 0;
+  // One entry for each chromosome of the map, empty ones included.
+  std::vector<std::string> chromosome_names;  // 19 characters, blank padded
+  std::vector<int32_t> chromosome_sizes;      // linked markers on the chromosome
+  // The linked markers, chromosome after chromosome in map order.
+  std::vector<std::string> marker_names;  // 35 characters, blank padded
+  std::vector<float> positions;           // cM
+};
+
+// Genotype matrices below are [marker * num_individuals + individual] over the linked markers
+// of the record, one genotype letter (A, H, B, D, R, X) each.
+
+// EC.map: header with the number of markers kept; one row for each linked marker whose flag in
+// `monomorphic` is 0 (name, then the corrected letters, 10000 to a line); then the anchor rows,
+// which give each kept marker its chromosome number as its anchor group.
+std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
+                      std::span<const uint8_t> monomorphic);
+
+// .sdl: the map (positions in cM) and the input genotypes of every linked marker.
+std::string SdlText(const LinkedMapRecord& map, std::string_view input_genotypes);
+// .bip: .sdl with the mapping indicator first, 0 traits, and an empty phenotype section for the
+// user to complete.
+std::string BipText(const LinkedMapRecord& map, std::string_view input_genotypes);
+// .met: .bip without the indicator and with 0 environments in place of the traits.
+std::string MetText(const LinkedMapRecord& map, std::string_view input_genotypes);
+
+}  // namespace gae
