@@ -162,7 +162,9 @@ TEST(MapReports, MatricesHoldTheLowerTriangleOfTheFirstHundredMarkers) {
   map.num_mapped = 150;
   Store store(150);
   for (int m = 1; m <= 150; ++m) {
-    map.marker_names.push_back(Name35("K" + std::to_string(m)));
+    std::string name = std::to_string(m);
+    name.insert(name.begin(), 'K');
+    map.marker_names.push_back(Name35(name));
     map.marker_class.push_back(1);
     map.types.push_back('A');
     map.anchor.push_back(m % 4);
