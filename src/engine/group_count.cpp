@@ -5,9 +5,11 @@
 // cannot be derived exactly from its parts' sums: the order of the terms changes. So each pair
 // of clusters keeps either its exact 32-bit sum (while neither cluster has changed since it
 // was summed) or an approximate sum with a rigorous bound on how far the exact 32-bit mean can
-// lie from it. A merge takes the pair with the lowest possible mean, computes it exactly, and
-// then computes exactly every pair that could still be at or below it; among those the rule's
-// own choice, the first smallest in the order of cluster pairs, is made on exact values.
+// lie from it. A merge needs only the pair with the lowest possible mean, made exact, and
+// proven to come first among all pairs that reach that mean: the choice is the rule's own,
+// the first smallest in the order of cluster pairs, made on exact values.
+// Each cluster keeps the lowest bound of its pairs with the lower clusters, so a merge costs a
+// pass over the clusters plus the exact sums of the few pairs that come near the top.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -38,6 +40,7 @@ class ClusterMerger {
       for (std::size_t b = 0; b < a; ++b) Recompute(a, b);
     row_low_.assign(count, kNever);
     row_arg_.assign(count, 0);
+    row_stale_.assign(count, false);
     for (std::size_t a = 1; a < count; ++a) RescanRow(a);
     live_ = count;
   }
@@ -111,6 +114,7 @@ class ClusterMerger {
   void RescanRow(std::size_t a) {
     row_low_[a] = kNever;
     row_arg_[a] = 0;
+    row_stale_[a] = false;
     for (std::size_t b = 0; b < a; ++b) {
       if (!active_[b]) continue;
       const double low = Low(a, b);
@@ -125,18 +129,30 @@ class ClusterMerger {
   void MakeExact(std::size_t a, std::size_t b) {
     if (exact_[Index(a, b)]) return;
     Recompute(a, b);
+    Lowered(a, b);
+  }
+
+  // Entry (a, b) of row a has a new value: the row's minimum is kept a true lower bound, and
+  // marked stale when the entry that held it may have grown.
+  void Lowered(std::size_t a, std::size_t b) {
     const double low = Low(a, b);
-    if (low < row_low_[a]) {
+    if (low < row_low_[a]) {  // below a bound of every other entry: the row's true minimum
       row_low_[a] = low;
       row_arg_[a] = b;
-    } else if (row_arg_[a] == b) {
-      RescanRow(a);
+      row_stale_[a] = false;
+    } else if (row_arg_[a] == b || low == row_low_[a]) {
+      // The minimum may have grown, or an earlier entry may now tie with it.
+      row_stale_[a] = true;
     }
   }
 
   // The rule's choice, or false when no pair has a mean below infinity.
+  //
+  // The first row (in cluster order) with the lowest bound is brought up to date until its
+  // bound is attained by an exact mean. That pair is then the rule's: every other pair's exact
+  // mean is at least its own bound, the rows before this one have higher bounds, and inside
+  // the row no pair before it reaches the bound.
   bool Choose(std::size_t& chosen_a, std::size_t& chosen_b) {
-    double bar = kNever;
     for (;;) {
       std::size_t a = 0;
       double low = kNever;
@@ -147,38 +163,23 @@ class ClusterMerger {
         }
       }
       if (low == kNever) return false;
+      if (row_stale_[a]) {
+        RescanRow(a);
+        continue;
+      }
       const std::size_t b = row_arg_[a];
       if (!exact_[Index(a, b)]) {
         MakeExact(a, b);
         continue;
       }
-      if (Low(a, b) != low) {  // a stale row minimum: never trusted as the bar
+      if (Low(a, b) != low) {  // never trust a minimum that its pair does not reach
         RescanRow(a);
         continue;
       }
-      bar = low;  // an exact mean: the smallest cannot lie above it
-      break;
+      chosen_a = a;
+      chosen_b = b;
+      return true;
     }
-    // Every pair that could be at or below the bar, in the rule's order.
-    std::vector<std::pair<std::size_t, std::size_t>> candidates;
-    for (std::size_t a = 1; a < members_.size(); ++a) {
-      if (!active_[a] || !(row_low_[a] <= bar)) continue;
-      for (std::size_t b = 0; b < a; ++b)
-        if (active_[b] && Low(a, b) <= bar) candidates.emplace_back(a, b);
-    }
-    float best = std::numeric_limits<float>::infinity();
-    bool found = false;
-    for (const auto& [a, b] : candidates) {
-      MakeExact(a, b);
-      const float mean = ExactMean(a, b);
-      if (mean < best) {
-        best = mean;
-        chosen_a = a;
-        chosen_b = b;
-        found = true;
-      }
-    }
-    return found;
   }
 
   // No mean compares (empty clusters or NaN values only): the first pair in the rule's order
@@ -226,15 +227,8 @@ class ClusterMerger {
     RescanRow(b);
     for (std::size_t c = b + 1; c < members_.size(); ++c) {
       if (!active_[c]) continue;
-      if (row_arg_[c] == a || row_arg_[c] == b) {
-        RescanRow(c);
-      } else {
-        const double low = Low(c, b);
-        if (low < row_low_[c]) {
-          row_low_[c] = low;
-          row_arg_[c] = b;
-        }
-      }
+      if (row_arg_[c] == a) row_stale_[c] = true;  // its minimum went with cluster a
+      Lowered(c, b);
     }
   }
 
@@ -248,9 +242,11 @@ class ClusterMerger {
   std::vector<float> sum_;
   std::vector<float> abs_;
   std::vector<uint8_t> exact_;
-  // By cluster: the lowest possible mean against a lower cluster, and which one.
+  // By cluster: a lower bound of the possible means against the lower clusters and the pair
+  // that attains it; once stale, only the bound holds until the row is scanned again.
   std::vector<double> row_low_;
   std::vector<std::size_t> row_arg_;
+  std::vector<bool> row_stale_;
 };
 
 }  // namespace
