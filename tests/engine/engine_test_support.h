@@ -20,6 +20,8 @@ struct MemoryStore {
   }
   float& First(int32_t i, int32_t j);
   float& Second(int32_t i, int32_t j);
+  float First(int32_t i, int32_t j) const { return const_cast<MemoryStore*>(this)->First(i, j); }
+  float Second(int32_t i, int32_t j) const { return const_cast<MemoryStore*>(this)->Second(i, j); }
 };
 
 // A store whose values come from a small set, so that ties are common: minus-LOD values in
