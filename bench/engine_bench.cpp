@@ -4,6 +4,7 @@
 // Run: build/gaengine_bench --benchmark_filter=Grouping|Ordering|Rippling
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <numeric>
@@ -25,13 +26,13 @@ struct SyntheticMap {
   int markers = 0;
 };
 
-// Writes the store for `markers` markers on `chromosomes` chromosomes of 100 cM and points the
+// Writes the store for `markers` markers on `chromosomes` chromosomes of `length` cM and points the
 // process at it. The file is kept for the benchmarks that follow and removed at exit.
-SyntheticMap WriteStore(int markers, int chromosomes, unsigned seed) {
+SyntheticMap WriteStore(int markers, int chromosomes, unsigned seed, double length = 100.0) {
   SyntheticMap map{"/tmp/gaengine-bench-" + std::to_string(markers) + "-" + std::to_string(chromosomes) + ".LRD", markers};
   std::mt19937 rng(seed);
   std::uniform_int_distribution<int> which(0, chromosomes - 1);
-  std::uniform_real_distribution<double> where(0.0, 100.0);
+  std::uniform_real_distribution<double> where(0.0, length);
   std::vector<int> chrom(static_cast<std::size_t>(markers));
   std::vector<double> pos(static_cast<std::size_t>(markers));
   for (int i = 0; i < markers; ++i) {
@@ -66,38 +67,28 @@ SyntheticMap WriteStore(int markers, int chromosomes, unsigned seed) {
   return map;
 }
 
-void BM_GroupingByThreshold(benchmark::State& state) {
+// MAPGrouping on `markers` markers of ten chromosomes: method 1 at LOD 3 (the MAP default),
+// or method 2 down to ten groups.
+void BM_Grouping(benchmark::State& state, int method, float threshold) {
   const int markers = static_cast<int>(state.range(0));
   const SyntheticMap map = WriteStore(markers, 10, 7);
   std::vector<int> anchor(static_cast<std::size_t>(markers), 0), group(static_cast<std::size_t>(markers));
   int status = 0;
   for (auto _ : state) {
-    MAPGrouping(0, 1, 1, 3.0f, markers, anchor.data(), group.data(), &status);
+    MAPGrouping(0, method, 1, threshold, markers, anchor.data(), group.data(), &status);
     benchmark::DoNotOptimize(group.data());
   }
   state.counters["groups"] = *std::max_element(group.begin(), group.end());
   std::remove(map.path.c_str());
 }
-BENCHMARK(BM_GroupingByThreshold)->Arg(10000)->Unit(benchmark::kSecond)->Iterations(1);
-
-void BM_GroupingToCount(benchmark::State& state) {
-  const int markers = static_cast<int>(state.range(0));
-  const SyntheticMap map = WriteStore(markers, 10, 11);
-  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), group(static_cast<std::size_t>(markers));
-  int status = 0;
-  for (auto _ : state) {
-    MAPGrouping(0, 2, 1, 10.0f, markers, anchor.data(), group.data(), &status);
-    benchmark::DoNotOptimize(group.data());
-  }
-  std::remove(map.path.c_str());
-}
-BENCHMARK(BM_GroupingToCount)->Arg(1000)->Arg(2000)->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK_CAPTURE(BM_Grouping, ByThreshold, 1, 3.0f)->Arg(10000)->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK_CAPTURE(BM_Grouping, ToCount, 2, 10.0f)->Arg(1000)->Arg(2000)->Arg(4000)->Unit(benchmark::kSecond)->Iterations(1);
 
 // One chromosome of `markers` markers, ordered as the MAP default does: tour search from five
 // random nearest-neighbour starts with the open-path 2-opt, on recombination frequency.
 void BM_OrderingDefault(benchmark::State& state) {
   const int markers = static_cast<int>(state.range(0));
-  const SyntheticMap map = WriteStore(markers, 1, 13);
+  const SyntheticMap map = WriteStore(markers, 1, 13, static_cast<double>(state.range(1)));
   setenv("GAENGINE_SEED", "12345", 1);
   std::vector<int> anchor(static_cast<std::size_t>(markers), 0), order(static_cast<std::size_t>(markers));
   std::vector<float> position(static_cast<std::size_t>(markers));
@@ -109,7 +100,8 @@ void BM_OrderingDefault(benchmark::State& state) {
   state.counters["length_cM"] = position.back();
   std::remove(map.path.c_str());
 }
-BENCHMARK(BM_OrderingDefault)->Arg(1000)->Unit(benchmark::kSecond)->Iterations(1);
+// A dense chromosome (100 cM: most neighbours show no recombinant, many ties) and a long one.
+BENCHMARK(BM_OrderingDefault)->Args({1000, 100})->Args({1000, 400})->Unit(benchmark::kSecond)->Iterations(1);
 
 // Rippling that group, ordered first, with a window of 5 on the LOD value.
 void BM_RipplingWindow5(benchmark::State& state) {

@@ -43,6 +43,8 @@ int GroupingOptionError(int tool, int method, int by_what, int* value) {
 void GroupingEntry(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
                    const int* Anchor, int* Group, int* Status) {
   LogSession log(StageLogTool(ToolCode));
+  int unused_status = 0;  // a caller without a status still gets the work done
+  if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   PrintStageLine(1104);
   const float t1 = CpuSeconds();

@@ -45,6 +45,8 @@ void OrderingEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, int
                    int OrderingParam2, int GroupMarkers, const int* GroupAnchor, int* GroupOrder,
                    float* GroupPosition, int* Status) {
   LogSession log(StageLogTool(ToolCode));
+  int unused_status = 0;  // a caller without a status still gets the work done
+  if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   if (GroupMarkers < 2) return;
   int value = 0;
@@ -63,19 +65,15 @@ void OrderingAllEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, 
                       int* GroupStatus, int* MapState, const int* Anchor, const int* Group,
                       int* Order, float* Position, int* Status) {
   LogSession log(StageLogTool(ToolCode));
+  int unused_status = 0;  // a caller without a status still gets the work done
+  if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
   const int rejected = OrderingOptionError(ToolCode, Method, ByWhat, &value);
-  const std::vector<int64_t> starts = GroupStarts(NumGroups, GroupSize);
-  // A group whose slice would run past the caller's order array is a caller error; it is
-  // passed over rather than read out of bounds.
-  auto fits = [&](int g) {
-    const int64_t at = starts[static_cast<std::size_t>(g)];
-    return at >= 0 && at + GroupSize[g] <= NumMarkers;
-  };
+  const GroupSlices slices(NumMarkers, NumGroups, GroupSize);
 
   bool needs_store = false;
-  for (int g = 0; g < NumGroups && rejected == 0; ++g) needs_store |= GroupSize[g] >= 2 && fits(g);
+  for (int g = 0; g < NumGroups && rejected == 0; ++g) needs_store |= GroupSize[g] >= 2 && slices.Fits(g);
   PairStoreFile store;
   if (needs_store && !OpenStageStore(store, Status)) return;
 
@@ -93,7 +91,7 @@ void OrderingAllEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, 
       GroupStatus[g] = kGroupOrdered;
       continue;
     }
-    if (!fits(g)) continue;
+    if (!slices.Fits(g)) continue;
     const float t1 = CpuSeconds();
     std::vector<int>& anchor = anchors[static_cast<std::size_t>(g)];
     anchor.resize(static_cast<std::size_t>(n), 0);  // a model out of step with its groups
@@ -101,15 +99,13 @@ void OrderingAllEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, 
     if (rejected != 0) {
       RejectOption(rejected, value, Status);
     } else {
-      const std::size_t at = static_cast<std::size_t>(starts[static_cast<std::size_t>(g)]);
+      const std::size_t at = slices.Start(g);
       OrderOneGroup(store.Table(), ToolCode, options, n, anchor.data(), Order + at, Position + at);
     }
     if (*Status == 0) GroupStatus[g] = kGroupOrdered;
     PrintStageTime(t1, CpuSeconds());
   }
-  bool all_ordered = true;
-  for (int g = 0; g < NumGroups; ++g) all_ordered &= GroupStatus[g] == kGroupOrdered;
-  if (all_ordered) *MapState = kMapOrdered;
+  if (MapState != nullptr && AllGroupsAt(NumGroups, GroupStatus, kGroupOrdered)) *MapState = kMapOrdered;
 }
 
 }  // namespace gae

@@ -32,6 +32,8 @@ int RipplingOptionError(int tool, int by_what, int window, int* value) {
 void RipplingEntry(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers, int* GroupOrder,
                    float* GroupPosition, int* Status) {
   LogSession log(StageLogTool(ToolCode));
+  int unused_status = 0;  // a caller without a status still gets the work done
+  if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
   if (const int code = RipplingOptionError(ToolCode, ByWhat, WindowSize, &value)) {
@@ -48,38 +50,33 @@ void RipplingAllEntry(int ToolCode, int ByWhat, int WindowSize, int NumMarkers, 
                       const int* GroupSize, int* GroupStatus, int* MapState, const int* /*Group*/,
                       int* Order, float* Position, int* Status) {
   LogSession log(StageLogTool(ToolCode));
+  int unused_status = 0;  // a caller without a status still gets the work done
+  if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
   const int rejected = RipplingOptionError(ToolCode, ByWhat, WindowSize, &value);
-  const std::vector<int64_t> starts = GroupStarts(NumGroups, GroupSize);
-  // A slice that would run past the caller's order array is a caller error: passed over.
-  auto fits = [&](int g) {
-    const int64_t at = starts[static_cast<std::size_t>(g)];
-    return at >= 0 && at + GroupSize[g] <= NumMarkers;
-  };
+  const GroupSlices slices(NumMarkers, NumGroups, GroupSize);
   bool needs_store = false;
   for (int g = 0; g < NumGroups && rejected == 0; ++g)
-    needs_store |= GroupStatus[g] > kGroupGrouped && GroupSize[g] > 2 && fits(g);
+    needs_store |= GroupStatus[g] > kGroupGrouped && GroupSize[g] > 2 && slices.Fits(g);
   PairStoreFile store;
   if (needs_store && !OpenStageStore(store, Status)) return;
 
   for (int g = 0; g < NumGroups; ++g) {
     PrintStageLine(1114, g + 1);
-    if (GroupStatus[g] <= kGroupGrouped || !fits(g)) continue;
+    if (GroupStatus[g] <= kGroupGrouped || !slices.Fits(g)) continue;
     const float t1 = CpuSeconds();
     *Status = 0;
     if (rejected != 0) {
       RejectOption(rejected, value, Status);
     } else if (GroupSize[g] > 2) {
-      const std::size_t at = static_cast<std::size_t>(starts[static_cast<std::size_t>(g)]);
+      const std::size_t at = slices.Start(g);
       RippleGroup(store.Table(), ByWhat, WindowSize, GroupSize[g], Order + at, Position + at);
     }
     if (*Status == 0) GroupStatus[g] = kGroupRippled;
     PrintStageTime(t1, CpuSeconds());
   }
-  bool all_rippled = true;
-  for (int g = 0; g < NumGroups; ++g) all_rippled &= GroupStatus[g] == kGroupRippled;
-  if (all_rippled) *MapState = kMapRippled;
+  if (MapState != nullptr && AllGroupsAt(NumGroups, GroupStatus, kGroupRippled)) *MapState = kMapRippled;
 }
 
 }  // namespace gae

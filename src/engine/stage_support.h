@@ -2,6 +2,9 @@
 // the frame lines they print.
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "twopoint/pair_store_file.h"
 
 namespace gae {
@@ -18,5 +21,23 @@ void RejectOption(int code, int value, int* status);
 void PrintStageLine(int code, int value = 0);
 // The 1103 line of a stage for CPU readings t1 and t2.
 void PrintStageTime(float t1, float t2);
+
+// Where each group's slice of the map order starts (the running sum of the group sizes). A
+// slice that would run outside the caller's order array is a caller error; the stages pass
+// such a group over rather than read or write out of bounds.
+class GroupSlices {
+ public:
+  GroupSlices(int num_markers, int num_groups, const int* group_size);
+  bool Fits(int g) const;  // g 0-based
+  std::size_t Start(int g) const { return static_cast<std::size_t>(starts_[static_cast<std::size_t>(g)]); }
+
+ private:
+  int num_markers_;
+  const int* group_size_;
+  std::vector<int64_t> starts_;
+};
+
+// Whether every one of the groups has `status`; true when there is no group.
+bool AllGroupsAt(int num_groups, const int* group_status, int status);
 
 }  // namespace gae
