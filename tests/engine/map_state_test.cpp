@@ -112,14 +112,5 @@ TEST(MapState, GroupNamesFollowStatus) {
   EXPECT_EQ(names[1], std::string(19, 'x'));  // another status: untouched
 }
 
-TEST(MapState, AnchorMarker) {
-  std::vector<int32_t> anchor = {0, 3, 0};
-  AnchorMarker(1, 2, 4, 3, anchor.data());
-  AnchorMarker(2, 5, 4, 3, anchor.data());  // group beyond the count frees the marker
-  AnchorMarker(4, 1, 4, 3, anchor.data());  // marker out of range: nothing
-  AnchorMarker(0, 1, 4, 3, anchor.data());
-  EXPECT_THAT(anchor, ElementsAre(2, 0, 0));
-}
-
 }  // namespace
 }  // namespace gae
