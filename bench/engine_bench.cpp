@@ -1,0 +1,125 @@
+// Speed of the map engine on synthetic pairwise files: markers at random positions on a few
+// chromosomes, backcross-like estimates from 200 individuals (the true frequency by Haldane's
+// function, the estimate drawn around it, its LOD), written as a temporary .LRD file.
+// Run: build/gaengine_bench --benchmark_filter=Grouping|Ordering|Rippling
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "engine/map_state.h"
+#include "engine/order_group.h"
+#include "engine/rippling.h"
+#include "frame/process_state.h"
+#include "gaengine.h"
+#include "twopoint/pair_store_file.h"
+
+namespace {
+
+struct SyntheticMap {
+  std::string path;
+  int markers = 0;
+};
+
+// Writes the store for `markers` markers on `chromosomes` chromosomes of `length` cM and points the
+// process at it. The file is kept for the benchmarks that follow and removed at exit.
+SyntheticMap WriteStore(int markers, int chromosomes, unsigned seed, double length = 100.0) {
+  SyntheticMap map{"/tmp/gaengine-bench-" + std::to_string(markers) + "-" + std::to_string(chromosomes) + ".LRD", markers};
+  std::mt19937 rng(seed);
+  std::uniform_int_distribution<int> which(0, chromosomes - 1);
+  std::uniform_real_distribution<double> where(0.0, length);
+  std::vector<int> chrom(static_cast<std::size_t>(markers));
+  std::vector<double> pos(static_cast<std::size_t>(markers));
+  for (int i = 0; i < markers; ++i) {
+    chrom[static_cast<std::size_t>(i)] = which(rng);
+    pos[static_cast<std::size_t>(i)] = where(rng);
+  }
+  std::FILE* f = std::fopen(map.path.c_str(), "wb");
+  std::vector<float> row;
+  for (int i = 1; i < markers; ++i) {
+    row.clear();
+    for (int j = 0; j < i; ++j) {
+      double r = 0.5;
+      if (chrom[static_cast<std::size_t>(i)] == chrom[static_cast<std::size_t>(j)]) {
+        const double d = std::fabs(pos[static_cast<std::size_t>(i)] - pos[static_cast<std::size_t>(j)]);
+        // Estimated from 200 individuals: sampling noise makes the orders worth searching.
+        // (Unlinked pairs stay at 1/2: among 5e7 of them, noise alone would link the
+        // chromosomes at LOD 3 and make the grouping figures meaningless.)
+        r = std::binomial_distribution<int>(200, 0.5 * (1.0 - std::exp(-d / 50.0)))(rng) / 200.0;
+      }
+      const double rr = std::max(r, 1e-4);
+      const double lod = 200.0 * (rr * std::log10(rr) + (1.0 - rr) * std::log10(1.0 - rr) + std::log10(2.0));
+      row.push_back(static_cast<float>(-std::max(lod, 0.0)));
+      row.push_back(static_cast<float>(r));
+    }
+    std::fwrite(row.data(), sizeof(float), row.size(), f);
+  }
+  std::fclose(f);
+  gae::PairStoreSettings& settings = gae::Process().pair_store;
+  settings.lrd_name = map.path;
+  settings.record_length = 2;
+  settings.mapping_function = 1;
+  return map;
+}
+
+// MAPGrouping on `markers` markers of ten chromosomes: method 1 at LOD 3 (the MAP default),
+// or method 2 down to ten groups.
+void BM_Grouping(benchmark::State& state, int method, float threshold) {
+  const int markers = static_cast<int>(state.range(0));
+  const SyntheticMap map = WriteStore(markers, 10, 7);
+  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), group(static_cast<std::size_t>(markers));
+  int status = 0;
+  for (auto _ : state) {
+    MAPGrouping(0, method, 1, threshold, markers, anchor.data(), group.data(), &status);
+    benchmark::DoNotOptimize(group.data());
+  }
+  state.counters["groups"] = *std::max_element(group.begin(), group.end());
+  std::remove(map.path.c_str());
+}
+BENCHMARK_CAPTURE(BM_Grouping, ByThreshold, 1, 3.0f)->Arg(10000)->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK_CAPTURE(BM_Grouping, ToCount, 2, 10.0f)->Arg(1000)->Arg(2000)->Arg(4000)->Unit(benchmark::kSecond)->Iterations(1);
+
+// One chromosome of `markers` markers, ordered as the MAP default does: tour search from five
+// random nearest-neighbour starts with the open-path 2-opt, on recombination frequency.
+void BM_OrderingDefault(benchmark::State& state) {
+  const int markers = static_cast<int>(state.range(0));
+  const SyntheticMap map = WriteStore(markers, 1, 13, static_cast<double>(state.range(1)));
+  setenv("GAENGINE_SEED", "12345", 1);
+  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), order(static_cast<std::size_t>(markers));
+  std::vector<float> position(static_cast<std::size_t>(markers));
+  int status = 0;
+  for (auto _ : state) {
+    std::iota(order.begin(), order.end(), 1);
+    MAPOrdering(0, 2, 2, 1, 5, 3, markers, anchor.data(), order.data(), position.data(), &status);
+  }
+  state.counters["length_cM"] = position.back();
+  std::remove(map.path.c_str());
+}
+// A dense chromosome (100 cM: most neighbours show no recombinant, many ties) and a long one.
+BENCHMARK(BM_OrderingDefault)->Args({1000, 100})->Args({1000, 400})->Unit(benchmark::kSecond)->Iterations(1);
+
+// Rippling that group, ordered first, with a window of 5 on the LOD value.
+void BM_RipplingWindow5(benchmark::State& state) {
+  const int markers = static_cast<int>(state.range(0));
+  const SyntheticMap map = WriteStore(markers, 1, 13);
+  setenv("GAENGINE_SEED", "12345", 1);
+  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), order(static_cast<std::size_t>(markers));
+  std::vector<float> position(static_cast<std::size_t>(markers));
+  int status = 0;
+  std::iota(order.begin(), order.end(), 1);
+  MAPOrdering(0, 2, 2, 1, 5, 3, markers, anchor.data(), order.data(), position.data(), &status);
+  const std::vector<int> ordered = order;
+  for (auto _ : state) {
+    order = ordered;
+    MAPRippling(0, 1, 5, markers, order.data(), position.data(), &status);
+  }
+  std::remove(map.path.c_str());
+}
+BENCHMARK(BM_RipplingWindow5)->Arg(1000)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+}  // namespace

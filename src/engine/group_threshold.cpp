@@ -1,0 +1,123 @@
+// Grouping by threshold costs O(n^2) pair lookups: each free marker remembers its best grouped
+// partner, and when a marker is placed, only the values to that marker are read to update the
+// others. The choice is the one of the plain rule that, at every step, scans every free marker
+// against every grouped one in the order (free marker, group, member).
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <vector>
+
+#include "engine/grouping.h"
+
+namespace gae {
+
+namespace {
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+struct Partner {
+  float value = kInfinity;
+  int32_t group = 0;
+  int32_t member = 0;
+  // Keeps the earlier in visiting order among equal values: lower group, then lower member.
+  void Consider(float v, int32_t g, int32_t j) {
+    if (!(v < kInfinity)) return;  // NaN and infinity never become a best
+    if (v < value || (v == value && (g < group || (g == group && j < member)))) {
+      value = v;
+      group = g;
+      member = j;
+    }
+  }
+};
+
+// Each grouped marker, once the sweep reaches it, pulls in every free marker within the
+// fold-in frequency; a marker pulled in this way becomes a source later in the same sweep.
+void FoldIn(const PairTable& table, int32_t n, int32_t* group) {
+  for (int32_t i = 1; i <= n; ++i) {
+    if (group[i - 1] == 0) continue;
+    for (int32_t j = 1; j <= n; ++j)
+      if (group[j - 1] == 0 && table.Second(i, j) < kFoldInFrequency) group[j - 1] = group[i - 1];
+  }
+}
+
+void Grow(const PairTable& table, int by_what, int32_t n, float threshold, int32_t* group) {
+  std::vector<int32_t> free_markers;
+  int32_t largest = 0;
+  for (int32_t i = 1; i <= n; ++i) {
+    if (group[i - 1] == 0) free_markers.push_back(i);
+    largest = std::max(largest, group[i - 1]);
+  }
+  if (free_markers.empty()) return;
+  std::vector<Partner> best(static_cast<std::size_t>(n) + 1);
+  for (int32_t j = 1; j <= n; ++j) {
+    if (group[j - 1] < 1) continue;
+    for (const int32_t i : free_markers) best[static_cast<std::size_t>(i)].Consider(PairValue(table, by_what, i, j), group[j - 1], j);
+  }
+  while (!free_markers.empty()) {
+    std::size_t chosen = 0;
+    float closest = kInfinity;
+    for (std::size_t k = 0; k < free_markers.size(); ++k) {
+      const float v = best[static_cast<std::size_t>(free_markers[k])].value;
+      if (v < closest) {
+        closest = v;
+        chosen = k;
+      }
+    }
+    // With no comparable value at all the lowest free marker is taken: it opens a group.
+    const int32_t marker = free_markers[chosen];
+    const int32_t joins = closest < threshold ? best[static_cast<std::size_t>(marker)].group : largest + 1;
+    group[marker - 1] = joins;
+    largest = std::max(largest, joins);
+    free_markers.erase(free_markers.begin() + static_cast<std::ptrdiff_t>(chosen));
+    for (const int32_t i : free_markers) best[static_cast<std::size_t>(i)].Consider(PairValue(table, by_what, i, marker), joins, marker);
+  }
+}
+
+}  // namespace
+
+void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float threshold,
+                      const int32_t* anchor, int32_t* group) {
+  if (n < 1) return;
+  std::copy(anchor, anchor + n, group);
+  const int64_t anchored = std::accumulate(group, group + n, int64_t{0});
+  if (anchored == 0) {
+    float best = kInfinity;
+    int32_t bi = 0, bj = 0;
+    for (int32_t i = 2; i <= n; ++i) {
+      for (int32_t j = 1; j < i; ++j) {
+        const float v = PairValue(table, by_what, i, j);
+        if (v < best) {
+          best = v;
+          bi = i;
+          bj = j;
+        }
+      }
+    }
+    if (!(best < threshold)) {
+      std::iota(group, group + n, 1);
+      return;
+    }
+    group[bi - 1] = 1;
+    group[bj - 1] = 1;
+  }
+  FoldIn(table, n, group);
+  Grow(table, by_what, n, threshold, group);
+}
+
+void GroupByAnchors(int32_t n, const int32_t* anchor, int32_t* group) {
+  if (n < 1) return;
+  std::fill(group, group + n, 0);
+  const int32_t largest = *std::max_element(anchor, anchor + n);
+  if (largest < 1) return;
+  // Anchor numbers closed up: the k-th anchor number in use becomes group k.
+  std::vector<int32_t> used;
+  for (int32_t i = 0; i < n; ++i)
+    if (anchor[i] >= 1) used.push_back(anchor[i]);
+  std::sort(used.begin(), used.end());
+  used.erase(std::unique(used.begin(), used.end()), used.end());
+  for (int32_t i = 0; i < n; ++i)
+    if (anchor[i] >= 1)
+      group[i] = static_cast<int32_t>(std::lower_bound(used.begin(), used.end(), anchor[i]) - used.begin()) + 1;
+}
+
+}  // namespace gae

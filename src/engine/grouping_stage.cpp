@@ -1,0 +1,83 @@
+#include "engine/grouping_stage.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "engine/grouping.h"
+#include "engine/stage_support.h"
+#include "frame/cpu_clock.h"
+#include "frame/run_log.h"
+
+namespace gae {
+
+namespace {
+
+int32_t RoundedCount(float threshold) {
+  const double rounded = std::round(static_cast<double>(threshold));  // halves away from zero
+  if (std::isnan(rounded)) return 0;
+  if (rounded >= std::numeric_limits<int32_t>::max()) return std::numeric_limits<int32_t>::max();
+  if (rounded <= std::numeric_limits<int32_t>::min()) return std::numeric_limits<int32_t>::min();
+  return static_cast<int32_t>(rounded);
+}
+
+// Whether the method reads pair values at all.
+bool NeedsStore(int tool, int method) {
+  return tool == 105 ? method == 2 : (method == 1 || method == 2);
+}
+
+// The code that rejects these options (value in *value), or 0.
+int GroupingOptionError(int tool, int method, int by_what, int* value) {
+  if (tool == 105) {
+    if (by_what != 3) return *value = by_what, 1105;
+    return 0;
+  }
+  if ((method == 1 || method == 2) && (by_what < 1 || by_what > 3)) return *value = by_what, 1106;
+  if (method < 1 || method > 3) return *value = method, 1107;
+  return 0;
+}
+
+}  // namespace
+
+void GroupingEntry(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
+                   const int* Anchor, int* Group, int* Status) {
+  LogSession log(StageLogTool(ToolCode));
+  int unused_status = 0;  // a caller without a status still gets the work done
+  if (Status == nullptr) Status = &unused_status;
+  *Status = 0;
+  PrintStageLine(1104);
+  const float t1 = CpuSeconds();
+  int value = 0;
+  if (const int code = GroupingOptionError(ToolCode, Method, ByWhat, &value)) {
+    RejectOption(code, value, Status);
+    return;
+  }
+  PairStoreFile store;
+  if (NeedsStore(ToolCode, Method) && !OpenStageStore(store, Status)) return;
+  const PairTable& table = store.Table();
+  const int32_t n = NumMarkers > 0 ? NumMarkers : 0;
+  std::vector<int32_t> group(Group, Group + n);
+  if (ToolCode == 105) {
+    if (Method == 1) {
+      group.assign(group.size(), 1);
+    } else if (Method == 2) {
+      const std::vector<int32_t> no_anchor(group.size(), 0);
+      GroupByThreshold(table, kByDistance, n, Threshold, no_anchor.data(), group.data());
+    }
+  } else if (Method == 1) {
+    // A LOD threshold is compared with the stored minus-LOD value.
+    const float threshold = ByWhat == kByFirstValue ? -Threshold : Threshold;
+    GroupByThreshold(table, ByWhat, n, threshold, Anchor, group.data());
+  } else if (Method == 2) {
+    GroupToCount(table, ByWhat, n, RoundedCount(Threshold), Anchor, group.data());
+  } else {
+    GroupByAnchors(n, Anchor, group.data());
+  }
+  std::copy(group.begin(), group.end(), Group);
+  const float t2 = CpuSeconds();
+  PrintStageLine(1108);
+  PrintStageTime(t1, t2);
+}
+
+}  // namespace gae

@@ -1,0 +1,68 @@
+// Exports of the map engine: grouping, group bookkeeping, ordering and rippling on the caller's
+// arrays. Each is a shell over the inner entry of the same arguments, which the whole-pipeline
+// drivers call directly.
+#include "engine/grouping_stage.h"
+#include "engine/map_state.h"
+#include "engine/ordering_stage.h"
+#include "engine/rippling_stage.h"
+#include "frame/entry.h"
+#include "gaengine.h"
+
+extern "C" {
+
+GAE_API void MAPGrouping(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
+                         const int* Anchor, int* Group, int* Status) {
+  gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status, [&] {
+    gae::GroupingEntry(ToolCode, Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
+  });
+}
+
+GAE_API void MapGroupCheck(int NumMarkers, int* NumGroups, int* Group) {
+  gae::GuardedEntry("", "DLL MapGroupCheck", nullptr,
+                    [&] { gae::MapGroupCheck(NumMarkers, NumGroups, Group); });
+}
+
+GAE_API void MAPAnchorMarker(int Marker, int GroupID, int NumGroups, int NumMarkers, int* Anchor) {
+  gae::GuardedEntry("", "DLL MAPAnchorMarker", nullptr,
+                    [&] { gae::AnchorMarker(Marker, GroupID, NumGroups, NumMarkers, Anchor); });
+}
+
+GAE_API void MAPOrderingAll(int ToolCode, int Method, int ByWhat, int OrderingOption,
+                            int OrderingParam1, int OrderingParam2, int NumMarkers, int NumGroups,
+                            const int* GroupSize, int* GroupStatus, int* MapState,
+                            const int* Anchor, const int* Group, int* Order, float* Position,
+                            int* Status) {
+  gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status, [&] {
+    gae::OrderingAllEntry(ToolCode, Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+                          NumMarkers, NumGroups, GroupSize, GroupStatus, MapState, Anchor, Group,
+                          Order, Position, Status);
+  });
+}
+
+GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOption,
+                         int OrderingParam1, int OrderingParam2, int GroupMarkers,
+                         const int* GroupAnchor, int* GroupOrder, float* GroupPosition,
+                         int* Status) {
+  gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status, [&] {
+    gae::OrderingEntry(ToolCode, Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+                       GroupMarkers, GroupAnchor, GroupOrder, GroupPosition, Status);
+  });
+}
+
+GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMarkers, int NumGroups,
+                            const int* GroupSize, int* GroupStatus, int* MapState, const int* Group,
+                            int* Order, float* Position, int* Status) {
+  gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status, [&] {
+    gae::RipplingAllEntry(ToolCode, ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
+                          GroupStatus, MapState, Group, Order, Position, Status);
+  });
+}
+
+GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
+                         int* GroupOrder, float* GroupPosition, int* Status) {
+  gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRippling", Status, [&] {
+    gae::RipplingEntry(ToolCode, ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
+  });
+}
+
+}  // extern "C"

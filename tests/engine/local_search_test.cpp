@@ -1,0 +1,364 @@
+// The four local searches against a literal transcription of their rules: pointer walks over
+// a successor list, values looked up by pair index in a packed matrix, every pass scanning
+// every move. Same moves, same gains, same final tour.
+#include "engine/local_search.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <numeric>
+#include <random>
+
+#include "engine/engine_test_support.h"
+#include "engine/sort_sample.h"
+#include "frame/pair_index.h"
+
+namespace gae {
+namespace {
+
+using testing::At;
+using testing::Packed;
+using Dist = std::function<float(int32_t, int32_t)>;
+
+// ---- Literal transcription ---------------------------------------------------------------
+
+void LitReverse(std::vector<int32_t>& next, int32_t p, int32_t q, int32_t stop) {
+  do {
+    const int32_t t = next[p];
+    next[p] = q;
+    q = p;
+    p = t;
+  } while (p != stop);
+}
+
+struct Longest {
+  float l[4] = {0, 0, 0, 0};
+  int64_t e[4] = {0, 0, 0, 0};
+};
+
+Longest LitLongestEdges(int32_t n, const Dist& D, const std::vector<int32_t>& next) {
+  std::vector<float> neg(n), sorted(n);
+  std::vector<int64_t> idx(n);
+  std::vector<int32_t> perm(n);
+  for (int32_t i = 1; i <= n; ++i) {
+    neg[i - 1] = -D(i, next[i]);
+    idx[i - 1] = GroupPairIndex(i, next[i]);
+  }
+  SVRGP(n, neg.data(), sorted.data(), perm.data());
+  Longest out;
+  for (int k = 0; k < 4 && k < n; ++k) {
+    out.l[k] = -sorted[k];
+    out.e[k] = idx[perm[k] - 1];
+  }
+  return out;
+}
+
+float Max2(float a, float b) { return std::max(a, b); }
+
+void LitTwoOpt(int32_t m, const Dist& D, std::vector<int32_t>& next, bool open, MoveLog& moves) {
+  for (;;) {
+    Longest lg;
+    if (open) lg = LitLongestEdges(m, D, next);
+    float best = -std::numeric_limits<float>::infinity();
+    int32_t ka = 0, kb = 0, kc = 0, kd = 0;
+    int32_t a = 1;
+    for (int32_t i = 1; i <= m - 2; ++i) {
+      const int32_t limit = i == 1 ? m - 1 : m;
+      const int32_t b = next[a];
+      int32_t c = next[b];
+      for (int32_t j = i + 2; j <= limit; ++j) {
+        const int32_t d = next[c];
+        float gain;
+        if (!open) {
+          gain = (D(a, b) + D(c, d)) - (D(a, c) + D(b, d));
+        } else {
+          const int64_t ab = GroupPairIndex(a, b), cd = GroupPairIndex(c, d);
+          float surviving = lg.l[0];
+          if (ab == lg.e[0] || cd == lg.e[0]) surviving = (ab == lg.e[1] || cd == lg.e[1]) ? lg.l[2] : lg.l[1];
+          const float C = Max2(Max2(D(a, c), D(b, d)), surviving);
+          gain = ((D(a, b) + D(c, d)) - lg.l[0]) - ((D(a, c) + D(b, d)) - C);
+        }
+        if (gain > best) {
+          best = gain;
+          ka = a, kb = b, kc = c, kd = d;
+        }
+        c = d;
+      }
+      a = b;
+    }
+    if (best <= 0.0001f) return;
+    next[ka] = kc;
+    LitReverse(next, kb, kd, kd);
+    moves.push_back({0, {ka, kb, kc, kd, 0, 0}, best});
+  }
+}
+
+void LitThreeOpt(int32_t m, const Dist& D, std::vector<int32_t>& next, bool open, MoveLog& moves) {
+  for (;;) {
+    Longest lg;
+    if (open) lg = LitLongestEdges(m, D, next);
+    float best = -std::numeric_limits<float>::infinity();
+    int32_t kept[6] = {0, 0, 0, 0, 0, 0};
+    int32_t kept_case = 0;
+    int32_t x1 = 1;
+    for (int32_t i = 1; i <= m - 4; ++i) {
+      const int32_t limit1 = i == 1 ? m - 3 : m - 2;
+      const int32_t x2 = next[x1];
+      int32_t x3 = next[x2];
+      for (int32_t j = i + 2; j <= limit1; ++j) {
+        const int32_t x4 = next[x3];
+        int32_t x5 = next[x4];
+        const int32_t limit2 = i == 1 ? m - 1 : m;
+        for (int32_t k = j + 2; k <= limit2; ++k) {
+          const int32_t x6 = next[x5];
+          const int32_t x[7] = {0, x1, x2, x3, x4, x5, x6};
+          auto d = [&](int p, int q) { return D(x[p], x[q]); };
+          auto pi = [&](int p, int q) { return GroupPairIndex(x[p], x[q]); };
+          // removed pairs and added triples per case
+          const int rem[7][3][2] = {{{3, 4}, {5, 6}, {0, 0}}, {{1, 2}, {3, 4}, {0, 0}}, {{1, 2}, {5, 6}, {0, 0}},
+                                    {{1, 2}, {3, 4}, {5, 6}}, {{1, 2}, {3, 4}, {5, 6}}, {{1, 2}, {3, 4}, {5, 6}},
+                                    {{1, 2}, {3, 4}, {5, 6}}};
+          const int add[7][3][2] = {{{3, 5}, {4, 6}, {0, 0}}, {{1, 3}, {2, 4}, {0, 0}}, {{1, 5}, {2, 6}, {0, 0}},
+                                    {{1, 4}, {2, 5}, {3, 6}}, {{1, 4}, {3, 5}, {2, 6}}, {{1, 3}, {2, 5}, {4, 6}},
+                                    {{1, 5}, {2, 4}, {3, 6}}};
+          const bool voids[7] = {x3 == x5 || x4 == x6, x1 == x3 || x2 == x4, x1 == x5 || x2 == x6,
+                                 x1 == x4 || x2 == x5 || x3 == x6, x1 == x4 || x3 == x5 || x2 == x6,
+                                 x1 == x3 || x2 == x5 || x4 == x6, x1 == x5 || x2 == x4 || x3 == x6};
+          float g[7];
+          for (int c = 0; c < 7; ++c) {
+            const int edges = c < 3 ? 2 : 3;
+            float removed = d(rem[c][0][0], rem[c][0][1]);
+            float added = d(add[c][0][0], add[c][0][1]);
+            float top_added = added;
+            for (int q = 1; q < edges; ++q) {
+              removed += d(rem[c][q][0], rem[c][q][1]);
+              added += d(add[c][q][0], add[c][q][1]);
+              top_added = Max2(top_added, d(add[c][q][0], add[c][q][1]));
+            }
+            if (!open) {
+              g[c] = removed - added;
+            } else {
+              // first of E1, E2 (E3 for three removed) not removed, else the next longest
+              float surviving = lg.l[edges];
+              for (int e = 0; e < edges; ++e) {
+                bool gone = false;
+                for (int q = 0; q < edges; ++q) gone |= pi(rem[c][q][0], rem[c][q][1]) == lg.e[e];
+                if (!gone) {
+                  surviving = lg.l[e];
+                  break;
+                }
+              }
+              g[c] = (removed - lg.l[0]) - (added - Max2(top_added, surviving));
+            }
+            if (voids[c]) g[c] = 0.0f;
+          }
+          const float top = *std::max_element(g, g + 7);
+          if (top > best) {
+            best = top;
+            kept_case = static_cast<int32_t>(std::find(g, g + 7, top) - g) + 1;
+            std::copy(x + 1, x + 7, kept);
+          }
+          x5 = x6;
+        }
+        x3 = x4;
+      }
+      x1 = x2;
+    }
+    if (best <= 0.0001f) return;
+    const int32_t y1 = kept[0], y2 = kept[1], y3 = kept[2], y4 = kept[3], y5 = kept[4], y6 = kept[5];
+    switch (kept_case) {
+      case 1: next[y3] = y5; LitReverse(next, y4, y6, y6); break;
+      case 2: next[y1] = y3; LitReverse(next, y2, y4, y4); break;
+      case 3: next[y1] = y5; LitReverse(next, y2, y6, y6); break;
+      case 4: next[y1] = y4; next[y5] = y2; next[y3] = y6; break;
+      case 5: next[y1] = y4; next[y5] = y3; LitReverse(next, y2, y6, y4); break;
+      case 6: next[y1] = y3; LitReverse(next, y2, y5, y4); LitReverse(next, y4, y6, y6); break;
+      case 7: next[y1] = y5; LitReverse(next, y4, y2, y6); next[y3] = y6; break;
+    }
+    AppliedMove move{kept_case, {}, best};
+    std::copy(kept, kept + 6, move.cities);
+    moves.push_back(move);
+  }
+}
+
+std::vector<int32_t> LitNext(const std::vector<int32_t>& tour) {
+  std::vector<int32_t> next(tour.size() + 1);
+  for (std::size_t i = 0; i < tour.size(); ++i) next[tour[i]] = tour[(i + 1) % tour.size()];
+  return next;
+}
+std::vector<int32_t> LitRead(const std::vector<int32_t>& next, int32_t m) {
+  std::vector<int32_t> t;
+  for (int32_t c = 1; static_cast<int32_t>(t.size()) < m; c = next[c]) t.push_back(c);
+  return t;
+}
+
+// search 1..4 as OrderingParam2 numbers them
+std::vector<int32_t> LitSearch(int search, int32_t n, const Packed& packed, std::vector<int32_t> tour,
+                               MoveLog& moves) {
+  const bool three = search == 2 || search == 4;
+  if (search <= 2) {
+    float big = -std::numeric_limits<float>::infinity();
+    for (float v : packed) big = std::max(big, v);
+    big *= 2.0f;
+    const Dist D = [&](int32_t i, int32_t j) { return (i == n + 1 || j == n + 1) ? big : At(packed, i, j); };
+    tour.push_back(n + 1);
+    std::vector<int32_t> next = LitNext(tour);
+    three ? LitThreeOpt(n + 1, D, next, false, moves) : LitTwoOpt(n + 1, D, next, false, moves);
+    const std::vector<int32_t> t = LitRead(next, n + 1);
+    const auto p = std::find(t.begin(), t.end(), n + 1) - t.begin();
+    std::vector<int32_t> out(t.begin() + p + 1, t.end());
+    out.insert(out.end(), t.begin(), t.begin() + p);
+    return out;
+  }
+  const Dist D = [&](int32_t i, int32_t j) { return i == j ? 0.0f : At(packed, i, j); };
+  std::vector<int32_t> next = LitNext(tour);
+  three ? LitThreeOpt(n, D, next, true, moves) : LitTwoOpt(n, D, next, true, moves);
+  std::vector<int32_t> t = LitRead(next, n);
+  if (n < 2) return t;
+  // rotate so that the longest edge closes the cycle
+  int32_t cut = n;
+  float longest = D(t[n - 1], t[0]);
+  for (int32_t i = 1; i <= n - 1; ++i) {
+    if (D(t[i - 1], t[i]) > longest) {
+      longest = D(t[i - 1], t[i]);
+      cut = i;
+    }
+  }
+  std::vector<int32_t> out(n);
+  for (int32_t k = 1; k <= n; ++k) out[k - 1] = t[(cut + k - 1) % n];
+  return out;
+}
+
+void RunOurs(int search, const TourMatrix& d, Tour& tour, MoveLog& moves) {
+  switch (search) {
+    case 1: TwoOptWithDummy(d, tour, &moves); break;
+    case 2: ThreeOptWithDummy(d, tour, &moves); break;
+    case 3: TwoOptOpenPath(d, tour, &moves); break;
+    case 4: ThreeOptOpenPath(d, tour, &moves); break;
+  }
+}
+
+void CompareOnRandomMatrices(int search, int32_t largest_n, int trials) {
+  std::mt19937 rng(1000 + search);
+  std::uniform_int_distribution<int32_t> size(1, largest_n);
+  int moved = 0;
+  for (int trial = 0; trial < trials; ++trial) {
+    const int32_t n = size(rng);
+    // Alternate small integers (ties everywhere) with fractional values; negative half the time.
+    const Packed packed = trial % 2 == 0 ? testing::RandomPacked(n, rng, -9, 9)
+                                         : testing::RandomPacked(n, rng, trial % 4 == 1 ? -50 : 0, 50, true);
+    std::vector<int32_t> start(n);
+    std::iota(start.begin(), start.end(), 1);
+    std::shuffle(start.begin(), start.end(), rng);
+    MoveLog literal_moves, our_moves;
+    const std::vector<int32_t> literal = LitSearch(search, n, packed, start, literal_moves);
+    Tour ours = start;
+    RunOurs(search, testing::ToTourMatrix(n, packed), ours, our_moves);
+    ASSERT_EQ(ours, literal) << "search " << search << " trial " << trial << " n " << n;
+    ASSERT_EQ(our_moves, literal_moves) << "search " << search << " trial " << trial;
+    Tour sorted = ours;
+    std::sort(sorted.begin(), sorted.end());
+    std::vector<int32_t> all(n);
+    std::iota(all.begin(), all.end(), 1);
+    ASSERT_EQ(sorted, all);
+    moved += !our_moves.empty();
+  }
+  EXPECT_GT(moved, trials / 2);  // the comparison is about moves, not about idle searches
+}
+
+TEST(LocalSearch, TwoOptThroughDummyCityMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(1, 30, 400); }
+TEST(LocalSearch, ThreeOptThroughDummyCityMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(2, 13, 250); }
+TEST(LocalSearch, TwoOptOnOpenPathMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(3, 30, 400); }
+TEST(LocalSearch, ThreeOptOnOpenPathMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(4, 13, 250); }
+
+TEST(LocalSearch, SmallTourMakesNoMoveAndIsOnlyReadBack) {
+  // Three cities cannot be 2-opted, four cannot be 3-opted: the open-path result is the cycle
+  // read from city 1 and cut after its longest edge.
+  const Packed d3 = {5, 1, 2};  // (2,1)=5 (3,1)=1 (3,2)=2
+  Tour tour = {2, 3, 1};
+  MoveLog moves;
+  TwoOptOpenPath(testing::ToTourMatrix(3, d3), tour, &moves);
+  EXPECT_TRUE(moves.empty());
+  EXPECT_THAT(tour, ::testing::ElementsAre(2, 3, 1));  // cycle 1-2-3, longest edge (1,2) cut
+  const Packed d4 = {1, 2, 3, 4, 5, 6};
+  tour = {4, 3, 2, 1};
+  ThreeOptOpenPath(testing::ToTourMatrix(4, d4), tour, &moves);
+  EXPECT_TRUE(moves.empty());
+  EXPECT_EQ(tour.size(), 4u);
+}
+
+TEST(LocalSearch, GainOfExactlyTheMinimumIsNotApplied) {
+  // Cycle 1-2-3-4: the only useful exchange replaces (1,2)+(3,4) by (1,3)+(2,4), a gain of
+  // exactly 0.0001 in 32 bits.
+  Packed d(6, 1.0f);
+  auto set = [&](int i, int j, float v) { d[GroupPairIndex(i, j) - 1] = v; };
+  set(1, 2, 0.0001f);
+  set(3, 4, 0.0f);
+  set(1, 3, 0.0f);
+  set(2, 4, 0.0f);
+  set(2, 3, 0.0f);
+  set(1, 4, 0.0f);
+  ASSERT_EQ((0.0001f + 0.0f) - (0.0f + 0.0f), kMinimumGain);
+  const TourMatrix m = testing::ToTourMatrix(4, d);
+  Successors next = BuildSuccessors({1, 2, 3, 4});
+  MoveLog moves;
+  TwoOptPasses(m, next, false, &moves);
+  EXPECT_TRUE(moves.empty());
+  set(1, 2, 0.0002f);  // now strictly above: applied
+  TwoOptPasses(testing::ToTourMatrix(4, d), next, false, &moves);
+  EXPECT_EQ(moves.size(), 1u);
+}
+
+TEST(LocalSearch, OptimalPathStaysButStartsAfterTheLongestEdge) {
+  // Points on a line at 0, 1, 3, 6: the path 1-2-3-4 is optimal; as a cycle its longest edge
+  // is the closing one (4,1), so the result reads 1 2 3 4 from a rotation starting at 2.
+  const float pos[5] = {0, 0, 1, 3, 6};
+  Packed d(6);
+  for (int i = 2; i <= 4; ++i)
+    for (int j = 1; j < i; ++j) d[GroupPairIndex(i, j) - 1] = pos[i] - pos[j];
+  Tour tour = {2, 3, 4, 1};
+  MoveLog moves;
+  TwoOptOpenPath(testing::ToTourMatrix(4, d), tour, &moves);
+  EXPECT_TRUE(moves.empty());
+  EXPECT_THAT(tour, ::testing::ElementsAre(1, 2, 3, 4));
+  // The dummy-city search finds the same path from a scrambled start, with negated values too.
+  for (float sign : {1.0f, -1.0f}) {
+    Packed s = d;
+    for (float& v : s) v = sign > 0 ? v : v - 100.0f;  // a shift: only differences count
+    tour = {3, 1, 4, 2};
+    TwoOptWithDummy(testing::ToTourMatrix(4, s), tour);
+    if (tour.front() != 1) std::reverse(tour.begin(), tour.end());
+    EXPECT_THAT(tour, ::testing::ElementsAre(1, 2, 3, 4)) << sign;
+  }
+}
+
+TEST(LocalSearch, EveryThreeOptCaseKeepsOneCycle) {
+  // Applying each case's pointer changes to a 9-city cycle yields a single cycle through all
+  // cities, with exactly the case's new edges.
+  const int32_t x[6] = {1, 2, 4, 5, 7, 8};
+  const int add[7][3][2] = {{{3, 5}, {4, 6}, {0, 0}}, {{1, 3}, {2, 4}, {0, 0}}, {{1, 5}, {2, 6}, {0, 0}},
+                            {{1, 4}, {2, 5}, {3, 6}}, {{1, 4}, {3, 5}, {2, 6}}, {{1, 3}, {2, 5}, {4, 6}},
+                            {{1, 5}, {2, 4}, {3, 6}}};
+  for (int c = 1; c <= 7; ++c) {
+    // Tour edges cost 10, other pairs 20, and this case's added edges 0: the case is then
+    // strictly the best move of the first pass.
+    Packed d(static_cast<std::size_t>(PairCount(9)), 20.0f);
+    d[GroupPairIndex(9, 1) - 1] = 10.0f;
+    for (int i = 1; i < 9; ++i) d[GroupPairIndex(i, i + 1) - 1] = 10.0f;
+    for (int q = 0; q < (c <= 3 ? 2 : 3); ++q) d[GroupPairIndex(x[add[c - 1][q][0] - 1], x[add[c - 1][q][1] - 1]) - 1] = 0.0f;
+    Successors next = BuildSuccessors({1, 2, 3, 4, 5, 6, 7, 8, 9});
+    MoveLog moves;
+    ThreeOptPasses(testing::ToTourMatrix(9, d), next, false, &moves);
+    ASSERT_FALSE(moves.empty());
+    EXPECT_EQ(moves.front().kind, c);
+    Tour t = TourFromCityOne(next, 9);
+    std::sort(t.begin(), t.end());
+    EXPECT_THAT(t, ::testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9)) << "case " << c;
+  }
+}
+
+}  // namespace
+}  // namespace gae

@@ -1,0 +1,259 @@
+// Ordering methods on group matrices: insertion against a literal transcription, and the
+// options' documented effects on stores with a known true order.
+#include "engine/order_group.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <numeric>
+#include <random>
+
+#include "engine/engine_test_support.h"
+#include "engine/ordering_methods.h"
+#include "engine/tour_primitives.h"
+#include "twopoint/mapping_function.h"
+
+namespace gae {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::MemoryStore;
+
+// Fixes the clock seed of the random starts for one test.
+class FixedSeed : public ::testing::Test {
+ protected:
+  void SetUp() override { setenv("GAENGINE_SEED", "4711", 1); }
+  void TearDown() override { unsetenv("GAENGINE_SEED"); }
+};
+
+// Insertion as its rule reads, every step measuring every candidate against the frame.
+void LiteralInsertion(int32_t n, int32_t K, const TourMatrix& d, std::vector<int32_t>& perm) {
+  std::vector<int32_t> rest;
+  for (int32_t c = K + 1; c <= n; ++c) rest.push_back(c);
+  while (!rest.empty()) {
+    const int32_t L = n - static_cast<int32_t>(rest.size());
+    float path = 0.0f;
+    for (int32_t i = 1; i <= L - 1; ++i) path += d(perm[i - 1], perm[i]);
+    float closest = 1e10f;
+    std::size_t chosen = 0;
+    for (std::size_t r = 0; r < rest.size(); ++r) {
+      float smallest = std::numeric_limits<float>::infinity();
+      for (int32_t f = 1; f <= K; ++f) smallest = std::min(smallest, d(rest[r], f));
+      if (smallest < closest) closest = smallest, chosen = r;
+    }
+    const int32_t c = rest[chosen];
+    float best = std::numeric_limits<float>::infinity();
+    int32_t gap = L;
+    for (int32_t p = 0; p <= L; ++p) {
+      float cost;
+      if (p == 0) cost = path + d(c, perm[0]);
+      else if (p == L) cost = path + d(perm[L - 1], c);
+      else cost = path - d(perm[p - 1], perm[p]) + d(perm[p - 1], c) + d(c, perm[p]);
+      if (cost < best) best = cost, gap = p;
+    }
+    perm.insert(perm.begin() + gap, c);
+    perm.pop_back();
+    rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(chosen));
+  }
+}
+
+TEST(OrderByInsertion, EqualsTheLiteralRuleOnRandomMatrices) {
+  std::mt19937 rng(17);
+  UniformStream random;
+  for (int trial = 0; trial < 400; ++trial) {
+    const int32_t n = 3 + static_cast<int32_t>(rng() % 30);
+    const int32_t K = 3 + static_cast<int32_t>(rng() % (n - 2));
+    const TourMatrix d = testing::ToTourMatrix(n, testing::RandomPacked(n, rng, -10, 10, trial % 2 == 1));
+    std::vector<int32_t> ours(n, 0), literal(n, 0);
+    std::iota(ours.begin(), ours.begin() + K, 1);
+    literal = ours;
+    OrderByInsertion(d, random, ours, nullptr);
+    LiteralInsertion(n, K, d, literal);
+    ASSERT_EQ(ours, literal) << "trial " << trial;
+  }
+}
+
+TEST(OrderByInsertion, BrokenFrameFallsBackToTheIdentity) {
+  UniformStream random;
+  const TourMatrix d(5);
+  std::vector<int32_t> perm = {1, 3, 2, 0, 0};
+  OrderByInsertion(d, random, perm, nullptr);
+  EXPECT_THAT(perm, ElementsAre(1, 2, 3, 4, 5));
+}
+
+// One chromosome: markers 1..n in a shuffled input order with known positions.
+struct Chromosome {
+  MemoryStore store;
+  std::vector<int32_t> truth;  // marker numbers from one end to the other
+};
+
+Chromosome LineStore(int32_t n, std::mt19937& rng) {
+  Chromosome c;
+  c.store = testing::LinkedStore(n, 1, rng);
+  std::vector<float> pos(n + 1);
+  // the positions are implied by the frequencies; recover the order by distance from the marker
+  // farthest from marker 1 (one end)
+  int32_t end = 2;
+  for (int32_t j = 2; j <= n; ++j)
+    if (c.store.Second(1, j) > c.store.Second(1, end)) end = j;
+  c.truth.resize(n);
+  std::iota(c.truth.begin(), c.truth.end(), 1);
+  std::sort(c.truth.begin(), c.truth.end(), [&](int32_t a, int32_t b) {
+    const float da = a == end ? 0.0f : c.store.Second(a, end);
+    const float db = b == end ? 0.0f : c.store.Second(b, end);
+    return da < db;
+  });
+  return c;
+}
+
+bool SameUpToReversal(std::vector<int32_t> a, const std::vector<int32_t>& b) {
+  if (a == b) return true;
+  std::reverse(a.begin(), a.end());
+  return a == b;
+}
+
+class OrderGroupOnALine : public FixedSeed {};
+
+TEST_F(OrderGroupOnALine, EverySearchRecoversTheTrueOrder) {
+  std::mt19937 rng(23);
+  const Chromosome c = LineStore(40, rng);
+  const PairTable table = c.store.Table(2);
+  UniformStream random;
+  for (int search = 1; search <= 4; ++search) {
+    for (int option = 1; option <= 3; ++option) {
+      std::vector<int32_t> order(40), anchor(40, 0);
+      std::iota(order.begin(), order.end(), 1);
+      std::shuffle(order.begin(), order.end(), rng);
+      std::vector<float> position(40, -1.0f);
+      OrderGroup(table, {2, kByRecFreq, option, 5, search}, 40, anchor.data(), order.data(),
+                 position.data(), random, nullptr);
+      if (option == 2) continue;  // improving a shuffled order need not reach the optimum
+      EXPECT_TRUE(SameUpToReversal(order, c.truth)) << "search " << search << " option " << option;
+    }
+  }
+  std::vector<int32_t> order(40), anchor(40, 0);
+  std::iota(order.begin(), order.end(), 1);
+  std::vector<float> position(40);
+  OrderGroup(table, {1, kByFirstValue, 1, 5, 3}, 40, anchor.data(), order.data(), position.data(), random, nullptr);
+  EXPECT_TRUE(SameUpToReversal(order, c.truth)) << "nearest neighbour";
+}
+
+TEST_F(OrderGroupOnALine, PositionsAreCumulativeMapDistances) {
+  std::mt19937 rng(29);
+  const Chromosome c = LineStore(12, rng);
+  UniformStream random;
+  for (int mapping = 1; mapping <= 3; ++mapping) {
+    const PairTable table = c.store.Table(mapping);
+    std::vector<int32_t> order = c.truth, anchor(12, 0);
+    std::vector<float> position(12, -1.0f);
+    OrderGroup(table, {2, kByFirstValue, 2, 5, 3}, 12, anchor.data(), order.data(), position.data(), random, nullptr);
+    float expected = 0.0f;
+    EXPECT_EQ(position[0], 0.0f);
+    for (int i = 1; i < 12; ++i) {
+      expected += MapRecToDistance(mapping, c.store.Second(order[i - 1], order[i]));
+      EXPECT_EQ(position[i], expected) << mapping << " " << i;
+    }
+  }
+}
+
+TEST_F(OrderGroupOnALine, OptionsAndMethodsThatKeepOrSortTheOrder) {
+  std::mt19937 rng(31);
+  const Chromosome c = LineStore(10, rng);
+  const PairTable table = c.store.Table();
+  UniformStream random;
+  std::vector<int32_t> anchor(10, 0), order = {4, 9, 1, 7, 2, 10, 3, 8, 5, 6};
+  std::vector<float> position(10);
+  const std::vector<int32_t> shuffled = order;
+  // an option outside 1..3 keeps the order, positions are still computed
+  OrderGroup(table, {2, kByRecFreq, 4, 5, 3}, 10, anchor.data(), order.data(), position.data(), random, nullptr);
+  EXPECT_EQ(order, shuffled);
+  EXPECT_GT(position[9], 0.0f);
+  // method 3 with every marker in the frame keeps the order
+  std::vector<int32_t> all_anchored(10, 1);
+  OrderGroup(table, {3, kByRecFreq, 1, 5, 3}, 10, all_anchored.data(), order.data(), position.data(), random, nullptr);
+  EXPECT_EQ(order, shuffled);
+  // method 4 sorts by marker number, anchored markers or not
+  all_anchored[3] = 0;
+  OrderGroup(table, {4, kByRecFreq, 1, 5, 3}, 10, all_anchored.data(), order.data(), position.data(), random, nullptr);
+  EXPECT_THAT(order, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10));
+}
+
+TEST_F(OrderGroupOnALine, SmallFrameSearchesTheWholeGroupLikeMultiStart) {
+  std::mt19937 rng(37);
+  const Chromosome c = LineStore(15, rng);
+  const PairTable table = c.store.Table();
+  UniformStream random;
+  std::vector<int32_t> anchor(15, 0), by_frame(15), by_search(15);
+  anchor[0] = anchor[1] = 1;  // two anchored: too small a frame
+  std::iota(by_frame.begin(), by_frame.end(), 1);
+  by_search = by_frame;
+  std::vector<float> position(15);
+  OrderGroup(table, {3, kByRecFreq, 1, 99, 1}, 15, anchor.data(), by_frame.data(), position.data(), random, nullptr);
+  OrderGroup(table, {2, kByRecFreq, 1, 5, 3}, 15, anchor.data(), by_search.data(), position.data(), random, nullptr);
+  EXPECT_EQ(by_frame, by_search);
+}
+
+TEST_F(OrderGroupOnALine, MultiStartDrawsAtMostNStartsAndRestoresTheStream) {
+  std::mt19937 rng(41);
+  const Chromosome c = LineStore(6, rng);
+  const TourMatrix d = ReadGroupMatrix(c.store.Table(), kByRecFreq, 6, c.truth.data());
+  UniformStream random;
+  random.Next();
+  const UniformStream::Seed before = random.GetSeed();
+  std::vector<StartRecord> records;
+  std::vector<int32_t> perm(6);
+  std::iota(perm.begin(), perm.end(), 1);
+  OrderMultiStart(d, 50, 3, random, perm, [&](const StartRecord& r) { records.push_back(r); });
+  EXPECT_EQ(random.GetSeed(), before);
+  ASSERT_EQ(records.size(), 6u);
+  for (int k = 0; k < 6; ++k) {
+    EXPECT_EQ(records[k].n, 6);
+    EXPECT_EQ(records[k].counter, k + 1);
+    // the search never worsens (up to the order in which the two lengths are summed)
+    EXPECT_LE(records[k].open_after, records[k].open_before + 1e-5f);
+    EXPECT_GE(records[k].closed_after, records[k].open_after);
+  }
+  float open = 0.0f;
+  OpenLength(d, perm, &open, nullptr);
+  float best = records[0].open_after;
+  for (const StartRecord& r : records) best = std::min(best, r.open_after);
+  EXPECT_EQ(open, best);  // the shortest open path is the one kept
+  // the same fixed seed gives the same order again
+  std::vector<int32_t> again(6);
+  std::iota(again.begin(), again.end(), 1);
+  OrderMultiStart(d, 3, 3, random, again, nullptr);
+  std::vector<int32_t> third(6);
+  std::iota(third.begin(), third.end(), 1);
+  OrderMultiStart(d, 3, 3, random, third, nullptr);
+  EXPECT_EQ(again, third);
+  EXPECT_EQ(StartLine({6, 2, 12.0f, 10.5f, 9.25f, 1234567.0f}),
+            "           6           2       12.00       10.50        9.25  1234567.00");
+}
+
+TEST_F(OrderGroupOnALine, ConsensusOrdersSharedMarkersFirstThenInsertsTheRest) {
+  std::mt19937 rng(43);
+  const Chromosome c = LineStore(20, rng);
+  const PairTable table = c.store.Table(3);
+  UniformStream random;
+  for (int method = 1; method <= 2; ++method) {
+    std::vector<int32_t> order(20), maps(20, 1);
+    std::iota(order.begin(), order.end(), 1);
+    std::shuffle(order.begin(), order.end(), rng);
+    for (int k = 0; k < 20; k += 3) maps[k] = 2;  // shared markers, by position
+    std::vector<float> position(20);
+    OrderConsensus(table, method, 20, maps.data(), order.data(), position.data(), random, nullptr);
+    EXPECT_TRUE(SameUpToReversal(order, c.truth)) << "method " << method;
+    EXPECT_EQ(position[0], 0.0f);
+  }
+  std::vector<int32_t> two = {5, 3}, maps = {2, 2};
+  std::vector<float> position(2);
+  OrderConsensus(table, 2, 2, maps.data(), two.data(), position.data(), random, nullptr);
+  EXPECT_THAT(two, ElementsAre(5, 3));
+  EXPECT_EQ(position[1], MapRecToDistance(3, c.store.Second(5, 3)));
+}
+
+}  // namespace
+}  // namespace gae

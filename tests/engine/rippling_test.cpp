@@ -1,0 +1,104 @@
+#include "engine/rippling.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <random>
+
+#include "engine/engine_test_support.h"
+
+namespace gae {
+namespace {
+
+using ::testing::ElementsAre;
+
+TEST(PermTable, LexicographicFromTheIdentity) {
+  for (int32_t w = 1; w <= 8; ++w) {
+    const int32_t rows = PermutationCount(w);
+    std::vector<int32_t> table;
+    BuildPermTable(rows, w, table);
+    std::vector<int32_t> expected(w);
+    std::iota(expected.begin(), expected.end(), 1);
+    for (int32_t r = 0; r < rows; ++r) {
+      ASSERT_TRUE(std::equal(expected.begin(), expected.end(), table.begin() + r * w)) << "w " << w << " row " << r;
+      std::next_permutation(expected.begin(), expected.end());
+    }
+  }
+  EXPECT_EQ(PermutationCount(8), 40320);
+  EXPECT_EQ(PermutationCount(12), 479001600);
+}
+
+// One sliding pass as its rule reads, every row's cost looked up in the matrix.
+void LiteralRipple(int32_t window_size, const TourMatrix& d, std::vector<int32_t>& perm) {
+  const int32_t n = static_cast<int32_t>(perm.size());
+  const int32_t W = std::min(window_size, n);
+  for (int32_t s = 1; s <= n - W + 1; ++s) {
+    const std::vector<int32_t> w(perm.begin() + (s - 1), perm.begin() + (s - 1 + W));
+    std::vector<int32_t> row(W), chosen(W);
+    std::iota(row.begin(), row.end(), 1);
+    chosen = row;
+    float best = std::numeric_limits<float>::infinity();
+    do {
+      float cost = s >= 2 ? d(perm[s - 2], w[row[0] - 1]) : 0.0f;
+      for (int32_t k = 1; k <= W - 1; ++k) cost += d(w[row[k - 1] - 1], w[row[k] - 1]);
+      if (s <= n - W) cost += d(w[row[W - 1] - 1], perm[s + W - 1]);
+      if (cost < best) best = cost, chosen = row;
+    } while (std::next_permutation(row.begin(), row.end()));
+    for (int32_t k = 0; k < W; ++k) perm[s - 1 + k] = w[chosen[k] - 1];
+  }
+}
+
+TEST(RippleWindows, EqualsTheLiteralRuleOnRandomMatrices) {
+  std::mt19937 rng(53);
+  int changed = 0;
+  for (int trial = 0; trial < 300; ++trial) {
+    const int32_t n = 1 + static_cast<int32_t>(rng() % 25);
+    const int32_t window = 2 + static_cast<int32_t>(rng() % 5);
+    const TourMatrix d = testing::ToTourMatrix(n, testing::RandomPacked(n, rng, -8, 8, trial % 2 == 1));
+    std::vector<int32_t> ours(n);
+    std::iota(ours.begin(), ours.end(), 1);
+    std::shuffle(ours.begin(), ours.end(), rng);
+    std::vector<int32_t> literal = ours;
+    const std::vector<int32_t> start = ours;
+    RippleWindows(window, d, ours);
+    LiteralRipple(window, d, literal);
+    ASSERT_EQ(ours, literal) << "trial " << trial;
+    changed += ours != start;
+  }
+  EXPECT_GT(changed, 150);
+}
+
+TEST(RippleWindows, WholeGroupInOneWindowFindsTheShortestPath) {
+  std::mt19937 rng(59);
+  for (int trial = 0; trial < 20; ++trial) {
+    const int32_t n = 2 + trial % 5;
+    const TourMatrix d = testing::ToTourMatrix(n, testing::RandomPacked(n, rng, 0, 100, true));
+    std::vector<int32_t> perm(n);
+    std::iota(perm.begin(), perm.end(), 1);
+    RippleWindows(8, d, perm);
+    auto length = [&](const std::vector<int32_t>& p) {
+      float sum = 0.0f;
+      for (int32_t i = 1; i < n; ++i) sum += d(p[i - 1], p[i]);
+      return sum;
+    };
+    std::vector<int32_t> all(n);
+    std::iota(all.begin(), all.end(), 1);
+    float best = std::numeric_limits<float>::infinity();
+    do best = std::min(best, length(all));
+    while (std::next_permutation(all.begin(), all.end()));
+    EXPECT_EQ(length(perm), best);
+  }
+}
+
+TEST(RippleWindows, TiesKeepThePresentOrder) {
+  const TourMatrix flat(6);
+  std::vector<int32_t> perm = {3, 1, 6, 2, 5, 4};
+  RippleWindows(4, flat, perm);
+  EXPECT_THAT(perm, ElementsAre(3, 1, 6, 2, 5, 4));
+}
+
+}  // namespace
+}  // namespace gae

@@ -1,0 +1,95 @@
+#include "engine/tour_primitives.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "engine/engine_test_support.h"
+#include "frame/pair_index.h"
+
+namespace gae {
+namespace {
+
+using ::testing::ElementsAre;
+
+// A matrix from points on a line: d(i, j) = |x_i - x_j|.
+TourMatrix Line(const std::vector<float>& x) {
+  const int32_t n = static_cast<int32_t>(x.size());
+  TourMatrix d(n);
+  for (int32_t i = 2; i <= n; ++i)
+    for (int32_t j = 1; j < i; ++j) d.Set(i, j, std::fabs(x[i - 1] - x[j - 1]));
+  return d;
+}
+
+TEST(TourPrimitives, NearestNeighbourTakesTheLaterOfEqualCandidates) {
+  // From city 2 at 0, cities 1 and 3 both lie at distance 1: the later in the working array
+  // (after the swap of entries 1 and 2 the array reads 2 1 3 4) is 3.
+  const TourMatrix d = Line({-1, 0, 1, 5});
+  Tour tour;
+  NearestNeighbourTour(d, 2, tour);
+  EXPECT_THAT(tour, ElementsAre(2, 3, 1, 4));
+  NearestNeighbourTour(d, 4, tour);
+  EXPECT_THAT(tour, ElementsAre(4, 3, 2, 1));
+}
+
+TEST(TourPrimitives, LengthsByHand) {
+  const TourMatrix d = Line({0, 1, 3, 7});
+  const Tour tour = {1, 3, 2, 4};
+  float total = 0, longest = 0, closing = 0;
+  ClosedLength(d, tour, &total, &longest);
+  EXPECT_EQ(total, 7.0f + 3.0f + 2.0f + 6.0f);
+  EXPECT_EQ(longest, 7.0f);
+  OpenLength(d, tour, &total, &closing);
+  EXPECT_EQ(total, 3.0f + 2.0f + 6.0f);
+  EXPECT_EQ(closing, 7.0f);
+  // pairs (i>j) over (i-j)^2: d(3,1)/1 + d(2,1)/4 + d(2,3)/1 + d(4,1)/9 + d(4,3)/4 + d(4,2)/1
+  EXPECT_FLOAT_EQ(PairWeightedSum(d, tour), 3.0f + 1.0f / 4 + 2.0f + 7.0f / 9 + 4.0f / 4 + 6.0f);
+}
+
+TEST(TourPrimitives, RotationCutsTheLongestEdgeWithTiesToTheClosingEdge) {
+  const TourMatrix d = Line({0, 1, 3, 7});
+  Tour tour = {2, 4, 1, 3};  // edges 6, 7, 3, closing 2: cut after 4
+  RotateToLongestEdge(d, tour);
+  EXPECT_THAT(tour, ElementsAre(1, 3, 2, 4));
+  TourMatrix flat(3);  // all edges equal: the closing edge keeps the cut
+  tour = {3, 1, 2};
+  RotateToLongestEdge(flat, tour);
+  EXPECT_THAT(tour, ElementsAre(3, 1, 2));
+}
+
+TEST(TourPrimitives, LongestEdgesAndSurvivors) {
+  const TourMatrix d = Line({0, 1, 3, 7, 8});
+  const Successors next = BuildSuccessors({1, 2, 3, 4, 5});  // edges 1, 2, 4, 1, closing 8
+  float lengths[4];
+  int64_t edges[4];
+  LongestEdges(d, next, lengths, edges);
+  EXPECT_THAT(lengths, ElementsAre(8.0f, 4.0f, 2.0f, 1.0f));
+  EXPECT_THAT(edges, ElementsAre(GroupPairIndex(5, 1), GroupPairIndex(3, 4), GroupPairIndex(2, 3),
+                                 GroupPairIndex(1, 2)));  // the tie 1-2 / 4-5 keeps city order
+  float result[7];
+  // removing (5,1) and (3,4) as x1x2 and x3x4: case 2 loses both, keeps (2,3); case 1 removes
+  // (3,4) and the third edge (1,2): keeps (5,1).
+  RemainingLongest(edges[0], edges[1], edges[3], lengths, edges, result);
+  EXPECT_EQ(result[0], 8.0f);
+  EXPECT_EQ(result[1], 2.0f);
+  EXPECT_EQ(result[2], 4.0f);
+  EXPECT_EQ(result[3], 2.0f);  // all three removed: the first of E1..E3 left is E3
+  RemainingLongest(edges[0], edges[1], edges[2], lengths, edges, result);
+  EXPECT_EQ(result[6], 1.0f);  // E1..E3 all removed: L4
+  Successors small = BuildSuccessors({1, 2});
+  LongestEdges(Line({0, 2}), small, lengths, edges);
+  EXPECT_THAT(lengths, ElementsAre(2.0f, 2.0f, 0.0f, 0.0f));
+  EXPECT_EQ(edges[3], 0);
+}
+
+TEST(TourPrimitives, ReverseWalksAStretch) {
+  Successors next = BuildSuccessors({1, 2, 3, 4, 5, 6});
+  // the 2-opt move on edges (1,2), (4,5): next(1) = 4, then the stretch 2..4 turned round
+  next[1] = 4;
+  Reverse(next, 2, 5, 5);
+  EXPECT_THAT(TourFromCityOne(next, 6), ElementsAre(1, 4, 3, 2, 5, 6));
+}
+
+}  // namespace
+}  // namespace gae
