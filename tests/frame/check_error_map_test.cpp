@@ -216,7 +216,9 @@ TEST_F(CheckMap, TheFileIsTheSameWhateverTheNumberOfThreads) {
       if (u % 31 == 0) c = 'X';
       g += std::string(" ") + c;
     }
-    rows.push_back({"S" + std::to_string(m), g});
+    std::string name = std::to_string(m);
+    name.insert(name.begin(), 'S');
+    rows.push_back({name, g});
   }
   WriteText("f2.map", MapFile(7, rows, 120));
   Arrays out(60);
