@@ -13,6 +13,7 @@ namespace gaecli {
 
 void RegisterMarkersCommand(CLI::App& app, int& exit_code);
 void RegisterPairsCommand(CLI::App& app, int& exit_code);
+void RegisterMapCommand(CLI::App& app, int& exit_code);
 void RegisterCheckCommand(CLI::App& app, int& exit_code);
 void RegisterTwoPointCommand(CLI::App& app, int& exit_code);
 

@@ -329,6 +329,17 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
 GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
                          int* GroupOrder, float* GroupPosition, int* Status);
 
+/* ---- The whole run ----------------------------------------------------------------------- */
+
+/* Builds a linkage map from one MAP input file with the settled defaults and writes every
+ * result file beside it: reads and checks the file, computes (or reuses) the pairwise file,
+ * groups the markers (LOD 3.0), orders each group (recombination frequency, five random
+ * starts, 2-opt on the open path), ripples it (LOD, window of 5 markers), then writes .sum,
+ * .mtp, .lod, .rec, .dis, .sdl, .bip, .met, the error report .err and the corrected data set
+ * <stem>EC.map. The stages log to MAP.log in the current folder.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
+
 #ifdef __cplusplus
 }
 #endif

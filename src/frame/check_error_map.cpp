@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/entry.h"
+#include "input/file_entry.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "report/segregation.h"
@@ -46,22 +47,11 @@ void CopyOut(const MapToolInput& data, const MapCheckArrays& out) {
 
 void CheckErrorMapEntry(int path_len, const char* path, const MapCheckArrays& out, int* status,
                         int threads) {
-  *status = 0;
-  GuardedEntry("MAP", kFailureName, status, [&] {
-    MessageCode() = 0;
-    const std::string file_path = EntryPath(path_len, path);
-    InputFile in;
-    if (!in.Open(file_path)) {
-      ReportMissingInput(file_path, kFailureName, status);
-      return;
-    }
+  RunFileEntry("MAP", kFailureName, path_len, path, status, [&](InputFile& in) {
     MapToolInput data;
     ReadMapToolInput(in, 104, data);
     in.Close();
-    if (MessageCode() != 0) {
-      ReportEntryFailure(kFailureName, status);
-      return;
-    }
+    if (MessageCode() != 0) return;
     CopyOut(data, out);
     BiparentalMarkers markers;
     markers.population_type = data.population_type;
@@ -70,15 +60,10 @@ void CheckErrorMapEntry(int path_len, const char* path, const MapCheckArrays& ou
     markers.num_individuals = data.population_size;
     markers.kinds = data.markers.categories.data();
     markers.types = data.markers.types.data();
-    if (!MAPPairwiseFile(file_path, markers, threads)) {
-      // The pairwise file could not be written (a full disk, a read-only folder): the stages
-      // that follow would have nothing to read.
-      MessageCode() = 1101;
-      ReportEntryFailure(kFailureName, status);
-      return;
-    }
-    ReportEntrySuccess(kSuccessName);
-  });
+    // A pairwise file that cannot be written (a full disk, a read-only folder) leaves the
+    // stages that follow nothing to read: the check fails.
+    if (!MAPPairwiseFile(EntryPath(path_len, path), markers, threads)) MessageCode() = 1101;
+  }, kSuccessName);
 }
 
 }  // namespace gae

@@ -1,5 +1,7 @@
-// The reports of a finished bi-parental map.
+// The reports of a finished bi-parental map, and the whole run that ends with them.
+#include "frame/map_all_by_default.h"
 #include "frame/map_output.h"
+#include "twopoint/pair_store_writer.h"
 #include "gaengine.h"
 
 extern "C" {
@@ -23,6 +25,14 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
   args.write_dis = WriteDIS;
   args.write_qtl_files = WriteQTLFiles;
   gae::MapOutputEntry(PathLen, Path, args);
+}
+
+}  // extern "C"
+
+extern "C" {
+
+GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status) {
+  gae::MapAllByDefaultEntry(PathLen, Path, Status, gae::PairStoreThreads());
 }
 
 }  // extern "C"

@@ -5,6 +5,7 @@
 #include "frame/entry.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
+#include "report/map_downstream.h"
 #include "report/map_layout.h"
 #include "report/map_reports.h"
 #include "report/text_file.h"
@@ -88,8 +89,7 @@ void MapOutputEntry(int path_len, const char* path, const MapOutputArgs& args) {
     if (args.write_lod == 1) WriteTextFile(stem + ".lod", PairMatrixReport(map, store.Table(), PairMatrix::kLod));
     if (args.write_rec == 1) WriteTextFile(stem + ".rec", PairMatrixReport(map, store.Table(), PairMatrix::kRec));
     if (args.write_dis == 1) WriteTextFile(stem + ".dis", PairMatrixReport(map, store.Table(), PairMatrix::kDis));
-    // Steps that follow the reports: the input files of the QTL tools, the genotyping-error
-    // scan, the corrected data set and its report.
+    WriteMapDownstreamFiles(map, stem, args.write_qtl_files == 1, Process().random);
   });
 }
 
