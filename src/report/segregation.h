@@ -5,14 +5,9 @@
 
 #include <cstdint>
 
+#include "input/population_ratios.h"
+
 namespace gae {
-
-struct ClassRatios {
-  float p2, p1, p0;  // P1 type (A), heterozygote (H), P2 type (B)
-};
-
-// Expected proportions of the three genotype classes in a bi-parental population type 1..20.
-ClassRatios ExpectedRatios(int population_type);
 
 // Genotype counts after folding the partial scores the population cannot tell apart:
 // n2 counts A and D, n1 H, n0 B and R, nx X.
