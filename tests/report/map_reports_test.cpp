@@ -109,6 +109,16 @@ TEST(MapReports, SumRowsCarryIntervalsFrequenciesAndInterference) {
   EXPECT_EQ(lines[17], Blanks(19) + "6" + " " + Blanks(17) + "M6");
 }
 
+TEST(MapReports, AChromosomeOfTwoMarkersHasNoInterference) {
+  MapLayout map = SmallMap();
+  map.chromosome_sizes = {2, 2, 0};
+  map.position = {0.0f, 10.5f, 0.0f, 7.0f};
+  const std::vector<std::string> lines = Lines(SumReport(map, SmallStore().Table(1)));
+  for (int row = 1; row <= 4; ++row) EXPECT_NEAR(Field(lines[row], 120, 20), 0.0, 1e-9) << row;
+  EXPECT_NEAR(Field(lines[2], 100, 20), 0.1, 1e-9);
+  EXPECT_NEAR(Field(lines[8], 60, 20), 7.0, 1e-9);  // the second chromosome's length
+}
+
 TEST(MapReports, InterferenceVanishesAtTheLimitAndCanBeNegative) {
   EXPECT_EQ(Interference(0.000001f, 1.0f, 0.3f), 0.0f);  // r1 r2 exactly at the limit
   // Just above the limit it is computed (in single precision, hence the loose bound).
