@@ -12,6 +12,8 @@ class App;
 namespace gaecli {
 
 void RegisterMarkersCommand(CLI::App& app, int& exit_code);
+void RegisterPairsCommand(CLI::App& app, int& exit_code);
+void RegisterMapCommand(CLI::App& app, int& exit_code);
 void RegisterCheckCommand(CLI::App& app, int& exit_code);
 void RegisterTwoPointCommand(CLI::App& app, int& exit_code);
 

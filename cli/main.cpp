@@ -15,6 +15,8 @@ int main(int argc, char** argv) {
 
   int exit_code = 0;
   gaecli::RegisterMarkersCommand(app, exit_code);
+  gaecli::RegisterPairsCommand(app, exit_code);
+  gaecli::RegisterMapCommand(app, exit_code);
   gaecli::RegisterCheckCommand(app, exit_code);
   gaecli::RegisterTwoPointCommand(app, exit_code);
 

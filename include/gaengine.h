@@ -44,6 +44,55 @@ GAE_API void PLMFindNumMarkers(int PathLen, const char* Path, int* NumMarkers, i
 GAE_API void SNPFindNumMarkers(int ToolCode, int PathLen, const char* Path, int* NumMarkers, int* Status);
 GAE_API void BINFindNumMarkers(int ToolCode, int PathLen, const char* Path, int* NumMarkers, int* Status);
 
+/* ---- Checks that also prepare a map run -------------------------------------------------- */
+
+/* Validates a MAP input file (header, marker section, anchor section), fills the caller's
+ * arrays and writes the pairwise file <path less its last four characters>.LRD beside it (a
+ * complete file of the same marker count is reused as it stands). The stage functions that
+ * follow in the same process read that file.
+ *   NumMarkers        extent of the arrays (from MAPFindNumMarkers)
+ *   MarkerNameCodes   NumMarkers x 35 character codes, marker index fastest
+ *   Anchor            anchor group of each marker from the file (0 free)
+ *   SizeA, SizeH, SizeB, SizeX
+ *                     per marker: genotypes of the P1 class (A and D), heterozygotes (H), the
+ *                     P2 class (B and R) and missing (X), after folding the partial scores the
+ *                     population cannot tell apart
+ *   MarkerCategory    1 co-dominant, 12 dominant, 10 recessive
+ *   ChiSquare, Probability
+ *                     segregation test against the population's expected ratios and its p-value
+ *   Status            0, or the code of the first error (see MAP.log) */
+GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* MarkerNameCodes,
+                           int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
+                           int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
+
+/* ---- Output ------------------------------------------------------------------------------ */
+
+/* Writes the reports of a finished bi-parental map beside the input file, each named by the
+ * input path less its last four characters plus a suffix (an existing file is replaced):
+ * .sum (the map, the chromosome table, unlinked and deleted markers) and .mtp (the marker
+ * table) always; .lod, .rec, .dis (the pairwise LOD, frequency and distance matrices of the
+ * first 100 markers of the map order) by their switches; and, with the QTL switch, the input
+ * files of the QTL tools. The input file is read again for names and genotypes, and the
+ * pairwise file of the last CheckErrorMAP of this process supplies the pair values.
+ *   NumMarkers      all markers of the file
+ *   Anchor          [NumMarkers] anchor value of each marker, by its number in the file
+ *   NumMapped       markers on the chromosomes (linked)
+ *   NumUnlinked     unlinked markers; the rest (NumMarkers - NumMapped - NumUnlinked) are deleted
+ *   NumGroups       number of chromosomes (linkage groups)
+ *   GroupNameCodes  [NumGroups x 19] chromosome names as character codes, a name's 19
+ *                   characters one after another
+ *   GroupSize       [NumGroups] markers on each chromosome
+ *   Order           [NumMarkers] marker numbers: the linked markers chromosome by chromosome in
+ *                   map order, then the unlinked ones, then the deleted ones
+ *   Position        [NumMapped] position of each linked marker in cM, parallel to Order
+ *   WriteLOD, WriteREC, WriteDIS, WriteQTLFiles
+ *                   switches, on when 1
+ * There is no Status: a file that cannot be read again is reported on standard output and
+ * in the log of a run that holds one, and nothing is written. */
+GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
 /* ---- Hand editing of a grouped or ordered map ------------------------------------------- */
 /* These work in place on the caller's group model, the arrays that the grouping, ordering
  * and rippling steps fill:
@@ -279,6 +328,17 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
  *   Status          out: as in MAPRipplingAll. */
 GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
                          int* GroupOrder, float* GroupPosition, int* Status);
+
+/* ---- The whole run ----------------------------------------------------------------------- */
+
+/* Builds a linkage map from one MAP input file with the settled defaults and writes every
+ * result file beside it: reads and checks the file, computes (or reuses) the pairwise file,
+ * groups the markers (LOD 3.0), orders each group (recombination frequency, five random
+ * starts, 2-opt on the open path), ripples it (LOD, window of 5 markers), then writes .sum,
+ * .mtp, .lod, .rec, .dis, .sdl, .bip, .met, the error report .err and the corrected data set
+ * <stem>EC.map. The stages log to MAP.log in the current folder.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
 
 #ifdef __cplusplus
 }

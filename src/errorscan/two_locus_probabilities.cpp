@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "errorscan/population_states.h"
+#include "input/population_ratios.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {
@@ -13,17 +14,8 @@ std::vector<float> MarginalProbabilities(int32_t design, int32_t type) {
   if (StateLetters(design, type).empty()) return {};
   if (design == kClonalDesign || design == kFourWayDesign) return std::vector<float>(4, 0.25f);
   if (design == kEightWayDesign) return std::vector<float>(8, 0.125f);
-  // Segregation ratios (P1 class, heterozygote, P2 class) of each bi-parental population.
-  static constexpr float kRatios[20][3] = {
-      {0.5f, 0.5f, 0.0f},        {0.0f, 0.5f, 0.5f},          {0.5f, 0.0f, 0.5f},
-      {0.5f, 0.0f, 0.5f},        {0.75f, 0.0f, 0.25f},        {0.25f, 0.0f, 0.75f},
-      {0.25f, 0.5f, 0.25f},      {0.375f, 0.25f, 0.375f},     {0.75f, 0.25f, 0.0f},
-      {0.0f, 0.25f, 0.75f},      {0.875f, 0.0f, 0.125f},      {0.125f, 0.0f, 0.875f},
-      {0.625f, 0.25f, 0.125f},   {0.125f, 0.25f, 0.625f},     {0.8125f, 0.125f, 0.0625f},
-      {0.0625f, 0.125f, 0.8125f}, {0.75f, 0.0f, 0.25f},       {0.25f, 0.0f, 0.75f},
-      {0.875f, 0.0f, 0.125f},    {0.125f, 0.0f, 0.875f}};
-  const float* row = kRatios[type - 1];
-  return {row[0], row[1], row[2]};
+  const ClassRatios p = ExpectedRatios(type);
+  return {p.p2, p.p1, p.p0};
 }
 
 namespace {

@@ -15,7 +15,7 @@ std::string RightJustify(const std::string& text, int width) {
   return std::string(width - text.size(), ' ') + text;
 }
 
-// Non-finite values are written the way a Fortran runtime writes them in an F field:
+// Non-finite values are written as fixed-field numeric output has always written them:
 // "NaN", "Infinity" (or "Inf" in a narrow field), with the sign of a negative infinity.
 std::string NonFinite(double value, int width) {
   if (std::isnan(value)) return width < 3 ? Stars(width) : RightJustify("NaN", width);

@@ -7,7 +7,8 @@
 namespace gae {
 
 void RunFileEntry(std::string_view tool, std::string_view dll_name, int path_len,
-                  const char* path, int* status, const std::function<void(InputFile&)>& read) {
+                  const char* path, int* status, const std::function<void(InputFile&)>& read,
+                  std::string_view success_name) {
   if (status != nullptr) *status = 0;
   GuardedEntry(tool, dll_name, status, [&] {
     MessageCode() = 0;
@@ -20,7 +21,7 @@ void RunFileEntry(std::string_view tool, std::string_view dll_name, int path_len
     read(in);
     in.Close();
     if (MessageCode() != 0) ReportEntryFailure(dll_name, status);
-    else ReportEntrySuccess(dll_name);
+    else ReportEntrySuccess(success_name.empty() ? dll_name : success_name);
   });
 }
 

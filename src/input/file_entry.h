@@ -12,7 +12,9 @@ namespace gae {
 
 // `read` leaves `MessageCode` 0 or the failure's code; what it allocates lives in its own scope
 // and is gone when it returns, on failure as on success.
+// `success_name` replaces `dll_name` in the closing 1102 line when it is given.
 void RunFileEntry(std::string_view tool, std::string_view dll_name, int path_len,
-                  const char* path, int* status, const std::function<void(InputFile&)>& read);
+                  const char* path, int* status, const std::function<void(InputFile&)>& read,
+                  std::string_view success_name = {});
 
 }  // namespace gae

@@ -100,7 +100,7 @@ bool ParseInt(std::string_view item, int32_t& value) {
 }
 
 bool ParseReal(std::string_view item, float& value) {
-  // Fortran forms: optional sign, digits with an optional point, an optional exponent marked
+  // Accepted forms: optional sign, digits with an optional point, an optional exponent marked
   // by E, D or Q; also Inf, Infinity and NaN in any case.
   std::string text(item);
   std::size_t i = 0;

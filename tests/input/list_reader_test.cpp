@@ -75,7 +75,7 @@ TEST_F(ListReading, IntegersFollowTheListDirectedRules) {
   EXPECT_FALSE(ParseInt("", v));
 }
 
-TEST_F(ListReading, RealsAcceptFortranExponentsAndSpecialValues) {
+TEST_F(ListReading, RealsAcceptDoublePrecisionExponentsAndSpecialValues) {
   float v = 0;
   EXPECT_TRUE(ParseReal("1.5d2", v));
   EXPECT_EQ(v, 150.0f);

@@ -47,12 +47,12 @@ TEST_F(MapToolReader, TheBundledMapExampleReadsWithItsDominantAndRecessiveMarker
   ASSERT_EQ(input_.markers.names.size(), 150u);
   ASSERT_EQ(input_.markers.types.size(), 150u * 200u);
   EXPECT_EQ(input_.anchors.size(), 150u);
-  // Rows 1, 2 and 8 of the file: C1M18 codominant, C4M23 dominant, C2M10 recessive.
-  EXPECT_EQ(input_.markers.names[1], fmt::PadRight("C4M23", 35));
+  // The first rows of the file: C1M03 recessive, C2M01 codominant, C5M02 dominant, ...
+  EXPECT_EQ(input_.markers.names[1], fmt::PadRight("C2M01", 35));
   EXPECT_THAT(std::vector<int32_t>(input_.markers.categories.begin(), input_.markers.categories.begin() + 8),
-              ElementsAre(1, 12, 1, 1, 1, 1, 1, 10));
-  EXPECT_EQ(Letters(1).substr(0, 10), "HAHBHHBHAH");
-  EXPECT_EQ(Letters(8).substr(0, 6), "RRRAXR");
+              ElementsAre(10, 1, 1, 12, 1, 1, 10, 1));
+  EXPECT_EQ(Letters(1).substr(0, 10), "RRAAARRRRR");
+  EXPECT_EQ(Letters(8).substr(0, 6), "XHHHHA");
 }
 
 TEST_F(MapToolReader, TheClonalAndPureLineExamplesRead) {

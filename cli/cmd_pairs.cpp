@@ -1,0 +1,42 @@
+// gaengine pairs FILE [--markers]: check a MAP input file and compute its pairwise file.
+#include <cstdio>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "map_check.h"
+
+namespace gaecli {
+
+void RegisterPairsCommand(CLI::App& app, int& exit_code) {
+  auto* cmd = app.add_subcommand("pairs", "Check a MAP input file and compute its pairwise file");
+  static std::string file;
+  static bool show_markers = false;
+  cmd->add_option("file", file, "MAP input file")->required();
+  cmd->add_flag("--markers", show_markers, "Print the marker table");
+  cmd->callback([&exit_code] {
+    MarkerTable t;
+    const int status = CheckMapFile(file, t);
+    if (status != 0) {
+      std::fprintf(stderr, "%s: check failed with status %d (see MAP.log)\n", file.c_str(), status);
+      exit_code = 1;
+      return;
+    }
+    const int n = t.num_markers;
+    std::printf("%d markers, %lld pairs in %s\n", n, static_cast<long long>(n) * (n - 1) / 2,
+                PairFileName(file).c_str());
+    if (show_markers) {
+      std::printf("%-20s %6s %6s %6s %6s %8s %12s %10s\n", "Marker", "A/D", "H", "B/R", "X",
+                  "Category", "Chi-square", "Pr>ChiSq");
+      for (int i = 0; i < n; ++i) {
+        std::printf("%-20s %6d %6d %6d %6d %8d %12.4f %10.4f\n", t.Name(i).c_str(), t.size_a[i],
+                    t.size_h[i], t.size_b[i], t.size_x[i], t.category[i], t.chi_square[i],
+                    t.probability[i]);
+      }
+    }
+    exit_code = 0;
+  });
+}
+
+}  // namespace gaecli

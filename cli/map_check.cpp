@@ -1,0 +1,72 @@
+#include "map_check.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "commands.h"
+#include "gaengine.h"
+
+namespace gaecli {
+
+namespace {
+
+long long FileSize(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : 0;
+}
+
+// The library writes the records in order, so the size of the growing file is the progress.
+void ShowProgress(const std::string& lrd, long long expected_bytes, const std::atomic<bool>& done) {
+  if (expected_bytes <= 0 || !::isatty(STDERR_FILENO)) return;
+  bool shown = false;
+  while (!done.load()) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    const double share = static_cast<double>(FileSize(lrd)) / static_cast<double>(expected_bytes);
+    if (share <= 0.0 || share >= 1.0) continue;
+    const int width = 40, filled = static_cast<int>(share * width + 0.5);
+    std::fprintf(stderr, "\rpairs [%s%s] %5.1f%%", std::string(filled, '#').c_str(),
+                 std::string(width - filled, ' ').c_str(), 100.0 * share);
+    std::fflush(stderr);
+    shown = true;
+  }
+  if (shown) std::fprintf(stderr, "\r%s\r", std::string(56, ' ').c_str());
+}
+
+}  // namespace
+
+std::string MarkerTable::Name(int i) const {
+  std::string name;
+  for (int j = 0; j < 35; ++j) name += static_cast<char>(name_codes[static_cast<size_t>(j) * num_markers + i]);
+  return name.substr(0, name.find_last_not_of(' ') + 1);
+}
+
+std::string PairFileName(const std::string& path) {
+  return path.substr(0, path.size() > 4 ? path.size() - 4 : 0) + ".LRD";
+}
+
+int CheckMapFile(const std::string& path, MarkerTable& t) {
+  const PathArg arg(path);
+  int n = 0, status = 0;
+  MAPFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  if (status != 0) return status;
+  t.num_markers = n;
+  t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
+  for (auto* v : {&t.anchor, &t.size_a, &t.size_h, &t.size_b, &t.size_x, &t.category}) v->assign(n, 0);
+  t.chi_square.assign(n, 0.0f);
+  t.probability.assign(n, 0.0f);
+  std::atomic<bool> done{false};
+  std::thread progress(ShowProgress, PairFileName(path), 8LL * n * (n - 1) / 2, std::cref(done));
+  CheckErrorMAP(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), t.size_a.data(),
+                t.size_h.data(), t.size_b.data(), t.size_x.data(), t.category.data(),
+                t.chi_square.data(), t.probability.data(), &status);
+  done = true;
+  progress.join();
+  return status;
+}
+
+}  // namespace gaecli

@@ -1,0 +1,23 @@
+// The MAP check as both the `pairs` and the `map` commands run it: CheckErrorMAP with a
+// progress bar on standard error while the pairwise file grows.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace gaecli {
+
+struct MarkerTable {
+  int num_markers = 0;
+  std::vector<int> name_codes, anchor, size_a, size_h, size_b, size_x, category;
+  std::vector<float> chi_square, probability;
+  std::string Name(int i) const;  // trailing blanks dropped
+};
+
+// The .LRD name of a project file: its path less the last four characters, plus ".LRD".
+std::string PairFileName(const std::string& path);
+
+// MAPFindNumMarkers, then CheckErrorMAP. Returns the Status of the first that fails, or 0.
+int CheckMapFile(const std::string& path, MarkerTable& table);
+
+}  // namespace gaecli

@@ -1,0 +1,69 @@
+#include "frame/check_error_map.h"
+
+#include <algorithm>
+
+#include "frame/entry.h"
+#include "input/file_entry.h"
+#include "input/list_reader.h"
+#include "input/map_tool_reader.h"
+#include "report/segregation.h"
+#include "twopoint/map_pairwise_file.h"
+
+namespace gae {
+
+namespace {
+
+constexpr const char* kFailureName = "DLL CheckErrorMAP";
+// The success line has always been spelled with three r; front ends look for it.
+constexpr const char* kSuccessName = "DLL CheckErrrorMAP";
+
+void CopyOut(const MapToolInput& data, const MapCheckArrays& out) {
+  // The caller's extent governs the copy; the file's governs what there is to copy.
+  const int n = std::min<int>(out.num_markers, data.num_markers);
+  const int64_t lines = data.population_size;
+  for (int i = 0; i < n; ++i) {
+    const std::string& name = data.markers.names[i];
+    for (int j = 0; j < 35; ++j) {
+      const char c = j < static_cast<int>(name.size()) ? name[j] : ' ';
+      out.name_codes[static_cast<int64_t>(j) * out.num_markers + i] = static_cast<unsigned char>(c);
+    }
+    out.anchor[i] = data.anchors[i];
+    out.category[i] = data.markers.categories[i];
+    const char* types = data.markers.types.data() + i * lines;
+    const SegregationTest test =
+        SegregationChiSquare(data.population_type, data.markers.categories[i], types, lines);
+    out.size_a[i] = test.counts.n2;
+    out.size_h[i] = test.counts.n1;
+    out.size_b[i] = test.counts.n0;
+    out.size_x[i] = test.counts.nx;
+    if (test.tested) {
+      out.chi_square[i] = test.chi_square;
+      out.probability[i] = test.probability;
+    }
+  }
+}
+
+}  // namespace
+
+void CheckErrorMapEntry(int path_len, const char* path, const MapCheckArrays& out, int* status,
+                        int threads) {
+  RunFileEntry("MAP", kFailureName, path_len, path, status, [&](InputFile& in) {
+    MapToolInput data;
+    ReadMapToolInput(in, 104, data);
+    in.Close();
+    if (MessageCode() != 0) return;
+    CopyOut(data, out);
+    BiparentalMarkers markers;
+    markers.population_type = data.population_type;
+    markers.mapping_function = data.mapping_function;
+    markers.num_markers = data.num_markers;
+    markers.num_individuals = data.population_size;
+    markers.kinds = data.markers.categories.data();
+    markers.types = data.markers.types.data();
+    // A pairwise file that cannot be written (a full disk, a read-only folder) leaves the
+    // stages that follow nothing to read: the check fails.
+    if (!MAPPairwiseFile(EntryPath(path_len, path), markers, threads)) MessageCode() = 1101;
+  }, kSuccessName);
+}
+
+}  // namespace gae

@@ -1,0 +1,109 @@
+#include "twopoint/pair_store_writer.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+#include <vector>
+
+#include "frame/pair_index.h"
+
+namespace gae {
+
+// Records are written as the processor holds them; the file format is little-endian.
+static_assert(std::endian::native == std::endian::little);
+
+std::string PairStoreName(const std::string& project_path) {
+  const std::size_t keep = project_path.size() > 4 ? project_path.size() - 4 : 0;
+  return project_path.substr(0, keep) + ".LRD";
+}
+
+bool PairStoreIsComplete(const std::string& lrd_name, int64_t num_markers, int record_length) {
+  struct stat info {};
+  if (::stat(lrd_name.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
+  const int64_t records = PairCount(num_markers);
+  const int64_t record_bytes = 4 * static_cast<int64_t>(record_length);
+  // Record 0 does not exist: a one-marker project never has a complete file.
+  return records >= 1 && info.st_size / record_bytes == records;
+}
+
+int PairStoreThreads() {
+  if (const char* text = std::getenv("GAENGINE_THREADS")) {
+    const long value = std::strtol(text, nullptr, 10);
+    if (value > 0) return static_cast<int>(std::min(value, 256L));
+  }
+  const unsigned cores = std::thread::hardware_concurrency();
+  return cores > 0 ? static_cast<int>(cores) : 1;
+}
+
+void PairOfRecord(int64_t k, int64_t& i, int64_t& j) {
+  // Row i holds records (i-1)(i-2)/2 + 1 .. i(i-1)/2.
+  i = static_cast<int64_t>((1.0 + std::sqrt(8.0 * static_cast<double>(k))) / 2.0);
+  while (PairCount(i) < k) ++i;
+  while (i > 2 && PairCount(i - 1) >= k) --i;
+  j = k - PairCount(i - 1);
+}
+
+namespace {
+
+void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float* out) {
+  int64_t i = 0, j = 0;
+  PairOfRecord(first, i, j);
+  for (int64_t n = 0; n < count; ++n) {
+    job.estimate(i, j, out + n * job.record_length);
+    if (++j == i) {
+      ++i;
+      j = 1;
+    }
+  }
+}
+
+}  // namespace
+
+bool WritePairStore(const PairStoreJob& job) {
+  std::FILE* file = std::fopen(job.lrd_name.c_str(), "wb");
+  if (file == nullptr) return false;
+  const int64_t total = PairCount(job.num_markers);
+  const int threads = std::max(1, job.threads);
+  const int64_t block = std::max<int64_t>(1, job.block_records);
+  std::vector<std::vector<float>> buffers(threads, std::vector<float>(block * job.record_length));
+
+  bool ok = true;
+  for (int64_t first = 1; first <= total && ok; first += block * threads) {
+    // One round: each thread estimates one block; then the blocks are written in order.
+    std::vector<std::thread> workers;
+    std::vector<int64_t> counts(threads, 0);
+    for (int t = 0; t < threads; ++t) {
+      const int64_t start = first + t * block;
+      counts[t] = std::max<int64_t>(0, std::min(block, total - start + 1));
+      if (counts[t] == 0) break;
+      if (t == threads - 1) EstimateBlock(job, start, counts[t], buffers[t].data());
+      else workers.emplace_back(EstimateBlock, std::cref(job), start, counts[t], buffers[t].data());
+    }
+    for (std::thread& w : workers) w.join();
+    for (int t = 0; t < threads && counts[t] > 0 && ok; ++t) {
+      const float* records = buffers[t].data();
+      if (job.inspect) {
+        int64_t i = 0, j = 0;
+        PairOfRecord(first + t * block, i, j);
+        for (int64_t n = 0; n < counts[t]; ++n) {
+          job.inspect(i, j, records + n * job.record_length);
+          if (++j == i) {
+            ++i;
+            j = 1;
+          }
+        }
+      }
+      const std::size_t words = static_cast<std::size_t>(counts[t] * job.record_length);
+      ok = std::fwrite(records, 4, words, file) == words;
+    }
+  }
+  ok = (std::fclose(file) == 0) && ok;
+  return ok;
+}
+
+}  // namespace gae

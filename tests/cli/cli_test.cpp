@@ -1,0 +1,87 @@
+// The `gaengine` command, run as a user runs it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "gaengine.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using ::testing::HasSubstr;
+using testing::ReadText;
+
+struct Result {
+  int exit_code;
+  std::string out;
+};
+
+Result Gaengine(const std::string& arguments) {
+  const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " 2>&1";
+  Result result{-1, {}};
+  std::FILE* pipe = ::popen(command.c_str(), "r");
+  if (pipe == nullptr) return result;
+  char buffer[4096];
+  while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) result.out += buffer;
+  const int status = ::pclose(pipe);
+  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+class Command : public testing::InTempDir {
+ protected:
+  void SetUp() override {
+    InTempDir::SetUp();
+    testing::WriteText("f2.map", ReadText(testing::SourcePath("examples/f2_five_chromosomes.map")));
+  }
+};
+
+TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
+  const Result cli = Gaengine("--seed 31 map f2.map");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("  Population        F2 (type 7)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Markers read      150"));
+  EXPECT_THAT(cli.out, HasSubstr("  Linkage groups    5"));
+  EXPECT_THAT(cli.out, HasSubstr("  Unlinked markers  0"));
+  EXPECT_THAT(cli.out, HasSubstr("set to missing in f2EC.map"));
+  // The command drives the stages one by one, as a front end does; with the same seed for the
+  // random starts it must come to the very files of the library's own whole run.
+  const std::string sum = ReadText("f2.sum"), mtp = ReadText("f2.mtp"), err = ReadText("f2.err");
+  ::setenv("GAENGINE_SEED", "31", 1);
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPAllByDefault(6, "f2.map", &status);
+  ::testing::internal::GetCapturedStdout();
+  ::unsetenv("GAENGINE_SEED");
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(ReadText("f2.sum"), sum);
+  EXPECT_EQ(ReadText("f2.mtp"), mtp);
+  EXPECT_EQ(ReadText("f2.err"), err);
+}
+
+TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
+  Result r = Gaengine("markers MAP f2.map");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("f2.map: 150 markers"));
+  r = Gaengine("pairs --markers f2.map");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("150 markers, 11175 pairs in f2.LRD"));
+  EXPECT_THAT(r.out, HasSubstr("Chi-square"));
+  EXPECT_EQ(ReadText("f2.LRD").size(), 8u * 11175);
+  testing::WriteText("bad.map", "7\n1\n1\n1\n2\nM1 A Q\nM1 0\n");
+  r = Gaengine("map bad.map");
+  EXPECT_EQ(r.exit_code, 1);
+  EXPECT_THAT(r.out, HasSubstr("--Error2202: Invalid MarkerType! MarkerID=1 LineID=2 Input MarkerType=Q"));
+  r = Gaengine("twopoint --pop 1 --code 11 40 10 0 10 40 0 0 0 0");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("0.2"));
+}
+
+}  // namespace
+}  // namespace gae

@@ -1,0 +1,243 @@
+#include "frame/check_error_map.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "frame/pair_index.h"
+#include "frame/process_state.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using ::testing::HasSubstr;
+using testing::ReadText;
+using testing::WriteText;
+
+struct Arrays {
+  explicit Arrays(int n)
+      : n(n), names(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n), chi(n, -1), p(n, -1) {}
+  MapCheckArrays View() {
+    MapCheckArrays v;
+    v.num_markers = n;
+    v.name_codes = names.data();
+    v.anchor = anchor.data();
+    v.size_a = a.data();
+    v.size_h = h.data();
+    v.size_b = b.data();
+    v.size_x = x.data();
+    v.category = category.data();
+    v.chi_square = chi.data();
+    v.probability = p.data();
+    return v;
+  }
+  std::string Name(int i) const {
+    std::string s;
+    for (int j = 0; j < 35; ++j) s += static_cast<char>(names[j * n + i]);
+    return s;
+  }
+  int n;
+  std::vector<int> names, anchor, a, h, b, x, category;
+  std::vector<float> chi, p;
+};
+
+std::string MapFile(int type, const std::vector<std::pair<std::string, std::string>>& rows,
+                    int individuals) {
+  std::string text = "! test data\n" + std::to_string(type) + "\n2\n1\n" + std::to_string(rows.size()) +
+                     "\n" + std::to_string(individuals) + "\n";
+  for (const auto& [name, genotypes] : rows) text += name + " " + genotypes + "\n";
+  int anchor = 0;
+  for (const auto& row : rows) text += row.first + " " + std::to_string(anchor++ % 3) + "\n";
+  return text;
+}
+
+std::vector<float> Records(const std::string& path) {
+  const std::string bytes = ReadText(path);
+  std::vector<float> values(bytes.size() / 4);
+  std::memcpy(values.data(), bytes.data(), values.size() * 4);
+  return values;
+}
+
+class CheckMap : public testing::InTempDir {
+ protected:
+  int Run(const std::string& path, Arrays& out, int threads = 2) {
+    int status = -1;
+    ::testing::internal::CaptureStdout();
+    CheckErrorMapEntry(static_cast<int>(path.size()), path.data(), out.View(), &status, threads);
+    ::testing::internal::GetCapturedStdout();
+    return status;
+  }
+};
+
+// Backcross markers whose pairs are worked out by counting recombinants: r = recombinants / n
+// over the individuals typed at both markers, LOD = sum N log10 P(r) - n log10 1/4.
+TEST_F(CheckMap, RecordsHoldMinusTheLodAndTheFrequencyOfEachPairInTriangleOrder) {
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"M1", "A A A A A H H H H H"}, {"M2", "A A A A H H H H H A"}, {"M3", "A A H H H H H H A A"},
+      {"M4", "X X X X X A H A H A"}, {"M5", "A H A H A X X X X X"}};
+  WriteText("bc.map", MapFile(1, rows, 10));
+  Arrays out(5);
+  ASSERT_EQ(Run("bc.map", out), 0);
+  const std::vector<float> rec = Records("bc.LRD");
+  ASSERT_EQ(rec.size(), 2u * 10);
+  for (int i = 2; i <= 5; ++i) {
+    for (int j = 1; j < i; ++j) {
+      const std::string& gi = rows[i - 1].second;
+      const std::string& gj = rows[j - 1].second;
+      int n = 0, recombinant = 0;
+      for (size_t k = 0; k < gi.size(); k += 2) {
+        if (gi[k] == 'X' || gj[k] == 'X') continue;
+        ++n;
+        recombinant += gi[k] != gj[k];
+      }
+      const float first = rec[2 * (GroupPairIndex(i, j) - 1)];
+      const float second = rec[2 * (GroupPairIndex(i, j) - 1) + 1];
+      if (n == 0) {  // no individual typed at both: unlinked, no evidence
+        EXPECT_EQ(first, 0.0f);
+        EXPECT_EQ(second, 0.5f);
+        continue;
+      }
+      // Above one half the exchanged phase gives the estimate, 1 - (n - recombinant) / n.
+      const float r = 2 * recombinant <= n ? static_cast<float>(recombinant) / n
+                                           : 1.0f - static_cast<float>(n - recombinant) / n;
+      EXPECT_EQ(second, r) << i << "," << j;
+      const double rr = std::min<double>(r, 1 - r);
+      double lod = (n - std::min(recombinant, n - recombinant)) * std::log10((1 - rr) / 2) - n * std::log10(0.25);
+      if (rr > 0) lod += std::min(recombinant, n - recombinant) * std::log10(rr / 2);
+      EXPECT_NEAR(-first, std::max(lod, 0.0), 1e-4) << i << "," << j;
+    }
+  }
+  EXPECT_EQ(out.Name(0), "M1" + std::string(33, ' '));
+  EXPECT_EQ(out.anchor[4], 1);
+  EXPECT_EQ(out.a[3], 3);
+  EXPECT_EQ(out.h[3], 2);
+  EXPECT_EQ(out.x[3], 5);
+  EXPECT_EQ(out.category[0], 1);
+  EXPECT_EQ(Process().pair_store.lrd_name, "bc.LRD");
+  EXPECT_EQ(Process().pair_store.record_length, 2);
+  EXPECT_EQ(Process().pair_store.mapping_function, 2);
+  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("DLL CheckErrrorMAP run successfully!"));
+}
+
+TEST_F(CheckMap, ACompleteFileIsReusedAsItStandsAndAnyOtherIsReplaced) {
+  WriteText("r.map", MapFile(1, {{"M1", "A H A H"}, {"M2", "A H H H"}, {"M3", "A A A H"}}, 4));
+  Arrays out(3);
+  WriteText("r.LRD", std::string(24, 'x'));  // exactly three records: taken as they are
+  ASSERT_EQ(Run("r.map", out), 0);
+  EXPECT_EQ(ReadText("r.LRD"), std::string(24, 'x'));
+  EXPECT_THAT(ReadText("MAP.log"), ::testing::Not(HasSubstr("Calculating pair-wise")));
+  for (int bytes : {16, 32}) {  // one record fewer, one more
+    WriteText("r.LRD", std::string(bytes, 'x'));
+    ASSERT_EQ(Run("r.map", out), 0);
+    EXPECT_EQ(ReadText("r.LRD").size(), 24u);
+    EXPECT_NE(ReadText("r.LRD"), std::string(24, 'x'));
+  }
+  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating recombination frequency was complted! Time (m) taken="));
+}
+
+TEST_F(CheckMap, OneMarkerGivesAnEmptyFileAndTwoMarkersOneRecord) {
+  WriteText("one.map", MapFile(7, {{"M1", "A H B"}}, 3));
+  Arrays one(1);
+  ASSERT_EQ(Run("one.map", one), 0);
+  EXPECT_TRUE(testing::FileExists("one.LRD"));
+  EXPECT_EQ(ReadText("one.LRD").size(), 0u);
+  WriteText("two.map", MapFile(7, {{"M1", "A H B"}, {"M2", "A H B"}}, 3));
+  Arrays two(2);
+  ASSERT_EQ(Run("two.map", two), 0);
+  EXPECT_EQ(ReadText("two.LRD").size(), 8u);
+}
+
+TEST_F(CheckMap, FrequenciesAboveTheSinglePrecisionNinetyPercentAreWarnedAbout) {
+  std::string m1, high, edge;
+  for (int k = 0; k < 20; ++k) {
+    const char g = k < 10 ? 'A' : 'H', other = k < 10 ? 'H' : 'A';
+    m1 += std::string(" ") + g;
+    high += std::string(" ") + (k == 0 ? g : other);      // 19 of 20 recombinant
+    edge += std::string(" ") + (k < 2 ? g : other);       // 18 of 20: exactly the 32-bit 0.9
+  }
+  WriteText("w.map", MapFile(1, {{"M1", m1}, {"M2", high}, {"M3", edge}}, 20));
+  Arrays out(3);
+  ASSERT_EQ(Run("w.map", out), 0);
+  const std::string log = ReadText("MAP.log");
+  EXPECT_THAT(log, HasSubstr("Warning: estimated recombination frequency too high! IMarker=2        "
+                             "JMarker=1        RecFreq=0.9500   LOD score="));
+  EXPECT_THAT(log, ::testing::Not(HasSubstr("IMarker=3        JMarker=1 ")));
+  const std::vector<float> rec = Records("w.LRD");
+  EXPECT_EQ(rec[2 * (GroupPairIndex(3, 1) - 1) + 1], 0.9f);
+}
+
+TEST_F(CheckMap, CountsFollowTheFoldingOfEachPopulationGroup) {
+  struct Group {
+    int type;
+    const char* genotypes;
+    const char* partner;
+    int a, h, b, x, category;
+  };
+  const Group groups[] = {
+      // backcross to P1: D says nothing there and becomes missing
+      {1, "A H H X D", "A H H A A", 1, 2, 0, 2, 1},
+      // backcross to P2: R likewise
+      {10, "H B R B X", "H H B B B", 0, 1, 2, 2, 1},
+      // inbred lines: a heterozygote counts as missing
+      {4, "A H B B A", "A B B A B", 2, 0, 2, 1, 1},
+      {7, "D B D D X", "A H B A B", 3, 0, 1, 1, 12},  // F2 dominant marker
+      {8, "A R R A R", "A H B A B", 2, 0, 3, 0, 10},  // F3 recessive marker: R joins the P2 class
+  };
+  for (const Group& g : groups) {
+    WriteText("g.map", MapFile(g.type, {{"M1", g.genotypes}, {"M2", g.partner}}, 5));
+    std::remove("g.LRD");
+    Arrays out(2);
+    ASSERT_EQ(Run("g.map", out), 0) << g.type;
+    EXPECT_EQ(out.a[0], g.a) << g.type;
+    EXPECT_EQ(out.h[0], g.h) << g.type;
+    EXPECT_EQ(out.b[0], g.b) << g.type;
+    EXPECT_EQ(out.x[0], g.x) << g.type;
+    EXPECT_EQ(out.category[0], g.category) << g.type;
+  }
+}
+
+TEST_F(CheckMap, TheFileIsTheSameWhateverTheNumberOfThreads) {
+  std::mt19937 rng(9);
+  std::vector<std::pair<std::string, std::string>> rows;
+  for (int m = 0; m < 60; ++m) {
+    std::string g;
+    const int kind = m % 5 == 3 ? 12 : (m % 5 == 4 ? 10 : 1);
+    for (int k = 0; k < 120; ++k) {
+      const int u = rng() % 100;
+      char c = u < 25 ? 'A' : (u < 75 ? 'H' : 'B');
+      if (kind == 12 && c != 'B') c = 'D';
+      if (kind == 10 && c != 'A') c = 'R';
+      if (u % 31 == 0) c = 'X';
+      g += std::string(" ") + c;
+    }
+    std::string name = std::to_string(m);
+    name.insert(name.begin(), 'S');
+    rows.push_back({name, g});
+  }
+  WriteText("f2.map", MapFile(7, rows, 120));
+  Arrays out(60);
+  ASSERT_EQ(Run("f2.map", out, 1), 0);
+  const std::string single = ReadText("f2.LRD");
+  std::remove("f2.LRD");
+  ASSERT_EQ(Run("f2.map", out, 4), 0);
+  EXPECT_EQ(ReadText("f2.LRD"), single);
+  EXPECT_EQ(single.size(), 8u * 1770);
+}
+
+TEST_F(CheckMap, BadInputStopsBeforeAnyPairFileAndAMissingFileIsReported) {
+  WriteText("bad.map", MapFile(1, {{"M1", "A H B"}}, 3));  // B cannot occur in a backcross to P1
+  Arrays out(1);
+  EXPECT_EQ(Run("bad.map", out), 2203);
+  EXPECT_FALSE(testing::FileExists("bad.LRD"));
+  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP"));
+  EXPECT_EQ(Run("absent.map", out), 1002);
+}
+
+}  // namespace
+}  // namespace gae

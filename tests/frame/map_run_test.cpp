@@ -1,0 +1,298 @@
+// A whole MAP run through the C exports, from an input file to the reports and back through
+// our own validators.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <numeric>
+#include <random>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "engine/map_state.h"
+#include "frame/process_state.h"
+#include "gaengine.h"
+#include "support/map_simulation.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using ::testing::HasSubstr;
+using testing::ReadLines;
+using testing::ReadText;
+using testing::WriteText;
+
+const std::string kExample = "f2_five_chromosomes.map";
+
+// A prefix and a number ("T12").
+std::string Numbered(const char* prefix, uint64_t k) {
+  std::string s(prefix);
+  s += std::to_string(k);
+  return s;
+}
+
+std::string Trim(const std::string& s) {
+  const size_t a = s.find_first_not_of(' ');
+  return a == std::string::npos ? "" : s.substr(a, s.find_last_not_of(' ') - a + 1);
+}
+
+// Section 1 of a .sum file: (chromosome number, marker name) in map order.
+std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
+  std::vector<std::pair<int, std::string>> rows;
+  const std::vector<std::string> lines = ReadLines(path);
+  for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
+    rows.push_back({std::stoi(lines[k].substr(0, 20)), Trim(lines[k].substr(41, 19))});
+  return rows;
+}
+
+int Call(void (*fn)(int, const char*, int*), const std::string& path) {
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  fn(static_cast<int>(path.size()), path.data(), &status);
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
+int CheckMap(const std::string& path, std::vector<int>* anchors = nullptr,
+             std::vector<std::string>* marker_names = nullptr) {
+  int n = 0, status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPFindNumMarkers(static_cast<int>(path.size()), path.data(), &n, &status);
+  if (status == 0) {
+    std::vector<int> names(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n);
+    std::vector<float> chi(n), p(n);
+    CheckErrorMAP(static_cast<int>(path.size()), path.data(), n, names.data(), anchor.data(), a.data(),
+                  h.data(), b.data(), x.data(), category.data(), chi.data(), p.data(), &status);
+    if (anchors != nullptr) *anchors = anchor;
+    for (int i = 0; marker_names != nullptr && i < n; ++i) {
+      std::string name;
+      for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
+      marker_names->push_back(Trim(name));
+    }
+  }
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
+class MapRun : public testing::InTempDir {
+ protected:
+  void SetUp() override {
+    InTempDir::SetUp();
+    WriteText(kExample, ReadText(testing::SourcePath("examples/" + kExample)));
+  }
+};
+
+TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
+  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  std::map<int, std::set<std::string>> simulated_on;  // group -> simulated chromosomes
+  std::map<int, int> sizes;
+  for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) {
+    simulated_on[group].insert(name.substr(0, 2));
+    ++sizes[group];
+  }
+  ASSERT_EQ(simulated_on.size(), 5u);
+  std::set<std::string> all;
+  for (const auto& [group, chromosomes] : simulated_on) {
+    EXPECT_EQ(chromosomes.size(), 1u) << "group " << group;
+    all.insert(chromosomes.begin(), chromosomes.end());
+    EXPECT_EQ(sizes[group], 30);
+  }
+  EXPECT_EQ(all.size(), 5u);
+  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
+    EXPECT_TRUE(testing::FileExists("f2_five_chromosomes" + std::string(suffix))) << suffix;
+  EXPECT_EQ(Process().map.map_state, -1);  // released at the end
+}
+
+TEST_F(MapRun, TheLogTellsTheStagesInTheirOrder) {
+  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  // One letter a line: F and E the first and last entry lines, T a time line, G the grouping
+  // lines, O and R a group being ordered and rippled; the pairwise and per-start lines left out.
+  std::string trace;
+  for (const std::string& line : ReadLines("MAP.log")) {
+    if (line == "DLL MAPFindNumMarkers run successfully!") trace += 'F';
+    else if (line == "DLL MAPAllByDefault run successfully!") trace += 'E';
+    else if (line.rfind("   CPU time taken: ", 0) == 0) trace += 'T';
+    else if (line.rfind("  Grouping ", 0) == 0) trace += 'G';
+    else if (line.rfind("  Ordering is running! GroupID=", 0) == 0) trace += 'O';
+    else if (line.rfind("  Rippling is running! GroupID=", 0) == 0) trace += 'R';
+  }
+  EXPECT_EQ(trace, "FT" "GGTT" "OTOTOTOTOTT" "RTRTRTRTRTT" "TE");
+  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating pair-wise recombination frequency..."));
+}
+
+TEST_F(MapRun, AFailedHeaderStopsBeforeAnythingIsAllocated) {
+  WriteText("bad.map", "21\n1\n1\n2\n3\n");
+  ASSERT_EQ(Call(MAPAllByDefault, "bad.map"), 2004);
+  EXPECT_THAT(ReadLines("MAP.log"),
+              ::testing::ElementsAre("--Error2004: PopulationType=21 out of range [1:20]!",
+                                     "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers",
+                                     "--Error1101: error found in DLL! DLL name=DLL MAPAllByDefault"));
+  EXPECT_EQ(Process().map.map_state, -1);
+  EXPECT_FALSE(testing::FileExists("bad.sum"));
+}
+
+TEST_F(MapRun, AFailedMarkerSectionLeavesTheStateForTheNextRunToFree) {
+  WriteText("bad.map", "7\n1\n1\n2\n3\nM1 A H Q\nM2 A H B\nM1 0\nM2 0\n");
+  ASSERT_EQ(Call(MAPAllByDefault, "bad.map"), 2202);
+  const std::vector<std::string> log = ReadLines("MAP.log");
+  ASSERT_EQ(log.size(), 3u);  // the size read, the cause, the run's 1101: no time line of the read
+  EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL MAPAllByDefault");
+  EXPECT_EQ(Process().map.map_state, 0);
+  EXPECT_FALSE(testing::FileExists("bad.LRD"));
+  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  EXPECT_EQ(Process().map.map_state, -1);
+}
+
+TEST_F(MapRun, WrittenInputFilesAreReadBackByTheirValidators) {
+  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  // EC.map: a new mapping run starts from it, each kept marker anchored to its chromosome.
+  std::vector<int> anchors;
+  ASSERT_EQ(CheckMap("f2_five_chromosomesEC.map", &anchors), 0);
+  std::map<std::string, int> chromosome_of;
+  for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) chromosome_of[name] = group;
+  const std::vector<std::string> ec = ReadLines("f2_five_chromosomesEC.map");
+  const auto anchor_block = std::find(ec.begin(), ec.end(), "!Marker name followed by anchor group");
+  ASSERT_NE(anchor_block, ec.end());
+  size_t kept = 0;
+  for (auto line = anchor_block + 1; line != ec.end() && !line->empty(); ++line, ++kept) {
+    std::istringstream row(*line);
+    std::string name;
+    int anchor = 0;
+    row >> name >> anchor;
+    EXPECT_EQ(anchor, chromosome_of.at(name)) << name;
+    EXPECT_EQ(anchors[kept], anchor);
+  }
+  EXPECT_EQ(kept, anchors.size());
+  EXPECT_GT(kept, 140u);
+
+  EXPECT_EQ(Call(CheckErrorSDL, "f2_five_chromosomes.sdl"), 0);
+  EXPECT_EQ(Call(CheckErrorBIP, "f2_five_chromosomes.bip"), 0);
+  // The .met frame carries 0 environments until its user adds them: that count is the one
+  // thing the validator refuses. Completed with one environment of phenotypes, it passes.
+  EXPECT_EQ(Call(CheckErrorMET, "f2_five_chromosomes.met"), 2023);
+  std::string met = ReadText("f2_five_chromosomes.met");
+  const size_t envs = met.find("!Number of environments");
+  ASSERT_NE(envs, std::string::npos);
+  const size_t line_start = met.rfind('\n', envs) + 1;
+  met.replace(line_start, envs - line_start, "         1  ");
+  met += "Env1";
+  for (int k = 0; k < 200; ++k) met += Numbered(" ", 10 + k % 7);
+  met += "\n";
+  WriteText("completed.met", met);
+  EXPECT_EQ(Call(CheckErrorMET, "completed.met"), 0);
+}
+
+// Spearman's rank correlation of a map order with the true order.
+double Spearman(const std::vector<int>& found) {
+  const double n = static_cast<double>(found.size());
+  double d2 = 0;
+  for (size_t k = 0; k < found.size(); ++k) d2 += (found[k] - static_cast<double>(k)) * (found[k] - static_cast<double>(k));
+  return 1.0 - 6.0 * d2 / (n * (n * n - 1));
+}
+
+TEST_F(MapRun, OrderingAndRipplingRecoverASimulatedChromosome) {
+  for (uint64_t seed : {11u, 12u, 13u}) {
+    std::mt19937_64 rng(seed);
+    std::vector<testing::SimulatedMarker> markers(40);
+    std::vector<double> positions(40);
+    for (double& p : positions) p = std::uniform_real_distribution<double>(0.0, 120.0)(rng);
+    std::sort(positions.begin(), positions.end());
+    for (int k = 0; k < 40; ++k) markers[k] = {Numbered("T", k + 1), positions[k]};
+    const auto genotypes = testing::SimulateF2Chromosome(markers, 200, 0.03, seed);
+    std::vector<int> listing(40);
+    std::iota(listing.begin(), listing.end(), 0);
+    std::shuffle(listing.begin(), listing.end(), rng);
+    const std::string file = Numbered("sim", seed) + ".map";
+    WriteText(file, testing::MapInputFile(markers, genotypes, listing, 200));
+    ASSERT_EQ(CheckMap(file), 0);
+
+    // One group of all markers, ordered and rippled with the default settings.
+    int n = 40, groups = 1, state = 1, status = -1;
+    std::vector<int> size{40}, group_status{1}, anchor(40, 0), group(40, 1), order(40);
+    std::vector<float> position(40, 0.0f);
+    std::iota(order.begin(), order.end(), 1);
+    ::setenv("GAENGINE_SEED", "4242", 1);
+    ::testing::internal::CaptureStdout();
+    MAPOrderingAll(104, 2, 2, 1, 5, 3, n, groups, size.data(), group_status.data(), &state,
+                   anchor.data(), group.data(), order.data(), position.data(), &status);
+    ASSERT_EQ(status, 0);
+    MAPRipplingAll(104, 1, 5, n, groups, size.data(), group_status.data(), &state, group.data(),
+                   order.data(), position.data(), &status);
+    ::testing::internal::GetCapturedStdout();
+    ::unsetenv("GAENGINE_SEED");
+    ASSERT_EQ(status, 0);
+    EXPECT_EQ(state, 3);
+    // Map order as true ranks; a map may come out reversed.
+    std::vector<int> ranks;
+    for (int marker : order) ranks.push_back(listing[marker - 1]);
+    if (ranks.front() > ranks.back()) std::reverse(ranks.begin(), ranks.end());
+    EXPECT_GT(Spearman(ranks), 0.98) << "seed " << seed;
+    EXPECT_NEAR(position.back(), positions.back() - positions.front(), 25.0) << "seed " << seed;
+  }
+}
+
+}  // namespace
+}  // namespace gae
+
+namespace gae {
+namespace {
+
+TEST_F(MapRun, HandEditsShowInTheReports) {
+  std::vector<int> anchors;
+  std::vector<std::string> names_of;
+  ASSERT_EQ(CheckMap(kExample, &anchors, &names_of), 0);
+  MapModel map;
+  AllocateMapState(map, 150);
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPGrouping(104, 1, 1, 3.0f, 150, anchors.data(), map.group.data(), &status);
+  RebuildGroupModel(map);
+  MAPOrderingAll(104, 2, 2, 1, 5, 3, 150, map.num_groups, map.group_size.data(), map.group_status.data(),
+                 &map.map_state, anchors.data(), map.group.data(), map.order.data(), map.position.data(), &status);
+  MAPRipplingAll(104, 1, 5, 150, map.num_groups, map.group_size.data(), map.group_status.data(),
+                 &map.map_state, map.group.data(), map.order.data(), map.position.data(), &status);
+  ::testing::internal::GetCapturedStdout();
+  ASSERT_EQ(map.num_groups, 5);
+
+  const int start2 = map.group_size[0], size2 = map.group_size[1];
+  std::vector<int> second(map.order.begin() + start2, map.order.begin() + start2 + size2);
+  const int first_marker = map.order[0];
+  MAPGroupReverse(size2, map.order.data() + start2, map.position.data() + start2);
+  MAPGroupMarkerMove(1, 0, 1, map.num_groups, 150, &map.num_mapped, &map.num_unlinked, &map.num_deleted,
+                     map.group_size.data(), map.group_status.data(), map.group.data(), map.order.data(),
+                     map.position.data());
+  ASSERT_EQ(map.num_deleted, 1);
+
+  std::vector<int> names;
+  for (int g = 1; g <= 5; ++g) {
+    std::string name = Numbered("Chromsome", g);
+    name.resize(19, ' ');
+    for (char c : name) names.push_back(static_cast<unsigned char>(c));
+  }
+  ::testing::internal::CaptureStdout();
+  MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchors.data(), map.num_mapped,
+            map.num_unlinked, 5, names.data(), map.group_size.data(), map.order.data(), map.position.data(),
+            0, 0, 0, 0);
+  ::testing::internal::GetCapturedStdout();
+
+  const auto rows = SumRows("f2_five_chromosomes.sum");
+  EXPECT_EQ(std::count_if(rows.begin(), rows.end(), [](const auto& r) { return r.first == 1; }), 29);
+  std::vector<std::string> shown;
+  for (const auto& [group, name] : rows)
+    if (group == 2) shown.push_back(name);
+  ASSERT_EQ(shown.size(), second.size());
+  for (size_t k = 0; k < shown.size(); ++k) EXPECT_EQ(shown[k], names_of[second[second.size() - 1 - k] - 1]);
+  const std::string sum = ReadText("f2_five_chromosomes.sum");
+  const std::string deleted = sum.substr(sum.find("DeletedMarkerID"));
+  EXPECT_THAT(deleted, HasSubstr(names_of[first_marker - 1]));
+  EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.lod"));  // its switch was off
+}
+
+}  // namespace
+}  // namespace gae

@@ -1,0 +1,211 @@
+#include "report/map_reports.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+#include <vector>
+
+#include "frame/pair_index.h"
+
+namespace gae {
+namespace {
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::stringstream in(text);
+  std::string line;
+  while (std::getline(in, line)) lines.push_back(line);
+  return lines;
+}
+
+std::string Blanks(int n) { return std::string(n, ' '); }
+std::string Name35(const std::string& s) { return s + Blanks(35 - static_cast<int>(s.size())); }
+std::string Name19(const std::string& s) { return s + Blanks(19 - static_cast<int>(s.size())); }
+double Field(const std::string& line, int start, int width) { return std::stod(line.substr(start, width)); }
+
+// An in-memory pairwise store whose frequencies the test chooses pair by pair.
+struct Store {
+  explicit Store(int m) : words(2 * PairCount(m), 0.0f) {}
+  void Set(int i, int j, float lod, float r) {
+    words[2 * (GroupPairIndex(i, j) - 1)] = -lod;
+    words[2 * (GroupPairIndex(i, j) - 1) + 1] = r;
+  }
+  PairTable Table(int mapping_function) const {
+    PairTable t;
+    t.records = words.data();
+    t.num_records = static_cast<int64_t>(words.size() / 2);
+    t.mapping_function = mapping_function;
+    return t;
+  }
+  std::vector<float> words;
+};
+
+// Seven markers of an F2: chromosome "Chr1" holds 3, 1, 5; "Chr2" is empty; "Chr3" holds 7;
+// markers 2 and 4 are unlinked and 6 is deleted.
+MapLayout SmallMap() {
+  MapLayout map;
+  map.population_type = 7;
+  map.mapping_function = 1;
+  map.num_individuals = 4;
+  for (const char* name : {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", "M2", "M3", "M4", "M5", "M6", "M7"})
+    map.marker_names.push_back(Name35(name));
+  map.marker_class = {1, 1, 12, 1, 10, 1, 1};
+  map.types = {'A', 'H', 'H', 'B',  'A', 'A', 'A', 'A',  'D', 'D', 'B', 'X',  'A', 'H', 'B', 'X',
+               'A', 'R', 'R', 'R',  'H', 'H', 'H', 'H',  'A', 'H', 'H', 'B'};
+  map.num_markers = 7;
+  map.num_mapped = 4;
+  map.num_unlinked = 2;
+  map.anchor = {0, 0, 2, 0, 0, 0, 9};
+  map.chromosome_names = {Name19("Chr1"), Name19("Chr2"), Name19("Chr3")};
+  map.chromosome_sizes = {3, 0, 1};
+  map.order = {3, 1, 5, 7, 2, 4, 6};
+  map.position = {0.0f, 10.5f, 25.25f, 1e17f};
+  return map;
+}
+
+Store SmallStore() {
+  Store s(7);
+  s.Set(1, 3, 8.0f, 0.1f);
+  s.Set(5, 1, 6.0f, 0.2f);
+  s.Set(3, 5, 5.0f, 0.25f);
+  return s;
+}
+
+TEST(MapReports, SumRowsCarryIntervalsFrequenciesAndInterference) {
+  const MapLayout map = SmallMap();
+  const Store store = SmallStore();
+  const std::vector<std::string> lines = Lines(SumReport(map, store.Table(1)));
+  ASSERT_EQ(lines.size(), 1u + 4 + 1 + 1 + 3 + 1 + 1 + 1 + 2 + 1 + 1 + 1);
+  EXPECT_EQ(lines[0], Blanks(9) + "ChromsomeID" + Blanks(6) + "ChromosomeName" + Blanks(10) + "MarkerName" +
+                          Blanks(8) + "Interval(cM)" + Blanks(8) + "Position(cM)" + Blanks(6) +
+                          "RecomFrequency" + Blanks(8) + "Interference");
+  // The first marker of a chromosome: no interval, frequency one half, no interference.
+  EXPECT_EQ(lines[1], Blanks(19) + "1" + Blanks(16) + "Chr1" + " " + Blanks(17) + "M3" + Blanks(14) +
+                          "0.0000" + Blanks(14) + "0.0000" + Blanks(14) + "0.5000" + Blanks(14) + "0.0000");
+  // A name longer than 19 characters keeps its first 19 here.
+  EXPECT_EQ(lines[2].substr(41, 19), "ABCDEFGHIJKLMNOPQRS");
+  EXPECT_NEAR(Field(lines[2], 60, 20), 10.5, 1e-9);
+  EXPECT_NEAR(Field(lines[2], 100, 20), 0.1, 1e-9);
+  // Between markers 3 and 5: 1 - (0.1 + 0.2 - 0.25) / (2 x 0.1 x 0.2) = -0.25.
+  EXPECT_NEAR(Field(lines[2], 120, 20), -0.25, 1e-4);
+  EXPECT_NEAR(Field(lines[3], 60, 20), 14.75, 1e-9);
+  EXPECT_NEAR(Field(lines[3], 100, 20), 0.2, 1e-9);
+  EXPECT_NEAR(Field(lines[3], 120, 20), 0.0, 1e-9);  // the last marker
+  // A one-marker chromosome, and a position too wide for its field.
+  EXPECT_EQ(lines[4].substr(0, 20), Blanks(19) + "3");
+  EXPECT_EQ(lines[4].substr(80, 20), std::string(20, '*'));
+  EXPECT_EQ(lines[5], "");
+  // The chromosome table lists the empty chromosome too; lengths ignore the gaps between them.
+  EXPECT_EQ(lines[7], Blanks(19) + "1" + " " + Blanks(15) + "Chr1" + Blanks(19) + "3" + Blanks(13) + "25.2500");
+  EXPECT_EQ(lines[8].substr(40, 40), Blanks(19) + "0" + Blanks(14) + "0.0000");
+  EXPECT_EQ(lines[9].substr(40, 40), Blanks(19) + "1" + Blanks(14) + "0.0000");
+  EXPECT_EQ(lines[10], Blanks(9) + "WholeGenome" + Blanks(9) + "WholeGenome" + Blanks(19) + "4" + Blanks(13) + "25.2500");
+  EXPECT_EQ(lines[12], Blanks(4) + "UnlinkedMarkerID" + Blanks(10) + "MarkerName");
+  EXPECT_EQ(lines[13], Blanks(19) + "2" + " " + Blanks(17) + "M2");
+  EXPECT_EQ(lines[14], Blanks(19) + "4" + " " + Blanks(17) + "M4");
+  EXPECT_EQ(lines[16], Blanks(5) + "DeletedMarkerID" + Blanks(10) + "MarkerName");
+  EXPECT_EQ(lines[17], Blanks(19) + "6" + " " + Blanks(17) + "M6");
+}
+
+TEST(MapReports, AChromosomeOfTwoMarkersHasNoInterference) {
+  MapLayout map = SmallMap();
+  map.chromosome_sizes = {2, 2, 0};
+  map.position = {0.0f, 10.5f, 0.0f, 7.0f};
+  const std::vector<std::string> lines = Lines(SumReport(map, SmallStore().Table(1)));
+  for (int row = 1; row <= 4; ++row) EXPECT_NEAR(Field(lines[row], 120, 20), 0.0, 1e-9) << row;
+  EXPECT_NEAR(Field(lines[2], 100, 20), 0.1, 1e-9);
+  EXPECT_NEAR(Field(lines[8], 60, 20), 7.0, 1e-9);  // the second chromosome's length
+}
+
+TEST(MapReports, InterferenceVanishesAtTheLimitAndCanBeNegative) {
+  EXPECT_EQ(Interference(0.000001f, 1.0f, 0.3f), 0.0f);  // r1 r2 exactly at the limit
+  // Just above the limit it is computed (in single precision, hence the loose bound).
+  EXPECT_NEAR(Interference(0.000002f, 1.0f, 1.0f), 1.0 - 0.000002 / 0.000004, 0.01);
+  EXPECT_NEAR(Interference(0.1f, 0.2f, 0.25f), -0.25, 1e-5);
+  EXPECT_NEAR(Interference(0.1f, 0.1f, 0.18f), 0.0, 1e-5);  // no interference: r13 = r12 + r23 - 2 r12 r23
+}
+
+TEST(MapReports, MtpRowsCountGenotypesAndKeepTheLaggingChromosomeNumber) {
+  const MapLayout map = SmallMap();
+  const std::vector<std::string> lines = Lines(MtpReport(map));
+  ASSERT_EQ(lines.size(), 5u);
+  EXPECT_EQ(lines[0].substr(0, 60), Blanks(1) + "NewMarkerID" + Blanks(2) + "OriginalID" + " " + Blanks(25) + "MarkerName");
+  EXPECT_EQ(lines[0].substr(60), Blanks(6) + "Anchor" + Blanks(3) + "Chromsome" + Blanks(4) + "Posotion" +
+                                     Blanks(2) + "Size(2/12)" + Blanks(5) + "Size(1)" + Blanks(2) + "Size(0/10)" +
+                                     Blanks(4) + "Size(-1)" + Blanks(2) + "Chi-Square" + Blanks(4) + "Pr>ChiSq" +
+                                     Blanks(5) + "HetBand");
+  // Marker 3 is dominant: D D B X gives 2 in the P1 class, 1 P2, 1 missing.
+  EXPECT_EQ(lines[1].substr(0, 60), Blanks(11) + "1" + Blanks(11) + "3" + " " + Blanks(33) + "M3");
+  EXPECT_EQ(lines[1].substr(60, 36), Blanks(11) + "2" + Blanks(11) + "1" + Blanks(6) + "0.0000");
+  EXPECT_EQ(lines[1].substr(96, 48), Blanks(11) + "2" + Blanks(11) + "0" + Blanks(11) + "1" + Blanks(11) + "1");
+  // 3:1 expected of 3 individuals: (2 - 2.25)^2 / 2.25 + (1 - 0.75)^2 / 0.75 = 1/9.
+  EXPECT_NEAR(Field(lines[1], 144, 12), 1.0 / 9, 1e-4);
+  EXPECT_NEAR(Field(lines[1], 156, 12), std::erfc(std::sqrt(1.0 / 18)), 1e-4);
+  EXPECT_EQ(lines[1].substr(168), Blanks(4) + "Dominant");
+  // The whole name, and the other marker classes.
+  EXPECT_EQ(lines[2].substr(25, 35), Blanks(9) + "ABCDEFGHIJKLMNOPQRSTUVWXYZ");
+  EXPECT_EQ(lines[2].substr(168), Blanks(2) + "Codominant");
+  EXPECT_EQ(lines[3].substr(168), Blanks(3) + "Recessive");
+  // After the empty second chromosome the counter lags: marker 7 lies on chromosome 3 but is
+  // numbered 2. Its anchor prints, and its position overflows to asterisks.
+  EXPECT_EQ(lines[4].substr(60, 24), Blanks(11) + "9" + Blanks(11) + "2");
+  EXPECT_EQ(lines[4].substr(84, 12), std::string(12, '*'));
+}
+
+TEST(MapReports, NoHeterozygoteClassWordOutsideThePopulationsThatShowOne) {
+  MapLayout map = SmallMap();
+  map.population_type = 4;
+  for (char& c : map.types)
+    if (c != 'A' && c != 'B') c = 'X';
+  const std::vector<std::string> lines = Lines(MtpReport(map));
+  for (size_t k = 1; k < lines.size(); ++k) EXPECT_EQ(lines[k].substr(168), Blanks(10) + "NA");
+}
+
+TEST(MapReports, MatricesHoldTheLowerTriangleOfTheFirstHundredMarkers) {
+  MapLayout map;
+  map.population_type = 7;
+  map.mapping_function = 2;
+  map.num_individuals = 1;
+  map.num_markers = 150;
+  map.num_mapped = 150;
+  Store store(150);
+  for (int m = 1; m <= 150; ++m) {
+    std::string name = std::to_string(m);
+    name.insert(name.begin(), 'K');
+    map.marker_names.push_back(Name35(name));
+    map.marker_class.push_back(1);
+    map.types.push_back('A');
+    map.anchor.push_back(m % 4);
+    map.order.push_back(151 - m);
+    map.position.push_back(static_cast<float>(m));
+    for (int j = 1; j < m; ++j) store.Set(m, j, 0.5f * (m + j), j == 1 ? 0.5f : 0.001f * (m - j));
+  }
+  map.chromosome_names = {Name19("Chromsome1")};
+  map.chromosome_sizes = {150};
+  const PairTable table = store.Table(2);
+  const std::vector<std::string> lod = Lines(PairMatrixReport(map, table, PairMatrix::kLod));
+  const std::vector<std::string> rec = Lines(PairMatrixReport(map, table, PairMatrix::kRec));
+  const std::vector<std::string> dis = Lines(PairMatrixReport(map, table, PairMatrix::kDis));
+  ASSERT_EQ(lod.size(), 101u);
+  ASSERT_EQ(dis.size(), 101u);
+  EXPECT_EQ(lod[0].size(), 60u + 12 * 100);
+  EXPECT_EQ(lod[0].substr(0, 60), Blanks(1) + "NewMarkerID" + Blanks(26) + "MarkerName" + Blanks(6) + "Anchor");
+  EXPECT_EQ(lod[0].substr(60 + 12 * 99), Blanks(9) + "100");
+  EXPECT_EQ(lod[1], Blanks(11) + "1" + " " + Blanks(31) + "K150" + Blanks(11) + "2");  // no diagonal
+  // Row 3 is marker 148 against markers 150 and 149.
+  EXPECT_EQ(lod[3].size(), 60u + 24);
+  EXPECT_NEAR(Field(lod[3], 60, 12), 0.5 * (150 + 148), 1e-4);
+  EXPECT_NEAR(Field(rec[3], 72, 12), 0.001, 1e-6);
+  EXPECT_NEAR(Field(dis[3], 72, 12), -50 * std::log(1 - 2 * 0.001), 1e-4);
+  EXPECT_EQ(rec[100].size(), 60u + 12 * 99);
+  // Marker 1 is never among the first hundred; a frequency of one half would read 1000.0000.
+  MapLayout reversed = map;
+  for (int m = 0; m < 150; ++m) reversed.order[m] = m + 1;
+  const std::vector<std::string> d = Lines(PairMatrixReport(reversed, table, PairMatrix::kDis));
+  EXPECT_EQ(d[2].substr(60), Blanks(3) + "1000.0000");
+}
+
+}  // namespace
+}  // namespace gae

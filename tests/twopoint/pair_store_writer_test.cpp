@@ -1,0 +1,109 @@
+#include "twopoint/pair_store_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "frame/pair_index.h"
+#include "support/temp_dir.h"
+#include "twopoint/genotype_planes.h"
+
+namespace gae {
+namespace {
+
+class PairStoreWriting : public testing::InTempDir {};
+
+TEST(PairStoreNames, StemLosesItsLastFourCharacters) {
+  EXPECT_EQ(PairStoreName("data/f2.map"), "data/f2.LRD");
+  EXPECT_EQ(PairStoreName("f2.mapx"), "f2..LRD");
+  EXPECT_EQ(PairStoreName(".map"), ".LRD");
+  EXPECT_EQ(PairStoreName("ab"), ".LRD");
+}
+
+TEST(PairStoreRecords, RecordNumbersMapBackToTheirPairs) {
+  for (int64_t i = 2; i <= 300; ++i) {
+    for (int64_t j = 1; j < i; ++j) {
+      int64_t a = 0, b = 0;
+      PairOfRecord(GroupPairIndex(i, j), a, b);
+      ASSERT_EQ(a, i);
+      ASSERT_EQ(b, j);
+    }
+  }
+  int64_t a = 0, b = 0;
+  PairOfRecord(PairCount(65536), a, b);  // the last record of a very large project
+  EXPECT_EQ(a, 65536);
+  EXPECT_EQ(b, 65535);
+}
+
+TEST(GenotypePlaneCounts, EqualTheLiteralCountOverIndividuals) {
+  std::mt19937 rng(3);
+  const char letters[] = {'A', 'H', 'B', 'D', 'R', 'X', '?'};
+  for (int n : {1, 63, 64, 65, 300}) {
+    const int m = 6;
+    std::vector<char> types(static_cast<size_t>(n) * m);
+    for (char& c : types) c = letters[rng() % 7];
+    const GenotypePlanes planes(types.data(), m, n);
+    auto row = [](char c) { return c == 'A' ? 0 : (c == 'H' || c == 'D' || c == 'R') ? 1 : c == 'B' ? 2 : -1; };
+    for (int i = 1; i <= m; ++i) {
+      for (int j = 1; j <= m; ++j) {
+        float expected[9] = {};
+        for (int k = 0; k < n; ++k) {
+          const int r = row(types[(i - 1) * n + k]), c = row(types[(j - 1) * n + k]);
+          if (r >= 0 && c >= 0) expected[3 * r + c] += 1.0f;
+        }
+        float cells[9];
+        planes.Count(i, j, cells);
+        for (int c = 0; c < 9; ++c) ASSERT_EQ(cells[c], expected[c]) << n << " " << i << " " << j;
+      }
+    }
+  }
+}
+
+TEST_F(PairStoreWriting, BlocksOnAnyNumberOfThreadsGiveTheSameBytesInRecordOrder) {
+  auto run = [](int threads, int64_t block) {
+    PairStoreJob job;
+    job.lrd_name = "t.LRD";
+    job.num_markers = 57;
+    job.threads = threads;
+    job.block_records = block;
+    job.estimate = [](int64_t i, int64_t j, float* record) {
+      record[0] = static_cast<float>(i);
+      record[1] = static_cast<float>(j);
+    };
+    std::vector<int64_t> seen;
+    job.inspect = [&](int64_t i, int64_t j, const float*) { seen.push_back(GroupPairIndex(i, j)); };
+    EXPECT_TRUE(WritePairStore(job));
+    for (size_t k = 0; k < seen.size(); ++k) EXPECT_EQ(seen[k], static_cast<int64_t>(k + 1));
+    return testing::ReadText("t.LRD");
+  };
+  const std::string one = run(1, 1 << 18);
+  ASSERT_EQ(one.size(), 8u * PairCount(57));
+  for (int64_t k = 1; k <= PairCount(57); ++k) {
+    float record[2];
+    std::memcpy(record, one.data() + (k - 1) * 8, 8);
+    int64_t i = 0, j = 0;
+    PairOfRecord(k, i, j);
+    ASSERT_EQ(record[0], static_cast<float>(i));
+    ASSERT_EQ(record[1], static_cast<float>(j));
+  }
+  EXPECT_EQ(run(4, 7), one);
+  EXPECT_EQ(run(3, 1000), one);
+}
+
+TEST_F(PairStoreWriting, OnlyAFileOfExactlyAllRecordsIsComplete) {
+  EXPECT_FALSE(PairStoreIsComplete("none.LRD", 4, 2));
+  testing::WriteText("a.LRD", std::string(6 * 8, 'x'));
+  EXPECT_TRUE(PairStoreIsComplete("a.LRD", 4, 2));
+  EXPECT_FALSE(PairStoreIsComplete("a.LRD", 5, 2));
+  EXPECT_FALSE(PairStoreIsComplete("a.LRD", 3, 2));
+  EXPECT_FALSE(PairStoreIsComplete("a.LRD", 4, 7));
+  testing::WriteText("b.LRD", std::string(6 * 8 + 3, 'x'));  // a broken last record does not count
+  EXPECT_TRUE(PairStoreIsComplete("b.LRD", 4, 2));
+  testing::WriteText("c.LRD", "");
+  EXPECT_FALSE(PairStoreIsComplete("c.LRD", 1, 2));  // one marker: record 0 does not exist
+}
+
+}  // namespace
+}  // namespace gae
