@@ -65,89 +65,6 @@ GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* M
                            int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
                            int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
 
-/* ---- Output ------------------------------------------------------------------------------ */
-
-/* Writes the reports of a finished bi-parental map beside the input file, each named by the
- * input path less its last four characters plus a suffix (an existing file is replaced):
- * .sum (the map, the chromosome table, unlinked and deleted markers) and .mtp (the marker
- * table) always; .lod, .rec, .dis (the pairwise LOD, frequency and distance matrices of the
- * first 100 markers of the map order) by their switches; and, with the QTL switch, the input
- * files of the QTL tools. The input file is read again for names and genotypes, and the
- * pairwise file of the last CheckErrorMAP of this process supplies the pair values.
- *   NumMarkers      all markers of the file
- *   Anchor          [NumMarkers] anchor value of each marker, by its number in the file
- *   NumMapped       markers on the chromosomes (linked)
- *   NumUnlinked     unlinked markers; the rest (NumMarkers - NumMapped - NumUnlinked) are deleted
- *   NumGroups       number of chromosomes (linkage groups)
- *   GroupNameCodes  [NumGroups x 19] chromosome names as character codes, a name's 19
- *                   characters one after another
- *   GroupSize       [NumGroups] markers on each chromosome
- *   Order           [NumMarkers] marker numbers: the linked markers chromosome by chromosome in
- *                   map order, then the unlinked ones, then the deleted ones
- *   Position        [NumMapped] position of each linked marker in cM, parallel to Order
- *   WriteLOD, WriteREC, WriteDIS, WriteQTLFiles
- *                   switches, on when 1
- * There is no Status: a file that cannot be read again is reported on standard output and
- * in the log of a run that holds one, and nothing is written. */
-GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
-                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
-                       const int* GroupSize, const int* Order, const float* Position,
-                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
-/* ---- Hand editing of a grouped or ordered map ------------------------------------------- */
-/* These work in place on the caller's group model, the arrays that the grouping, ordering
- * and rippling steps fill:
- *  - `GroupSize`, `GroupStatus`: by group (1 grouped, 2 ordered, 3 rippled), `NumGroups` each;
- *  - `Group`: by marker (input order), the marker's group, 0 unlinked, -1 deleted;
- *  - `Order`: the marker numbers in map order, in three blocks: the groups one after the other,
- *    then the `NumUnlinked` unlinked markers, then the `NumDeleted` deleted markers;
- *  - `Position`: parallel to `Order`, a marker's distance (cM) from the first marker of its
- *    group, 0 throughout a group that has not been ordered.
- * They open no log and set no status: a request that names nothing valid changes nothing.
- * Distances of markers that become neighbours in an ordered group are read from the pairwise
- * file of this process's last successful CheckError call (the recombination frequency through
- * the project's mapping function); without that file such an edit changes nothing. No edit
- * changes `GroupStatus` or the number of groups; a group emptied by edits stays, empty, until
- * `MapGroupCheck` closes the gap. */
-
-/* Moves group `GroupID` one place along the map.
- *  GroupID      group to move, 1..NumGroups
- *  Direction    1: exchange it with the group before it (nothing for group 1);
- *               2: exchange it with the group after it (nothing for the last group)
- *  NumGroups    number of groups
- *  NumMarkers   number of markers, the length of Group, Order, Position
- *  GroupSize, GroupStatus, Group, Order, Position   the group model, updated: the two groups
- *               exchange their blocks (positions travel with their markers), sizes, statuses
- *               and numbers. */
-GAE_API void MAPGroupMove(int GroupID, int Direction, int NumGroups, int NumMarkers,
-                          int* GroupSize, int* GroupStatus, int* Group, int* Order,
-                          float* Position);
-
-/* Turns one group round.
- *  GroupMarkers   number of markers in the group; below 2 nothing happens
- *  GroupOrder     the group's slice of Order (GroupMarkers entries), reversed in place
- *  GroupPosition  the group's slice of Position: each position p becomes T - p, T being the
- *                 old last position, and the slice is reversed with the markers. */
-GAE_API void MAPGroupReverse(int GroupMarkers, int* GroupOrder, float* GroupPosition);
-
-/* Moves one marker.
- *  OrderIndex   the marker's index in the whole of Order, 1..NumMarkers
- *  TargetGroup  1..NumGroups: that group; NumGroups+1: the unlinked block; any other number
- *               (0 for instance): the deleted block
- *  PlaceMode    inside the marker's own group: 1 one place up, 2 one place down, 3 to the end
- *               of the group, 4 to the place that makes the group shortest; into another
- *               group the marker joins at the end, and with 4 then goes to its best place
- *  NumGroups    number of groups
- *  NumMarkers   number of markers
- *  NumMapped, NumUnlinked, NumDeleted   the block counts, updated
- *  GroupSize, GroupStatus, Group, Order, Position   the group model, updated.
- * A marker that leaves the first place of an ordered group leaves the remaining positions
- * where they stood: each remaining marker shows the position of the one before it until the
- * group is ordered again. A marker that joins an empty group is placed at 0. */
-GAE_API void MAPGroupMarkerMove(int OrderIndex, int TargetGroup, int PlaceMode, int NumGroups,
-                                int NumMarkers, int* NumMapped, int* NumUnlinked, int* NumDeleted,
-                                int* GroupSize, int* GroupStatus, int* Group, int* Order,
-                                float* Position);
-
 /* ---- Input checks of the QTL and analysis tools --------------------------------------- */
 
 /* Each reads the whole input file of its tool and checks it: `Status` comes back 0 for a good
@@ -189,34 +106,7 @@ GAE_API void GSPFindNumTraits(int PathLen, const char* Path, int* NumTraits, int
  *   ErrorFlag         out: logical flag, bit 0 set on failure */
 GAE_API void GSPFindTraitName(int PathLen, const char* Path, int NumTraits, int* Names,
                               int* FirstHeaderValue, int* ErrorFlag);
-/* ---- Two-point calculator: one table of a marker pair, typed in by hand ------------------ */
 
-/* Estimates the recombination frequency of one marker pair of a bi-parental population from
- * its 3 x 3 table of genotype classes, with its LOD score, the test of linkage and the map
- * distance. Opens no log and never fails.
- *
- *  PairCode        the kinds of the two markers written side by side: 1 co-dominant,
- *                  12 dominant, 10 recessive (11, 112, 110, 121, 1212, 1210, 101, 1012, 1010).
- *  PopulationType  1 to 20: 1 P1BC1F1, 2 P2BC1F1, 3 F1DH, 4 RIL, 5 P1BC1RIL, 6 P2BC1RIL,
- *                  7 F2, 8 F3, 9 P1BC2F1, 10 P2BC2F1, 11 P1BC2RIL, 12 P2BC2RIL, 13 P1BC1F2,
- *                  14 P2BC1F2, 15 P1BC2F2, 16 P2BC2F2, 17 P1BC1DH, 18 P2BC1DH, 19 P1BC2DH,
- *                  20 P2BC2DH. Dominant and recessive markers occur in 7, 8 and 13 to 16 only.
- *  Cells           nine counts N1..N9, row by row: rows are the first marker's genotype (P1
- *                  type A; heterozygote H, or D / R for a dominant / recessive marker; P2
- *                  type B), columns the second marker's, cell = 3 (row - 1) + column.
- *  RecFreq         the estimate, 0 to 1; above 0.5 the markers are linked in the exchanged
- *                  phase. An empty table (no count above 0) gives 0.5. An unknown population
- *                  type or pair code gives NaN.
- *  StdErr          its standard error from the observed information, 0 where undefined.
- *  LOD             log10 likelihood ratio against r = 0.5; may be negative.
- *  PValue          1 - F(2 ln(10) LOD), F the chi-square distribution with 1 degree of
- *                  freedom; 1 for a LOD at or below 0.
- *  HaldaneCM       map distance in centiMorgans by Haldane's function; 1000 means unlinked.
- *  KosambiCM       the same by Kosambi's function.
- * Output pointers that are NULL are skipped; a NULL Cells counts as an empty table. */
-GAE_API void ToolTwoPointREC(int PairCode, int PopulationType, const float* Cells, float* RecFreq,
-                             float* StdErr, float* LOD, float* PValue, float* HaldaneCM,
-                             float* KosambiCM);
 /* ---- Map engine: grouping, ordering and rippling on the caller's arrays ------------------
  *
  * These run after a successful CheckError export of the same process: they read the pairwise
@@ -329,6 +219,90 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
 GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
                          int* GroupOrder, float* GroupPosition, int* Status);
 
+/* ---- Hand editing of a grouped or ordered map ------------------------------------------- */
+/* These work in place on the caller's group model, the arrays that the grouping, ordering
+ * and rippling steps fill:
+ *  - `GroupSize`, `GroupStatus`: by group (1 grouped, 2 ordered, 3 rippled), `NumGroups` each;
+ *  - `Group`: by marker (input order), the marker's group, 0 unlinked, -1 deleted;
+ *  - `Order`: the marker numbers in map order, in three blocks: the groups one after the other,
+ *    then the `NumUnlinked` unlinked markers, then the `NumDeleted` deleted markers;
+ *  - `Position`: parallel to `Order`, a marker's distance (cM) from the first marker of its
+ *    group, 0 throughout a group that has not been ordered.
+ * They open no log and set no status: a request that names nothing valid changes nothing.
+ * Distances of markers that become neighbours in an ordered group are read from the pairwise
+ * file of this process's last successful CheckError call (the recombination frequency through
+ * the project's mapping function); without that file such an edit changes nothing. No edit
+ * changes `GroupStatus` or the number of groups; a group emptied by edits stays, empty, until
+ * `MapGroupCheck` closes the gap. */
+
+/* Moves group `GroupID` one place along the map.
+ *  GroupID      group to move, 1..NumGroups
+ *  Direction    1: exchange it with the group before it (nothing for group 1);
+ *               2: exchange it with the group after it (nothing for the last group)
+ *  NumGroups    number of groups
+ *  NumMarkers   number of markers, the length of Group, Order, Position
+ *  GroupSize, GroupStatus, Group, Order, Position   the group model, updated: the two groups
+ *               exchange their blocks (positions travel with their markers), sizes, statuses
+ *               and numbers. */
+GAE_API void MAPGroupMove(int GroupID, int Direction, int NumGroups, int NumMarkers,
+                          int* GroupSize, int* GroupStatus, int* Group, int* Order,
+                          float* Position);
+
+/* Turns one group round.
+ *  GroupMarkers   number of markers in the group; below 2 nothing happens
+ *  GroupOrder     the group's slice of Order (GroupMarkers entries), reversed in place
+ *  GroupPosition  the group's slice of Position: each position p becomes T - p, T being the
+ *                 old last position, and the slice is reversed with the markers. */
+GAE_API void MAPGroupReverse(int GroupMarkers, int* GroupOrder, float* GroupPosition);
+
+/* Moves one marker.
+ *  OrderIndex   the marker's index in the whole of Order, 1..NumMarkers
+ *  TargetGroup  1..NumGroups: that group; NumGroups+1: the unlinked block; any other number
+ *               (0 for instance): the deleted block
+ *  PlaceMode    inside the marker's own group: 1 one place up, 2 one place down, 3 to the end
+ *               of the group, 4 to the place that makes the group shortest; into another
+ *               group the marker joins at the end, and with 4 then goes to its best place
+ *  NumGroups    number of groups
+ *  NumMarkers   number of markers
+ *  NumMapped, NumUnlinked, NumDeleted   the block counts, updated
+ *  GroupSize, GroupStatus, Group, Order, Position   the group model, updated.
+ * A marker that leaves the first place of an ordered group leaves the remaining positions
+ * where they stood: each remaining marker shows the position of the one before it until the
+ * group is ordered again. A marker that joins an empty group is placed at 0. */
+GAE_API void MAPGroupMarkerMove(int OrderIndex, int TargetGroup, int PlaceMode, int NumGroups,
+                                int NumMarkers, int* NumMapped, int* NumUnlinked, int* NumDeleted,
+                                int* GroupSize, int* GroupStatus, int* Group, int* Order,
+                                float* Position);
+
+/* ---- Output ------------------------------------------------------------------------------ */
+
+/* Writes the reports of a finished bi-parental map beside the input file, each named by the
+ * input path less its last four characters plus a suffix (an existing file is replaced):
+ * .sum (the map, the chromosome table, unlinked and deleted markers) and .mtp (the marker
+ * table) always; .lod, .rec, .dis (the pairwise LOD, frequency and distance matrices of the
+ * first 100 markers of the map order) by their switches; and, with the QTL switch, the input
+ * files of the QTL tools. The input file is read again for names and genotypes, and the
+ * pairwise file of the last CheckErrorMAP of this process supplies the pair values.
+ *   NumMarkers      all markers of the file
+ *   Anchor          [NumMarkers] anchor value of each marker, by its number in the file
+ *   NumMapped       markers on the chromosomes (linked)
+ *   NumUnlinked     unlinked markers; the rest (NumMarkers - NumMapped - NumUnlinked) are deleted
+ *   NumGroups       number of chromosomes (linkage groups)
+ *   GroupNameCodes  [NumGroups x 19] chromosome names as character codes, a name's 19
+ *                   characters one after another
+ *   GroupSize       [NumGroups] markers on each chromosome
+ *   Order           [NumMarkers] marker numbers: the linked markers chromosome by chromosome in
+ *                   map order, then the unlinked ones, then the deleted ones
+ *   Position        [NumMapped] position of each linked marker in cM, parallel to Order
+ *   WriteLOD, WriteREC, WriteDIS, WriteQTLFiles
+ *                   switches, on when 1
+ * There is no Status: a file that cannot be read again is reported on standard output and
+ * in the log of a run that holds one, and nothing is written. */
+GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+
 /* ---- The whole run ----------------------------------------------------------------------- */
 
 /* Builds a linkage map from one MAP input file with the settled defaults and writes every
@@ -339,6 +313,35 @@ GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMark
  * <stem>EC.map. The stages log to MAP.log in the current folder.
  *   Status   0, or the code of the error that stopped the run */
 GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
+
+/* ---- Two-point calculator: one table of a marker pair, typed in by hand ------------------ */
+
+/* Estimates the recombination frequency of one marker pair of a bi-parental population from
+ * its 3 x 3 table of genotype classes, with its LOD score, the test of linkage and the map
+ * distance. Opens no log and never fails.
+ *
+ *  PairCode        the kinds of the two markers written side by side: 1 co-dominant,
+ *                  12 dominant, 10 recessive (11, 112, 110, 121, 1212, 1210, 101, 1012, 1010).
+ *  PopulationType  1 to 20: 1 P1BC1F1, 2 P2BC1F1, 3 F1DH, 4 RIL, 5 P1BC1RIL, 6 P2BC1RIL,
+ *                  7 F2, 8 F3, 9 P1BC2F1, 10 P2BC2F1, 11 P1BC2RIL, 12 P2BC2RIL, 13 P1BC1F2,
+ *                  14 P2BC1F2, 15 P1BC2F2, 16 P2BC2F2, 17 P1BC1DH, 18 P2BC1DH, 19 P1BC2DH,
+ *                  20 P2BC2DH. Dominant and recessive markers occur in 7, 8 and 13 to 16 only.
+ *  Cells           nine counts N1..N9, row by row: rows are the first marker's genotype (P1
+ *                  type A; heterozygote H, or D / R for a dominant / recessive marker; P2
+ *                  type B), columns the second marker's, cell = 3 (row - 1) + column.
+ *  RecFreq         the estimate, 0 to 1; above 0.5 the markers are linked in the exchanged
+ *                  phase. An empty table (no count above 0) gives 0.5. An unknown population
+ *                  type or pair code gives NaN.
+ *  StdErr          its standard error from the observed information, 0 where undefined.
+ *  LOD             log10 likelihood ratio against r = 0.5; may be negative.
+ *  PValue          1 - F(2 ln(10) LOD), F the chi-square distribution with 1 degree of
+ *                  freedom; 1 for a LOD at or below 0.
+ *  HaldaneCM       map distance in centiMorgans by Haldane's function; 1000 means unlinked.
+ *  KosambiCM       the same by Kosambi's function.
+ * Output pointers that are NULL are skipped; a NULL Cells counts as an empty table. */
+GAE_API void ToolTwoPointREC(int PairCode, int PopulationType, const float* Cells, float* RecFreq,
+                             float* StdErr, float* LOD, float* PValue, float* HaldaneCM,
+                             float* KosambiCM);
 
 #ifdef __cplusplus
 }
