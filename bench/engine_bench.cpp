@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "engine/map_state.h"
 #include "engine/order_group.h"
 #include "engine/rippling.h"
@@ -75,6 +76,7 @@ void BM_Grouping(benchmark::State& state, int method, float threshold) {
   std::vector<int> anchor(static_cast<std::size_t>(markers), 0), group(static_cast<std::size_t>(markers));
   int status = 0;
   for (auto _ : state) {
+    gae::bench::QuietStdout quiet;
     MAPGrouping(0, method, 1, threshold, markers, anchor.data(), group.data(), &status);
     benchmark::DoNotOptimize(group.data());
   }

@@ -1,9 +1,7 @@
 // The whole CheckErrorMAP call on big marker sets: reading, checking and the pairwise file of
 // an F2 of 300 individuals with co-dominant markers and 3% missing scores.
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
@@ -11,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "frame/check_error_map.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -41,25 +40,6 @@ std::string WriteF2File(int markers, int individuals) {
   return path;
 }
 
-// The library's own lines would interleave with the benchmark table.
-class QuietStdout {
- public:
-  QuietStdout() : saved_(::dup(STDOUT_FILENO)) {
-    std::fflush(stdout);
-    const int null = ::open("/dev/null", O_WRONLY);
-    ::dup2(null, STDOUT_FILENO);
-    ::close(null);
-  }
-  ~QuietStdout() {
-    std::fflush(stdout);
-    ::dup2(saved_, STDOUT_FILENO);
-    ::close(saved_);
-  }
-
- private:
-  int saved_;
-};
-
 void BM_CheckErrorMapF2(benchmark::State& state) {
   const int markers = static_cast<int>(state.range(0));
   const std::string path = WriteF2File(markers, 300);
@@ -73,7 +53,7 @@ void BM_CheckErrorMapF2(benchmark::State& state) {
     std::remove(lrd.c_str());
     int status = -1;
     {
-      QuietStdout quiet;
+      gae::bench::QuietStdout quiet;
       gae::CheckErrorMapEntry(static_cast<int>(path.size()), path.data(), out, &status,
                               gae::PairStoreThreads());
     }
