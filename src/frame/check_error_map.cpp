@@ -45,6 +45,17 @@ void CopyOut(const MapToolInput& data, const MapCheckArrays& out) {
 
 }  // namespace
 
+bool WriteMapPairwiseFile(const std::string& path, const MapToolInput& data, int threads) {
+  BiparentalMarkers markers;
+  markers.population_type = data.population_type;
+  markers.mapping_function = data.mapping_function;
+  markers.num_markers = data.num_markers;
+  markers.num_individuals = data.population_size;
+  markers.kinds = data.markers.categories.data();
+  markers.types = data.markers.types.data();
+  return MAPPairwiseFile(path, markers, threads);
+}
+
 void CheckErrorMapEntry(int path_len, const char* path, const MapCheckArrays& out, int* status,
                         int threads) {
   RunFileEntry("MAP", kFailureName, path_len, path, status, [&](InputFile& in) {
@@ -53,16 +64,9 @@ void CheckErrorMapEntry(int path_len, const char* path, const MapCheckArrays& ou
     in.Close();
     if (MessageCode() != 0) return;
     CopyOut(data, out);
-    BiparentalMarkers markers;
-    markers.population_type = data.population_type;
-    markers.mapping_function = data.mapping_function;
-    markers.num_markers = data.num_markers;
-    markers.num_individuals = data.population_size;
-    markers.kinds = data.markers.categories.data();
-    markers.types = data.markers.types.data();
     // A pairwise file that cannot be written (a full disk, a read-only folder) leaves the
     // stages that follow nothing to read: the check fails.
-    if (!MAPPairwiseFile(EntryPath(path_len, path), markers, threads)) MessageCode() = 1101;
+    if (!WriteMapPairwiseFile(EntryPath(path_len, path), data, threads)) MessageCode() = 1101;
   }, kSuccessName);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace gae {
 
@@ -18,6 +19,12 @@ struct MapCheckArrays {
   float* chi_square = nullptr;
   float* probability = nullptr;
 };
+
+struct MapToolInput;
+
+// Writes (or reuses) the pairwise file of the markers of a MAP input file read in full, beside
+// the file at `path`. False when it cannot be written.
+bool WriteMapPairwiseFile(const std::string& path, const MapToolInput& data, int threads);
 
 // Validates a MAP input file, fills the caller's arrays and writes (or reuses) the pairwise
 // file beside it. `threads` estimates pairs on that many cores.

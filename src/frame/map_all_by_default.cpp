@@ -8,13 +8,13 @@
 #include "engine/map_state.h"
 #include "engine/ordering_stage.h"
 #include "engine/rippling_stage.h"
+#include "frame/check_error_map.h"
 #include "frame/cpu_clock.h"
 #include "frame/entry.h"
 #include "frame/map_output.h"
 #include "input/find_num_markers.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
-#include "twopoint/map_pairwise_file.h"
 
 namespace gae {
 
@@ -56,14 +56,7 @@ bool ReadAndPair(const std::string& path, MapModel& map, int* status, int thread
   PrintTime("DLL MAP_ReadData", t1, t2);
   const size_t n = std::min(map.anchor.size(), data.anchors.size());
   std::copy(data.anchors.begin(), data.anchors.begin() + n, map.anchor.begin());
-  BiparentalMarkers markers;
-  markers.population_type = data.population_type;
-  markers.mapping_function = data.mapping_function;
-  markers.num_markers = data.num_markers;
-  markers.num_individuals = data.population_size;
-  markers.kinds = data.markers.categories.data();
-  markers.types = data.markers.types.data();
-  if (!MAPPairwiseFile(path, markers, threads)) {
+  if (!WriteMapPairwiseFile(path, data, threads)) {
     // Without its pairwise file the run has nothing to group.
     MessageCode() = 1101;
     ReportEntryFailure(kName, status);
