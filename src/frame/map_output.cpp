@@ -76,7 +76,12 @@ void MapOutputEntry(int path_len, const char* path, const MapOutputArgs& args) {
     in.Close();
     if (MessageCode() != 0) return;  // the reader has said what is wrong
     const MapLayout map = BuildLayout(data, args);
-    if (!Consistent(map, data)) return;
+    if (!Consistent(map, data)) {
+      // Arrays that do not describe a map of this file's markers: nothing is written.
+      MessageCode() = 1101;
+      PrintFrameMessage("DLL MAPOutput", 0.0f, 0.0f, 0);
+      return;
+    }
     PairStoreFile store;
     if (!OpenProcessPairStore(store)) {
       MessageCode() = 1002;
