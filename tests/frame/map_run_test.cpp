@@ -296,3 +296,30 @@ TEST_F(MapRun, HandEditsShowInTheReports) {
 
 }  // namespace
 }  // namespace gae
+
+namespace gae {
+namespace {
+
+TEST_F(MapRun, OutputRefusesArraysThatDoNotDescribeTheFile) {
+  ASSERT_EQ(CheckMap(kExample), 0);
+  std::vector<int> anchor(150, 0), size{100}, order(150);
+  std::vector<float> position(150, 0.0f);
+  std::iota(order.begin(), order.end(), 1);
+  std::vector<int> name(19, ' ');
+  ::testing::internal::CaptureStdout();
+  // One chromosome of 100 markers cannot hold 120 linked markers.
+  MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), 120, 30, 1,
+            name.data(), size.data(), order.data(), position.data(), 1, 1, 1, 1);
+  const std::string out = ::testing::internal::GetCapturedStdout();
+  EXPECT_THAT(out, HasSubstr("--Error1101: error found in DLL! DLL name=DLL MAPOutput"));
+  EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
+  // The same arrays with consistent counts are written.
+  ::testing::internal::CaptureStdout();
+  MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), 100, 50, 1,
+            name.data(), size.data(), order.data(), position.data(), 0, 0, 0, 0);
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.sum"));
+}
+
+}  // namespace
+}  // namespace gae
