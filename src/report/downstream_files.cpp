@@ -1,6 +1,7 @@
 #include "report/downstream_files.h"
 
 #include "frame/fixed_format.h"
+#include "report/chromosome_counter.h"
 #include "report/remark_blocks.h"
 
 namespace gae {
@@ -31,24 +32,6 @@ std::string HeaderLines(const LinkedMapRecord& map) {
          NumericLine(map.mapping_function, "!Mapping Function (1 for Kosambi; 2 for Haldane; 3 for Morgan)");
 }
 
-// The chromosome number printed beside each row of the linkage map: a running counter that
-// moves up by at most one for each row, whenever the row's number passes the markers of the
-// chromosomes up to the counter. An empty chromosome therefore makes it lag, as it does in the
-// marker table of the map reports.
-std::vector<int32_t> LaggingChromosomeNumbers(const LinkedMapRecord& map) {
-  std::vector<int32_t> numbers;
-  int32_t counter = 1;
-  long long covered = map.chromosome_sizes.empty() ? 0 : map.chromosome_sizes[0];
-  for (std::size_t row = 1; row <= map.marker_names.size(); ++row) {
-    if (static_cast<long long>(row) > covered && static_cast<std::size_t>(counter) < map.chromosome_sizes.size()) {
-      covered += map.chromosome_sizes[counter];
-      ++counter;
-    }
-    numbers.push_back(counter);
-  }
-  return numbers;
-}
-
 enum class QtlFile { kSdl, kBip, kMet };
 
 std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlFile kind) {
@@ -69,7 +52,8 @@ std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlF
     out += fmt::A(fmt::PadRight(map.chromosome_names[c], 19), 19) + " " + fmt::I(size, 12) + "\n";
   }
   out += "!Linkage map (Marker name followed by position or the interval length)\n";
-  const std::vector<int32_t> chromosome = LaggingChromosomeNumbers(map);
+  const std::vector<int32_t> chromosome =
+      LaggingChromosomeNumbers(map.chromosome_sizes, static_cast<int64_t>(map.marker_names.size()));
   for (std::size_t m = 0; m < map.marker_names.size(); ++m)
     out += Name35(map.marker_names[m]) + " " + fmt::I(chromosome[m], 4) + fmt::F(map.positions[m], 12, 4) + "\n";
 

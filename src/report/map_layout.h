@@ -35,11 +35,4 @@ struct MapLayout {
   }
 };
 
-// The chromosome number of each linked row as the reports count it: a counter that starts at 1
-// and moves up by at most one per row, whenever the row's running number passes the markers of
-// chromosomes 1 up to the counter. An empty chromosome therefore makes the counter lag, and the
-// rows after it carry a number one too low until it has caught up, as reports of this kind
-// always have.
-std::vector<int32_t> LaggingChromosomeNumbers(const MapLayout& map);
-
 }  // namespace gae

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/fixed_format.h"
+#include "report/chromosome_counter.h"
 #include "report/segregation.h"
 
 namespace gae {
@@ -99,7 +100,7 @@ std::string MtpReport(const MapLayout& map) {
                            "Size(-1)", "Chi-Square", "Pr>ChiSq", "HetBand"})
     out += A(word, 12);
   out += "\n";
-  const std::vector<int32_t> chromosome = LaggingChromosomeNumbers(map);
+  const std::vector<int32_t> chromosome = LaggingChromosomeNumbers(map.chromosome_sizes, map.num_mapped);
   const int pop = map.population_type;
   const bool het_visible = pop == 1 || pop == 2 || pop == 7 || pop == 8 || (pop >= 9 && pop <= 10) ||
                            (pop >= 13 && pop <= 16);
