@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/entry.h"
+#include "frame/name_codes.h"
 #include "input/file_entry.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
@@ -21,12 +22,8 @@ void CopyOut(const MapToolInput& data, const MapCheckArrays& out) {
   // The caller's extent governs the copy; the file's governs what there is to copy.
   const int n = std::min<int>(out.num_markers, data.num_markers);
   const int64_t lines = data.population_size;
+  NamesToCodes(data.markers.names, 35, out.num_markers, out.name_codes);
   for (int i = 0; i < n; ++i) {
-    const std::string& name = data.markers.names[i];
-    for (int j = 0; j < 35; ++j) {
-      const char c = j < static_cast<int>(name.size()) ? name[j] : ' ';
-      out.name_codes[static_cast<int64_t>(j) * out.num_markers + i] = static_cast<unsigned char>(c);
-    }
     out.anchor[i] = data.anchors[i];
     out.category[i] = data.markers.categories[i];
     const char* types = data.markers.types.data() + i * lines;

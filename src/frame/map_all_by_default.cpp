@@ -12,6 +12,7 @@
 #include "frame/cpu_clock.h"
 #include "frame/entry.h"
 #include "frame/map_output.h"
+#include "frame/name_codes.h"
 #include "input/find_num_markers.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
@@ -69,9 +70,7 @@ bool ReadAndPair(const std::string& path, MapModel& map, int* status, int thread
 void NameAndWrite(int path_len, const char* path, MapModel& map) {
   std::vector<std::string> names(map.num_groups, std::string(19, ' '));
   NameGroups(map.num_groups, map.group_status.data(), names);
-  std::vector<int> name_codes(static_cast<size_t>(map.num_groups) * 19);
-  for (int g = 0; g < map.num_groups; ++g)
-    for (int j = 0; j < 19; ++j) name_codes[g * 19 + j] = static_cast<unsigned char>(names[g][j]);
+  const std::vector<int> name_codes = GroupNamesToCodes(names);
   MapOutputArgs args;
   args.num_markers = map.num_markers;
   args.anchor = map.anchor.data();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "frame/entry.h"
+#include "frame/name_codes.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "report/map_downstream.h"
@@ -28,11 +29,8 @@ MapLayout BuildLayout(MapToolInput& data, const MapOutputArgs& args) {
   map.num_mapped = args.num_mapped;
   map.num_unlinked = args.num_unlinked;
   map.anchor.assign(args.anchor, args.anchor + args.num_markers);
-  for (int g = 0; g < args.num_groups; ++g) {
-    std::string name(19, ' ');
-    for (int j = 0; j < 19; ++j) name[j] = static_cast<char>(args.group_name_codes[g * 19 + j]);
-    map.chromosome_names.push_back(name);
-  }
+  for (int g = 0; g < args.num_groups; ++g)
+    map.chromosome_names.push_back(GroupNameFromCodes(args.group_name_codes, g));
   map.chromosome_sizes.assign(args.group_size, args.group_size + args.num_groups);
   map.order.assign(args.order, args.order + args.num_markers);
   map.position.assign(args.position, args.position + args.num_mapped);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "frame/entry.h"
+#include "frame/name_codes.h"
 #include "input/gsp_header.h"
 #include "input/validator_entries.h"
 
@@ -52,13 +53,7 @@ void GspFindTraitNameEntry(int path_len, const char* path, int num_traits, int* 
     GspHeader header;
     if (!ReadHeaderOf(path_len, path, true, header)) return false;
     // The caller's extent lays the matrix out; a larger one leaves its last rows as they were.
-    const int copied = std::min<int>(num_traits, header.num_traits);
-    for (int i = 0; i < copied; ++i) {
-      for (int j = 0; j < kNameWidth; ++j) {
-        names[static_cast<std::size_t>(j) * num_traits + i] =
-            static_cast<unsigned char>(header.trait_names[i][j]);
-      }
-    }
+    NamesToCodes(header.trait_names, kNameWidth, num_traits, names);
     *first_value = header.training_size;
     return true;
   });
