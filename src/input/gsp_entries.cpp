@@ -1,5 +1,4 @@
 // The two genomic-prediction entries: no log, no status code, a logical error flag.
-#include <algorithm>
 #include <string>
 
 #include "frame/entry.h"
