@@ -121,7 +121,7 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
     start += size;
   }
   std::printf("  Unlinked markers  %d\n", map.num_unlinked);
-  const std::string stem = file.substr(0, file.size() > 4 ? file.size() - 4 : 0);
+  const std::string stem = ResultStem(file);
   const long long flagged = FlaggedGenotypes(stem + ".err");
   if (flagged >= 0) std::printf("  Suspect genotypes %lld set to missing in %sEC.map\n", flagged, stem.c_str());
   std::printf("  Files written    ");

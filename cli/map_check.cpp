@@ -45,9 +45,11 @@ std::string MarkerTable::Name(int i) const {
   return name.substr(0, name.find_last_not_of(' ') + 1);
 }
 
-std::string PairFileName(const std::string& path) {
-  return path.substr(0, path.size() > 4 ? path.size() - 4 : 0) + ".LRD";
+std::string ResultStem(const std::string& path) {
+  return path.substr(0, path.size() > 4 ? path.size() - 4 : 0);
 }
+
+std::string PairFileName(const std::string& path) { return ResultStem(path) + ".LRD"; }
 
 int CheckMapFile(const std::string& path, MarkerTable& t) {
   const PathArg arg(path);

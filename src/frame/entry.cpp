@@ -9,6 +9,10 @@ std::string EntryPath(int path_len, const char* path) {
   return end == std::string::npos ? std::string() : text.substr(0, end + 1);
 }
 
+std::string PathStem(const std::string& path) {
+  return path.substr(0, path.size() > 4 ? path.size() - 4 : 0);
+}
+
 void ReportMissingInput(const std::string& path, std::string_view dll_name, int* status) {
   MessageCode() = 1002;
   PrintMessage(1002, {MsgArg::Field(path)});

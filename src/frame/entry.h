@@ -14,6 +14,10 @@ namespace gae {
 // The `PathLen` bytes at `path`, trailing blanks trimmed; empty when `PathLen` is below 1.
 std::string EntryPath(int path_len, const char* path);
 
+// The path less its last four characters (its extension): the stem that the pairwise file and
+// every result file are named by. Empty for a path of four characters or fewer.
+std::string PathStem(const std::string& path);
+
 // The input file is missing or unreadable: the 1002 line (the path followed by " does not
 // exist, and the program stops!"), `Status` 1002, then the entry's 1101 line.
 void ReportMissingInput(const std::string& path, std::string_view dll_name, int* status);

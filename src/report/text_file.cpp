@@ -1,7 +1,8 @@
 #include "report/text_file.h"
 
-#include <algorithm>
 #include <cstdio>
+
+#include "frame/entry.h"
 
 namespace gae {
 
@@ -13,8 +14,7 @@ bool WriteTextFile(const std::string& path, const std::string& text) {
 }
 
 std::string ResultStem(const std::string& input_path) {
-  const std::size_t keep = input_path.size() > 4 ? input_path.size() - 4 : 0;
-  return input_path.substr(0, std::min<std::size_t>(keep, 256));
+  return PathStem(input_path).substr(0, 256);
 }
 
 }  // namespace gae

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "frame/entry.h"
 #include "frame/pair_index.h"
 
 namespace gae {
@@ -18,8 +19,7 @@ namespace gae {
 static_assert(std::endian::native == std::endian::little);
 
 std::string PairStoreName(const std::string& project_path) {
-  const std::size_t keep = project_path.size() > 4 ? project_path.size() - 4 : 0;
-  return project_path.substr(0, keep) + ".LRD";
+  return PathStem(project_path) + ".LRD";
 }
 
 bool PairStoreIsComplete(const std::string& lrd_name, int64_t num_markers, int record_length) {
