@@ -33,7 +33,7 @@ int32_t TakeOutOfGroup(GroupModelArrays& model, int32_t g, int32_t p, int32_t en
   // No store to join the neighbours with: leave the map as it is.
   if (RemovalNeedsDistance(model, g, p) && table == nullptr) return 0;
 
-  if (model.group_status[g - 1] == kGroupNotOrdered) {
+  if (model.group_status[g - 1] == kGroupGrouped) {
     a.ShiftPositionsLeft(p + base, end);
   } else if (p == 1) {
     // The group's positions are made relative to the leaving marker but stay in their
@@ -113,11 +113,11 @@ void MoveEntry(const Indexed& a, int32_t from, int32_t to) {
 }  // namespace
 
 bool RemovalNeedsDistance(const GroupModelArrays& model, int32_t g, int32_t p) {
-  return model.group_status[g - 1] != kGroupNotOrdered && p > 1 && p < model.group_size[g - 1];
+  return model.group_status[g - 1] != kGroupGrouped && p > 1 && p < model.group_size[g - 1];
 }
 
 bool InsertNeedsDistance(const GroupModelArrays& model, int32_t t) {
-  return model.group_status[t - 1] != kGroupNotOrdered && model.group_size[t - 1] > 0;
+  return model.group_status[t - 1] != kGroupGrouped && model.group_size[t - 1] > 0;
 }
 
 bool RemoveToUnlinked(GroupModelArrays& model, int32_t g, int32_t p, const PairTable* table) {

@@ -10,11 +10,12 @@
 
 #include <cstdint>
 
+#include "engine/map_state.h"
+
 namespace gae {
 
-// `group_status` values: a group with status 1 has been formed but not ordered, so its
-// positions mean nothing and no edit reads a distance for it.
-inline constexpr int32_t kGroupNotOrdered = 1;
+// A group whose status is still `kGroupGrouped` has not been ordered: its positions mean
+// nothing, and no edit reads a distance for it.
 // The number the editing steps give a deleted marker in `group`.
 inline constexpr int32_t kDeletedGroup = -1;
 

@@ -16,7 +16,7 @@ float GroupLength(int32_t n, const float* position) { return position[n - 1] - p
 }  // namespace
 
 bool SwapNeedsDistances(int32_t n, int32_t status) {
-  return n > 2 && status != kGroupNotOrdered;
+  return n > 2 && status != kGroupGrouped;
 }
 
 void SwapUp(int32_t k, int32_t n, int32_t status, int32_t* order, float* position,
@@ -46,7 +46,7 @@ void SwapUp(int32_t k, int32_t n, int32_t status, int32_t* order, float* positio
 
 void BestPlace(int32_t p, int32_t n, int32_t status, int32_t* order, float* position,
                const PairTable* table) {
-  if (status == kGroupNotOrdered || p < 1 || p > n) return;
+  if (status == kGroupGrouped || p < 1 || p > n) return;
   if (SwapNeedsDistances(n, status) && table == nullptr) return;
 
   const std::vector<int32_t> start_order(order, order + n);

@@ -63,7 +63,7 @@ TestMap LayOut(const std::vector<MarkerSpot>& spots, int32_t mapping_function,
       const int32_t m = groups[g][k];
       map.group[m - 1] = static_cast<int32_t>(g + 1);
       float pos = 0.0f;
-      if (k > 0 && statuses[g] != kGroupNotOrdered) {
+      if (k > 0 && statuses[g] != kGroupGrouped) {
         pos = map.position.back() + table.Distance(groups[g][k - 1], m);
       }
       map.order.push_back(m);
@@ -108,7 +108,7 @@ TestMap RandomMappedExample(std::mt19937& rng) {
     const int32_t status = uniform(1, 4) == 1 ? 1 : uniform(2, 3);
     statuses.push_back(status);
     auto by_place = [&](int32_t a, int32_t b) { return spots[a - 1].x < spots[b - 1].x; };
-    if (status == kGroupNotOrdered) {
+    if (status == kGroupGrouped) {
       std::sort(groups[g].begin(), groups[g].end());
     } else {
       std::sort(groups[g].begin(), groups[g].end(), by_place);
@@ -163,7 +163,7 @@ EditRequest RandomEdit(std::mt19937& rng, const GroupModelArrays& model) {
       return ::testing::AssertionFailure() << "group " << g << " of size " << size
                                            << " overruns the mapped block";
     }
-    const bool ordered = model.group_status[g - 1] != kGroupNotOrdered;
+    const bool ordered = model.group_status[g - 1] != kGroupGrouped;
     for (int32_t k = 0; k < size; ++k) {
       block_of[start + k] = g;
       const float pos = model.position[start + k];
@@ -198,7 +198,7 @@ EditRequest RandomEdit(std::mt19937& rng, const GroupModelArrays& model) {
   int32_t start = 0;
   for (int32_t g = 1; g <= model.num_groups; ++g) {
     const int32_t size = model.group_size[g - 1];
-    if (model.group_status[g - 1] != kGroupNotOrdered) {
+    if (model.group_status[g - 1] != kGroupGrouped) {
       for (int32_t k = start + 1; k < start + size; ++k) {
         const float gap = model.position[k] - model.position[k - 1];
         const float expected = table.Distance(model.order[k - 1], model.order[k]);
