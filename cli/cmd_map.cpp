@@ -48,9 +48,8 @@ struct FrontEndMap {
   // From the marker groups: the group table, then the order (each group's markers by number,
   // then the unlinked, then the deleted markers) with zero positions.
   void BuildFromGroups() {
-    num_groups = group.empty() ? 0 : *std::max_element(group.begin(), group.end());
-    MapGroupCheck(num_markers, &num_groups, group.data());
     num_groups = std::max(0, group.empty() ? 0 : *std::max_element(group.begin(), group.end()));
+    MapGroupCheck(num_markers, &num_groups, group.data());
     group_size.assign(num_groups, 0);
     group_status.assign(num_groups, 1);
     order.clear();

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "engine/map_state.h"
+#include "frame/fixed_format.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
 #include "support/map_simulation.h"
@@ -37,17 +38,13 @@ std::string Numbered(const char* prefix, uint64_t k) {
   return s;
 }
 
-std::string Trim(const std::string& s) {
-  const size_t a = s.find_first_not_of(' ');
-  return a == std::string::npos ? "" : s.substr(a, s.find_last_not_of(' ') - a + 1);
-}
 
 // Section 1 of a .sum file: (chromosome number, marker name) in map order.
 std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
   std::vector<std::pair<int, std::string>> rows;
   const std::vector<std::string> lines = ReadLines(path);
   for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
-    rows.push_back({std::stoi(lines[k].substr(0, 20)), Trim(lines[k].substr(41, 19))});
+    rows.push_back({std::stoi(lines[k].substr(0, 20)), fmt::Trim(lines[k].substr(41, 19))});
   return rows;
 }
 
@@ -73,7 +70,7 @@ int CheckMap(const std::string& path, std::vector<int>* anchors = nullptr,
     for (int i = 0; marker_names != nullptr && i < n; ++i) {
       std::string name;
       for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
-      marker_names->push_back(Trim(name));
+      marker_names->push_back(fmt::Trim(name));
     }
   }
   ::testing::internal::GetCapturedStdout();
