@@ -7,11 +7,15 @@
 #include <string>
 
 #include "report/map_layout.h"
+#include "report/summary_text.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
 
 std::string SumReport(const MapLayout& map, const PairTable& pairs);
+// The summary of the whole map as the caller laid it out, with or without the interference
+// column.
+SummaryTable CombinedSummary(const MapLayout& map, const PairTable& pairs, bool interference);
 std::string MtpReport(const MapLayout& map);
 
 enum class PairMatrix { kLod, kRec, kDis };

@@ -1,0 +1,21 @@
+// What follows the reports of a clonal F1 or double-cross map: the genotyping-error scan of
+// the linked markers, the corrected data set EC.cdm, the linkage phases .hap, the QTL file
+// .cdq with the genotypes brought into one phase, and the .err report.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "frame/uniform_stream.h"
+#include "report/map_layout.h"
+#include "twopoint/pair_table.h"
+
+namespace gae {
+
+// Scans, then writes stemEC.cdm, stem.hap, stem.cdq (when `write_qtl_file`) and stem.err.
+// Returns the number of genotypes the scan set to missing.
+int64_t WriteClonalDownstreamFiles(const MapLayout& map, const PairTable& pairs,
+                                   const std::string& stem, bool write_qtl_file,
+                                   UniformStream& random);
+
+}  // namespace gae
