@@ -91,28 +91,6 @@ std::string HomologueLetters(int32_t category) {
   }
 }
 
-// A sign of -1 says that the marker's alleles sit on the parent's homologues the other way
-// round from the first marker of the chromosome. The phase code of a pair (1 both parents in
-// coupling, 2 the second in repulsion, 3 the first, 4 both) tells whether the sign carries
-// over from the marker before.
-std::vector<int> PhaseSigns(const MapLayout& map, const PairTable& pairs, bool first_parent,
-                            int32_t base, int32_t n) {
-  std::vector<int> sign(n, 1);
-  int32_t before = -1;
-  for (int32_t k = 0; k < n; ++k) {
-    const int32_t marker = map.order[base + k];
-    const int32_t category = Category(map, marker);
-    if (category == (first_parent ? 2 : 3)) continue;  // silent in this parent
-    if (before >= 0) {
-      const int32_t phase = std::bit_cast<int32_t>(pairs.Word(marker, map.order[base + before], kPhase));
-      const bool repulsion = first_parent ? (phase == 3 || phase == 4) : (phase == 2 || phase == 4);
-      sign[k] = repulsion ? -sign[before] : sign[before];
-    }
-    before = k;
-  }
-  return sign;
-}
-
 // Exchanging a parent's two alleles at a marker, in the stored letters: the first parent's A
 // and B turn AC into BC, AD into BD and AX into BX; the second parent's C and D turn AC into
 // AD, BC into BD and XC into XD. The types of markers with two alleles in both parents (AA, AB,
@@ -141,6 +119,36 @@ char ExchangeSecond(char g) {
 }
 
 }  // namespace
+
+// A sign of -1 says that the marker's alleles sit on the parent's homologues the other way
+// round from the first marker of the chromosome. The phase code of a pair (1 both parents in
+// coupling, 2 the second in repulsion, 3 the first, 4 both) tells whether the sign carries
+// over from the marker before.
+PhaseSigns ClonalPhaseSigns(const MapLayout& map, const PairTable& pairs) {
+  PhaseSigns signs;
+  signs.first.assign(static_cast<std::size_t>(map.num_mapped), 1);
+  signs.second.assign(static_cast<std::size_t>(map.num_mapped), 1);
+  int32_t base = 0;
+  for (int32_t c = 1; c <= map.NumChromosomes(); ++c) {
+    const int32_t n = map.chromosome_sizes[c - 1];
+    for (const bool first_parent : {true, false}) {
+      std::vector<int8_t>& sign = first_parent ? signs.first : signs.second;
+      int32_t before = -1;
+      for (int32_t k = base; k < base + n; ++k) {
+        const int32_t marker = map.order[k];
+        if (Category(map, marker) == (first_parent ? 2 : 3)) continue;  // silent in this parent
+        if (before >= 0) {
+          const int32_t phase = std::bit_cast<int32_t>(pairs.Word(marker, map.order[before], kPhase));
+          const bool repulsion = first_parent ? (phase == 3 || phase == 4) : (phase == 2 || phase == 4);
+          sign[k] = static_cast<int8_t>(repulsion ? -sign[before] : sign[before]);
+        }
+        before = k;
+      }
+    }
+    base += n;
+  }
+  return signs;
+}
 
 bool ListedIn(ClonalView view, int32_t category) {
   if (view == ClonalView::kFirstParent) return category != 2;
@@ -225,9 +233,9 @@ std::string ClonalMtpReport(const MapLayout& map) {
 //    alleles and stay. The clonal F1 has one text, AB=CD, for both phases, so only the
 //    letters show it;
 //  - first parent, two alleles in both parents: nothing is rewritten.
-Haplotypes ClonalHaplotypes(const MapLayout& map, const PairTable& pairs, const std::string& corrected) {
+Haplotypes ClonalHaplotypes(const MapLayout& map, const PhaseSigns& signs, const std::string& genotypes) {
   Haplotypes out;
-  out.genotypes = corrected;
+  out.genotypes = genotypes;
   out.text = A("ChromosomeID", 12) + " " + A("ChromosomeName", 19) + " " + A("MarkerName", 35);
   for (const char* word : {"Category", "HaploidA", "HaploidB", "HaploidC", "HaploidD", "NewCategory"})
     out.text += A(word, 12);
@@ -236,8 +244,6 @@ Haplotypes ClonalHaplotypes(const MapLayout& map, const PairTable& pairs, const 
   int32_t base = 0;
   for (int32_t c = 1; c <= map.NumChromosomes(); ++c) {
     const int32_t n = map.chromosome_sizes[c - 1];
-    const std::vector<int> first = PhaseSigns(map, pairs, true, base, n);
-    const std::vector<int> second = PhaseSigns(map, pairs, false, base, n);
     for (int32_t k = 0; k < n; ++k) {
       const int32_t marker = map.order[base + k];
       int32_t category = Category(map, marker);
@@ -245,11 +251,11 @@ Haplotypes ClonalHaplotypes(const MapLayout& map, const PairTable& pairs, const 
       std::string letters = HomologueLetters(category);
       char* g = out.genotypes.data() + static_cast<int64_t>(base + k) * individuals;
       const bool two_alleles = category == 4 || category == 5;
-      if (first[k] < 0 && !two_alleles) {
+      if (signs.first[base + k] < 0 && !two_alleles) {
         std::swap(letters[0], letters[1]);
         for (int64_t i = 0; i < individuals; ++i) g[i] = ExchangeFirst(g[i]);
       }
-      if (second[k] < 0) {
+      if (signs.second[base + k] < 0) {
         std::swap(letters[2], letters[3]);
         if (two_alleles) {
           if (map.population_type != 1) category = category == 4 ? 5 : 4;

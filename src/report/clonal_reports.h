@@ -37,14 +37,22 @@ std::string ClonalMatrixReport(const MapLayout& map, const PairTable& pairs, Clo
 // Every marker in input order with its twelve counts, segregation test and category.
 std::string ClonalMtpReport(const MapLayout& map);
 
-// The linkage phases of the linked markers (map order) and the genotypes brought into one
-// phase along each chromosome.
+// Each linked marker's phase in each parent (map order): +1 in the phase of the first marker of
+// its chromosome that segregates in that parent, -1 in the other, read along the chromosome
+// from the phases of neighbouring pairs.
+struct PhaseSigns {
+  std::vector<int8_t> first, second;
+};
+PhaseSigns ClonalPhaseSigns(const MapLayout& map, const PairTable& pairs);
+
+// The linkage phases of the linked markers and their genotypes brought into one phase along
+// each chromosome.
 struct Haplotypes {
   std::string text;                         // the .hap file
   std::vector<std::string> new_categories;  // category text of each linked marker after rewriting
-  std::string genotypes;                    // `corrected` with the exchanged alleles rewritten
+  std::string genotypes;                    // `genotypes` with the exchanged alleles rewritten
 };
-// `corrected` holds the linked markers' genotypes in map order, [k * individuals + i].
-Haplotypes ClonalHaplotypes(const MapLayout& map, const PairTable& pairs, const std::string& corrected);
+// `genotypes` holds the linked markers' genotypes in map order, [k * individuals + i].
+Haplotypes ClonalHaplotypes(const MapLayout& map, const PhaseSigns& signs, const std::string& genotypes);
 
 }  // namespace gae

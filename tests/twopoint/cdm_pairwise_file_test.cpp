@@ -100,7 +100,7 @@ TEST_F(ClonalPairFile, SevenWordsPerPairTheSameAtAnyThreadCountWithPhasesOfTheBr
     map.position.push_back(5.0f * (k - 1));
   }
   const Haplotypes hap =
-      ClonalHaplotypes(map, pairs, std::string(data.markers.types.begin(), data.markers.types.end()));
+      ClonalHaplotypes(map, ClonalPhaseSigns(map, pairs), std::string(data.markers.types.begin(), data.markers.types.end()));
   std::vector<std::string> lines;
   for (size_t start = 0, p = hap.text.find('\n'); p != std::string::npos;
        start = p + 1, p = hap.text.find('\n', start))
