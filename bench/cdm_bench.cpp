@@ -66,7 +66,7 @@ void BM_ClonalPairFile(benchmark::State& state) {
     const gae::ClonalMarkers m{data.population_type, data.mapping_function, data.num_markers,
                                data.population_size, data.markers.categories.data(),
                                data.markers.types.data()};
-    gae::CDMPairwiseFile(path, m, gae::PairStoreThreads(), gae::Process().random);
+    gae::CDMPairwiseFile(lrd, m, gae::PairStoreThreads(), gae::Process().random);
   }
   const double pairs = 0.5 * markers * (markers - 1.0);
   state.counters["pairs/s"] = benchmark::Counter(pairs, benchmark::Counter::kIsIterationInvariantRate);

@@ -47,10 +47,9 @@ void SettleRecord(float* record, UniformStream& random) {
 
 }  // namespace
 
-bool CDMPairwiseFile(const std::string& project_path, const ClonalMarkers& markers, int threads,
+bool CDMPairwiseFile(const std::string& lrd_name, const ClonalMarkers& markers, int threads,
                      UniformStream& random) {
-  return PairFileFrame("CDM", project_path, kClonalRecordLength, markers.mapping_function,
-                       markers.num_markers, [&](const std::string& lrd_name) {
+  return PairFileFrame(lrd_name, markers.num_markers, kClonalRecordLength, [&] {
     const ClonalPlanes planes(markers.types, markers.num_markers, markers.num_individuals);
     const bool clonal = markers.population_type == 1;
     PairStoreJob job;

@@ -21,11 +21,12 @@ struct ClonalMarkers {
   const char* types = nullptr;          // genotype letters A to K, X; individuals fastest
 };
 
-// Writes `project path less its last four characters`.LRD unless a complete file lies there,
-// as MAPPairwiseFile does, to the CDM log. The marker of the lower category is passed first
-// (the first of the pair on a tie). The clonal AB=CD pairs draw from `random` in record order,
-// so the file is the same at any number of threads. False only when it cannot be written.
-bool CDMPairwiseFile(const std::string& project_path, const ClonalMarkers& markers, int threads,
+// Writes the pairwise file `lrd_name` unless a complete one lies there, estimating the pairs on
+// `threads` cores; prints 2801, any 2802 warnings and 2803 to the caller's log. The marker of
+// the lower category is passed first (the first of the pair on a tie). The clonal AB=CD pairs
+// draw from `random` in record order, so the file is the same at any number of threads. False
+// only when the file cannot be written.
+bool CDMPairwiseFile(const std::string& lrd_name, const ClonalMarkers& markers, int threads,
                      UniformStream& random);
 
 }  // namespace gae

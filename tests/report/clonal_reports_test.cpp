@@ -154,7 +154,7 @@ TEST_F(ClonalResults, WrittenFilesAreReadBackByTheirTools) {
   ClonalMarkers pairs_of{data.population_type, data.mapping_function, data.num_markers, data.population_size,
                          data.markers.categories.data(), data.markers.types.data()};
   UniformStream random;
-  ASSERT_TRUE(CDMPairwiseFile("f1.cdm", pairs_of, 2, random));
+  ASSERT_TRUE(CDMPairwiseFile("f1.LRD", pairs_of, 2, random));
   PairStoreFile store;
   ASSERT_TRUE(store.Open("f1.LRD", 7, 1));
 
