@@ -232,6 +232,21 @@ TEST(ClonalEstimates, OppositePhasesOfAClonalAbCdPairFollowTheRandomStream) {
   EXPECT_EQ(a.GetSeed(), b.GetSeed());
 }
 
+// Newton's iteration on a score whose root is A / (A + B) when C is 0.
+TEST(ClonalEstimates, TheIterationFindsTheRootAndKeepsItsClamps) {
+  EXPECT_NEAR(ClonalIteration(0.5f, 30.0f, 70.0f, 0.0f, false), 0.3f, 1e-4);
+  // A first step below 0 restarts at 0.0001 and still finds the root.
+  EXPECT_NEAR(ClonalIteration(0.1f, 1.0f, 100.0f, 0.0f, false), 1.0f / 101.0f, 1e-4);
+  // A first step beyond 1: kept below 1 for two AB=CD markers, else the next step leaves the
+  // range and the result is 1/2.
+  const float kept = ClonalIteration(0.9f, 100.0f, 1.0f, 0.0f, true);
+  EXPECT_GT(kept, 0.99f);  // from 0.9999 the steps are shorter than the tolerance at once
+  EXPECT_LT(kept, 1.0f);
+  EXPECT_EQ(ClonalIteration(0.9f, 100.0f, 1.0f, 0.0f, false), 0.5f);
+  // No information at all: NaN, and the result is 1/2.
+  EXPECT_EQ(ClonalIteration(0.3f, 0.0f, 0.0f, 0.0f, false), 0.5f);
+}
+
 TEST(ClonalPlaneCounts, EqualTheLiteralCountOverIndividuals) {
   std::mt19937 rng(11);
   const std::string letters = "ABCDEFGHIJKX?";
