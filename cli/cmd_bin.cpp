@@ -137,6 +137,18 @@ int RunBin(const BinSettings& s) {
   return 0;
 }
 
+// The thresholds lie strictly between 0 and their bound.
+CLI::Validator OpenRange(float high) {
+  return CLI::Validator(
+      [high](std::string& text) -> std::string {
+        float value = 0.0f;
+        if (!CLI::detail::lexical_cast(text, value) || !(value > 0.0f && value < high))
+          return "must lie strictly between 0 and " + gae::fmt::Trim(gae::fmt::F(high, 6, 2));
+        return {};
+      },
+      "(0, " + gae::fmt::Trim(gae::fmt::F(high, 6, 2)) + ")");
+}
+
 }  // namespace
 
 void RegisterBinCommand(CLI::App& app, int& exit_code) {
@@ -150,11 +162,11 @@ void RegisterBinCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("--missing-rate", s.missing_rate,
                   "Drop markers missing on more than this share of lines, in (0, 0.10) "
                   "(default: the file's parameter section, else 0.05)")
-      ->check(CLI::Range(0.0f, 0.10f));
+      ->check(OpenRange(0.10f));
   cmd->add_option("--distortion-p", s.distortion_p,
                   "Drop markers whose segregation test gives a p-value below this, in (0, 0.1) "
                   "(default: the file's, else 0.01)")
-      ->check(CLI::Range(0.0f, 0.1f));
+      ->check(OpenRange(0.1f));
   cmd->add_option("--method", s.method,
                   "1 keep the marker with the fewest missing calls, 2 a consensus of the bin "
                   "(default: the file's, else 1)")

@@ -6,7 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "frame/process_state.h"
+#include "input/list_reader.h"
+#include "prep/bin_parameters.h"
 #include "prep/binning.h"
+#include "support/temp_dir.h"
 #include "prep/distortion.h"
 
 namespace gae {
@@ -113,6 +117,37 @@ TEST(Binning, SegregationPValuesOfTheThreeDesigns) {
   EXPECT_NEAR(SegregationPValues(2, 7, std::vector<int32_t>{1}, f2.data(), 4)[0], 1.0f, 1e-4f);
   EXPECT_LT(SegregationPValues(20, 1, std::vector<int32_t>{1}, clonal.data(), 8)[0], 0.01f);
   EXPECT_NEAR(SegregationPValues(30, 2, std::vector<int32_t>{1212}, founders.data(), 4)[0], 1.0f, 1e-4f);
+}
+
+class BinParameterSection : public testing::InTempDir {};
+
+TEST_F(BinParameterSection, ReadAbsentOrRefusedWithItsCode) {
+  const std::pair<std::string, int> cases[] = {
+      {"! remarks only\n", 0},          {"0.05\n0.01\n1\n0\n2\n", 0},
+      {"abc\n", 3141},                  {"0.10\n", 3142},
+      {"0.05\nx\n", 3143},             {"0.05\n0.0\n", 3144},
+      {"0.05\n0.01\n?\n", 3145},      {"0.05\n0.01\n1\n?\n", 3146},
+      {"0.05\n0.01\n1\n1\n?\n", 3147}, {"0.05\n0.01\n1\n1\n3\n", 3148}};
+  for (const auto& [text, code] : cases) {
+    testing::WriteText("p.txt", text);
+    InputFile in;
+    ASSERT_TRUE(in.Open("p.txt"));
+    BinParameters p;
+    ::testing::internal::CaptureStdout();
+    const BinParameterRead read = ReadBinParameters(in, p);
+    const std::string out = ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(MessageCode(), code) << text;
+    if (code != 0) EXPECT_EQ(out.rfind("--Error" + std::to_string(code) + ": ", 0), 0u) << out;
+    if (text[0] == '0') EXPECT_EQ(read, code == 0 ? BinParameterRead::kRead : BinParameterRead::kFailed);
+  }
+  testing::WriteText("p.txt", "0.05\n0.01\n1\n0\n2\n");
+  InputFile in;
+  ASSERT_TRUE(in.Open("p.txt"));
+  BinParameters p;
+  ASSERT_EQ(ReadBinParameters(in, p), BinParameterRead::kRead);
+  EXPECT_EQ(p.use_anchors, 1);
+  EXPECT_EQ(p.missing_agrees, 0);
+  EXPECT_EQ(p.method, 2);
 }
 
 }  // namespace
