@@ -6,6 +6,8 @@
 #include "frame/process_state.h"
 #include "input/anchor_section.h"
 #include "input/header_fields.h"
+#include "input/marker_decoders.h"
+#include "input/repeated_names.h"
 #include "prep/snp_calls.h"
 
 namespace gae {
@@ -64,6 +66,11 @@ bool ReadParents(InputFile& in, SnpInput& out) {
     if (p.position != 0) return Fail(kSnpParentIllegal, {m, p.position, p.token});
     out.names.push_back(name);
   }
+  // Names are the markers' identity in the map tools, as in their marker sections.
+  const std::vector<std::string_view> views(out.names.begin(), out.names.end());
+  if (const auto repeat = FirstRepeatedName(views))
+    return MarkerFailure(2230, static_cast<int>(repeat->later + 1),
+                         static_cast<int>(repeat->earlier + 1), views[repeat->later]);
   return true;
 }
 

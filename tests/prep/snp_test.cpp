@@ -169,6 +169,7 @@ TEST_F(SnpCheck, EveryMessageOfTheReaderAndTheRule) {
       {"1", parents, {"S1 AA AT", "S2 GT T"}, 3127, "MarkerID=2 LineID=2 Input MarkerType=T"},
       {"1", {"S1 AA TT", "S2 TG GG"}, progeny, 3128, "--Error3128: illegal marker! MarkerID=2 ParentID=1 Input MarkerType=TG"},
       {"1", parents, {"S1 AA AT", "S2 GT AA"}, 3130, "--Error3130: Invalid MarkerType! MarkerID=2 LineID=2 Input MarkerType=AA"},
+      {"1", {"S1 AA TT", "S1 TT GG"}, progeny, 2230, "two markers have same name! MarkerID1=2 MarkerID2=1 MarkerName=S1"},
   };
   for (const Case& c : cases) {
     ::remove("SNP.log");
