@@ -1,8 +1,11 @@
 // gaengine map FILE: the whole linkage-map construction with the default settings, run step by
 // step through the exports as the desktop front end does, with a readable summary at the end.
+// The tool (MAP for bi-parental populations, CDM for clonal F1 and double cross) comes from the
+// file's extension or from --tool.
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -24,6 +27,30 @@ const char* const kPopulationNames[] = {
     "P1BC1F1", "P2BC1F1", "F1DH",    "RIL",     "P1BC1RIL", "P2BC1RIL", "F2",
     "F3",      "P1BC2F1", "P2BC2F1", "P1BC2RIL", "P2BC2RIL", "P1BC1F2",  "P2BC1F2",
     "P1BC2F2", "P2BC2F2", "P1BC1DH", "P2BC1DH", "P1BC2DH",  "P2BC2DH"};
+
+// What a front end passes for each tool: its check, the stage exports' ToolCode with the
+// settled options of a whole run, its output export and the files that come out.
+struct ToolRun {
+  const char* letters;
+  int stage_code;
+  int grouping_method, grouping_by;
+  float threshold;
+  int ordering_method, ordering_by, ordering_option, ordering_param1, ordering_param2;
+  int rippling_by, window_size;
+  int (*check)(const std::string&, MarkerTable&);
+  void (*output)(int, const char*, int, const int*, int, int, int, const int*, const int*,
+                 const int*, const float*, int, int, int, int);
+  std::vector<const char*> suffixes;
+  const char* corrected;  // the corrected data set
+};
+
+const ToolRun kMapRun{"MAP", 104, 1, 1, 3.0f, 2, 2, 1, 5, 3, 1, 5, CheckMapFile, MAPOutput,
+                      {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
+                      "EC.map"};
+const ToolRun kCdmRun{"CDM", 20, 1, 2, 0.3f, 2, 2, 1, 5, 3, 1, 5, CheckCdmFile, CDMOutput,
+                      {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec",
+                       ".recf", ".recm", ".dis", ".disf", ".dism", ".hap", ".cdq", ".err", "EC.cdm"},
+                      "EC.cdm"};
 
 // The population type: the first value of the file, after its remark lines.
 int PopulationTypeOf(const std::string& path) {
@@ -105,11 +132,31 @@ long long FlaggedGenotypes(const std::string& err_path) {
   return -1;
 }
 
-void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times) {
+// The chromosome table of a summary file (.sum, .sumf, .summ): each chromosome's marker count
+// and length, and the whole genome's last.
+std::vector<std::pair<int, double>> ChromosomeTable(const std::string& path) {
+  std::vector<std::pair<int, double>> rows;
+  std::ifstream in(path);
+  std::string line;
+  bool inside = false;
+  while (std::getline(in, line)) {
+    if (line.find("ChromLength(cM)") != std::string::npos) {
+      inside = true;
+    } else if (inside && line.size() >= 80) {
+      rows.push_back({std::stoi(line.substr(40, 20)), std::stod(line.substr(60, 20))});
+      if (line.find("WholeGenome") != std::string::npos) break;
+    }
+  }
+  return rows;
+}
+
+void PrintSummary(const ToolRun& tool, const std::string& file, const MarkerTable& markers,
+                  const FrontEndMap& map, const std::vector<std::pair<const char*, double>>& times) {
   const int type = PopulationTypeOf(file);
+  const bool clonal = tool.stage_code == kCdmRun.stage_code;
   std::printf("\nSummary of %s\n", file.c_str());
-  std::printf("  Population        %s (type %d)\n", type >= 1 && type <= 20 ? kPopulationNames[type - 1] : "?", type);
+  if (clonal) std::printf("  Population        %s (type %d)\n", type == 1 ? "clonal F1" : "double cross", type);
+  else std::printf("  Population        %s (type %d)\n", type >= 1 && type <= 20 ? kPopulationNames[type - 1] : "?", type);
   std::printf("  Markers read      %d\n", markers.num_markers);
   std::printf("  Linkage groups    %d\n", map.num_groups);
   int start = 0;
@@ -121,21 +168,32 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   }
   std::printf("  Unlinked markers  %d\n", map.num_unlinked);
   const std::string stem = ResultStem(file);
+  if (clonal) {
+    // Each parent's map leaves out the markers that do not segregate in it.
+    for (const auto& [suffix, parent] : {std::pair{".sumf", "First parent"}, std::pair{".summ", "Second parent"}}) {
+      const std::vector<std::pair<int, double>> table = ChromosomeTable(stem + suffix);
+      if (table.empty()) continue;
+      std::printf("  %-17s %d markers %9.1f cM\n", parent, table.back().first, table.back().second);
+      for (size_t g = 0; g + 1 < table.size(); ++g)
+        std::printf("    Chromsome%-4zu %5d markers %9.1f cM\n", g + 1, table[g].first, table[g].second);
+    }
+  }
   const long long flagged = FlaggedGenotypes(stem + ".err");
-  if (flagged >= 0) std::printf("  Suspect genotypes %lld set to missing in %sEC.map\n", flagged, stem.c_str());
+  if (flagged >= 0)
+    std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), tool.corrected);
   std::printf("  Files written    ");
-  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
+  for (const char* suffix : tool.suffixes)
     if (Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix);
   std::printf("\n  Time (wall clock)\n");
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
 
-int RunMap(const std::string& file) {
+int RunMap(const ToolRun& tool, const std::string& file) {
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
-  if (const int status = CheckMapFile(file, markers); status != 0) {
-    std::fprintf(stderr, "%s: check failed with status %d (see MAP.log)\n", file.c_str(), status);
+  if (const int status = tool.check(file, markers); status != 0) {
+    std::fprintf(stderr, "%s: check failed with status %d (see %s.log)\n", file.c_str(), status, tool.letters);
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
@@ -143,34 +201,47 @@ int RunMap(const std::string& file) {
   map.num_markers = markers.num_markers;
   map.group.assign(map.num_markers, 0);
   int status = 0;
-  MAPGrouping(104, 1, 1, 3.0f, map.num_markers, markers.anchor.data(), map.group.data(), &status);
+  MAPGrouping(tool.stage_code, tool.grouping_method, tool.grouping_by, tool.threshold, map.num_markers,
+              markers.anchor.data(), map.group.data(), &status);
   map.BuildFromGroups();
   times.push_back({"grouping", clock.Lap()});
-  MAPOrderingAll(104, 2, 2, 1, 5, 3, map.num_markers, map.num_groups, map.group_size.data(),
+  MAPOrderingAll(tool.stage_code, tool.ordering_method, tool.ordering_by, tool.ordering_option,
+                 tool.ordering_param1, tool.ordering_param2, map.num_markers, map.num_groups, map.group_size.data(),
                  map.group_status.data(), &map.map_state, markers.anchor.data(), map.group.data(),
                  map.order.data(), map.position.data(), &status);
   times.push_back({"ordering", clock.Lap()});
-  MAPRipplingAll(104, 1, 5, map.num_markers, map.num_groups, map.group_size.data(),
+  MAPRipplingAll(tool.stage_code, tool.rippling_by, tool.window_size, map.num_markers, map.num_groups, map.group_size.data(),
                  map.group_status.data(), &map.map_state, map.group.data(), map.order.data(),
                  map.position.data(), &status);
   times.push_back({"rippling", clock.Lap()});
   const std::vector<int> names = map.NameCodes();
   const PathArg path(file);
-  MAPOutput(path.Len(), path.Data(), map.num_markers, markers.anchor.data(), map.num_mapped,
+  tool.output(path.Len(), path.Data(), map.num_markers, markers.anchor.data(), map.num_mapped,
             map.num_unlinked, map.num_groups, names.data(), map.group_size.data(), map.order.data(),
             map.position.data(), 1, 1, 1, 1);
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, markers, map, times);
+  PrintSummary(tool, file, markers, map, times);
   return 0;
 }
 
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file with the default settings");
-  static std::string file;
-  cmd->add_option("file", file, "MAP input file")->required();
-  cmd->callback([&exit_code] { exit_code = RunMap(file); });
+  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP or CDM input file with the default settings");
+  static std::string file, tool;
+  cmd->add_option("file", file, "MAP or CDM input file")->required();
+  cmd->add_option("--tool", tool, "MAP or CDM; by default from the file's extension (.cdm is CDM)")
+      ->check(CLI::IsMember({"MAP", "CDM"}, CLI::ignore_case));
+  cmd->callback([&exit_code] {
+    std::string chosen = tool;
+    if (chosen.empty()) {
+      std::string extension = file.size() >= 4 ? file.substr(file.size() - 4) : "";
+      for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+      chosen = extension == ".cdm" ? "CDM" : "MAP";
+    }
+    for (char& c : chosen) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    exit_code = RunMap(chosen == "CDM" ? kCdmRun : kMapRun, file);
+  });
 }
 
 }  // namespace gaecli

@@ -10,6 +10,8 @@ namespace gaecli {
 struct MarkerTable {
   int num_markers = 0;
   std::vector<int> name_codes, anchor, size_a, size_h, size_b, size_x, category;
+  // A clonal F1 or double cross: the counts of its twelve types, AC, AD, ... BB, XX.
+  std::vector<std::vector<int>> clonal_sizes;
   std::vector<float> chi_square, probability;
   std::string Name(int i) const;  // trailing blanks dropped
 };
@@ -21,5 +23,7 @@ std::string PairFileName(const std::string& path);
 
 // MAPFindNumMarkers, then CheckErrorMAP. Returns the Status of the first that fails, or 0.
 int CheckMapFile(const std::string& path, MarkerTable& table);
+// CDMFindNumMarkers, then CheckErrorCDM, the same way.
+int CheckCdmFile(const std::string& path, MarkerTable& table);
 
 }  // namespace gaecli

@@ -65,6 +65,21 @@ GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* M
                            int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
                            int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
 
+/* The same for a clonal F1 or double-cross (CDM) input file; its pairwise file holds seven
+ * values per pair (both parents' frequencies and LODs, the combined ones, the linkage phase).
+ *   SizeAC .. SizeXX  per marker: progeny of each type AC, AD, BC, BD, XC, XD, AX, BX, AA, AB,
+ *                     BB and XX (the first letter from the first parent, AB x CD)
+ *   MarkerCategory    1 ABCD, 2 A=B, 3 C=D, 4 AB=CD (clonal F1) or A=CB=D, 5 A=DB=C
+ *   ChiSquare, Probability
+ *                     segregation test of the types the category tells apart (1:1:1:1, 1:1 or
+ *                     1:2:1) and its p-value
+ *   Status            0, or the code of the first error (see CDM.log) */
+GAE_API void CheckErrorCDM(int PathLen, const char* Path, int NumMarkers, int* MarkerNameCodes,
+                           int* Anchor, int* SizeAC, int* SizeAD, int* SizeBC, int* SizeBD,
+                           int* SizeXC, int* SizeXD, int* SizeAX, int* SizeBX, int* SizeAA,
+                           int* SizeAB, int* SizeBB, int* SizeXX, int* MarkerCategory,
+                           float* ChiSquare, float* Probability, int* Status);
+
 /* ---- Input checks of the QTL and analysis tools --------------------------------------- */
 
 /* Each reads the whole input file of its tool and checks it: `Status` comes back 0 for a good
@@ -329,6 +344,18 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
                        const int* GroupSize, const int* Order, const float* Position,
                        int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
 
+/* The reports of a finished clonal F1 or double-cross map, with the arguments of MAPOutput
+ * and the pairwise file of the last CheckErrorCDM: the combined map (.sum, .lod, .rec, .dis),
+ * each parent's map (.sumf, .lodf, .recf, .disf for the first parent, without its A=B
+ * markers; .summ, .lodm, .recm, .dism for the second, without its C=D markers), .mtp with the
+ * type counts and segregation tests, .hap with both parents' linkage phases along each
+ * chromosome, the error report .err, the corrected data set <stem>EC.cdm and, with the QTL
+ * switch, .cdq with the genotypes brought into one phase. */
+GAE_API void CDMOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+
 /* ---- The whole run ----------------------------------------------------------------------- */
 
 /* Builds a linkage map from one MAP input file with the settled defaults and writes every
@@ -339,6 +366,12 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
  * <stem>EC.map. The stages log to MAP.log in the current folder.
  *   Status   0, or the code of the error that stopped the run */
 GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
+
+/* The whole run of a clonal F1 or double-cross (CDM) input file: groups at a combined
+ * frequency of 0.3, orders by frequency, ripples by LOD, then writes every file of CDMOutput.
+ * The stages log to CDM.log.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void CDMAllByDefault(int PathLen, const char* Path, int* Status);
 
 /* ---- Two-point calculator: one table of a marker pair, typed in by hand ------------------ */
 

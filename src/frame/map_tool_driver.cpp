@@ -56,7 +56,7 @@ bool WritePairFile(MapToolPolicy& policy, const std::string& path, int threads) 
   settings.lrd_name = PairStoreName(path);
   settings.record_length = policy.Profile().record_length;
   settings.mapping_function = policy.StoreMappingFunction();
-  return policy.WritePairs(settings.lrd_name, threads);
+  return policy.WritePairs(settings.lrd_name, threads, Process().random);
 }
 
 // The caller's arrays must describe a map of the markers read, or the reports would look up

@@ -4,6 +4,7 @@
 
 #include "frame/name_codes.h"
 #include "report/map_downstream.h"
+#include "frame/finished_map_layout.h"
 #include "report/map_layout.h"
 #include "report/map_reports.h"
 #include "report/segregation.h"
@@ -12,31 +13,6 @@
 
 namespace gae {
 
-namespace {
-
-// The report layout: the caller's finished map with the names and genotypes read.
-MapLayout BuildLayout(MapToolInput& data, const FinishedMap& args) {
-  MapLayout map;
-  map.population_type = data.population_type;
-  map.mapping_function = data.mapping_function;
-  map.space_type = data.space_type;
-  map.num_individuals = data.population_size;
-  map.marker_names = std::move(data.markers.names);
-  map.marker_class = std::move(data.markers.categories);
-  map.types = std::move(data.markers.types);
-  map.num_markers = args.num_markers;
-  map.num_mapped = args.num_mapped;
-  map.num_unlinked = args.num_unlinked;
-  map.anchor.assign(args.anchor, args.anchor + args.num_markers);
-  for (int g = 0; g < args.num_groups; ++g)
-    map.chromosome_names.push_back(GroupNameFromCodes(args.group_name_codes, g));
-  map.chromosome_sizes.assign(args.group_size, args.group_size + args.num_groups);
-  map.order.assign(args.order, args.order + args.num_markers);
-  map.position.assign(args.position, args.position + args.num_mapped);
-  return map;
-}
-
-}  // namespace
 
 MapPolicy::MapPolicy(const MapCheckArrays* check)
     : MapToolPolicy(ProfileOf(MapTool::kMAP)), check_(check) {}
@@ -67,7 +43,7 @@ void MapPolicy::FillCheckArrays() {
   }
 }
 
-bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
+bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream&) {
   BiparentalMarkers markers;
   markers.population_type = data_.population_type;
   markers.mapping_function = data_.mapping_function;
@@ -81,7 +57,7 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
 void MapPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = BuildLayout(data_, finished);
+  const MapLayout map = LayoutOfFinishedMap(data_, finished);
   WriteTextFile(stem + ".sum", SumReport(map, pairs));
   WriteTextFile(stem + ".mtp", MtpReport(map));
   if (switches.On(0)) WriteTextFile(stem + ".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));

@@ -1,0 +1,215 @@
+// The CDM tool through its C exports: a whole run, the steps one by one, the files it writes
+// read back by the tools that take them, and every refusal of a bad input.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "frame/fixed_format.h"
+#include "frame/pair_index.h"
+#include "frame/process_state.h"
+#include "gaengine.h"
+#include "support/clonal_simulation.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using ::testing::HasSubstr;
+using testing::ReadLines;
+using testing::ReadText;
+using testing::WriteText;
+
+int Call(void (*fn)(int, const char*, int*), const std::string& path) {
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  fn(static_cast<int>(path.size()), path.data(), &status);
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
+struct CdmCheck {
+  int status = -1, n = 0;
+  std::vector<int> names, anchor, category;
+  std::vector<std::vector<int>> sizes;
+  std::vector<float> chi, p;
+};
+
+CdmCheck CheckCdm(const std::string& path) {
+  CdmCheck c;
+  ::testing::internal::CaptureStdout();
+  CDMFindNumMarkers(static_cast<int>(path.size()), path.data(), &c.n, &c.status);
+  if (c.status == 0) {
+    const int n = c.n;
+    c.names.assign(35 * n, 0);
+    c.anchor.assign(n, 0);
+    c.category.assign(n, 0);
+    c.sizes.assign(12, std::vector<int>(n, 0));
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    auto s = [&](int k) { return c.sizes[k].data(); };
+    CheckErrorCDM(static_cast<int>(path.size()), path.data(), n, c.names.data(), c.anchor.data(), s(0), s(1),
+                  s(2), s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), c.category.data(),
+                  c.chi.data(), c.p.data(), &c.status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return c;
+}
+
+class CdmRun : public testing::InTempDir {
+ protected:
+  void SetUp() override {
+    InTempDir::SetUp();
+    WriteText("clonal_f1.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  }
+};
+
+TEST_F(CdmRun, TheExampleRunsThroughEveryResultFile) {
+  ASSERT_EQ(Call(CDMAllByDefault, "clonal_f1.cdm"), 0);
+  for (const char* suffix : {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec",
+                             ".recf", ".recm", ".dis", ".disf", ".dism", ".hap", ".err", "EC.cdm", ".cdq"})
+    EXPECT_TRUE(testing::FileExists("clonal_f1" + std::string(suffix))) << suffix;
+  EXPECT_EQ(ReadText("clonal_f1.LRD").size(), 28u * PairCount(6));
+  const std::vector<std::string> log = ReadLines("CDM.log");
+  ASSERT_FALSE(log.empty());
+  EXPECT_EQ(log.back(), "DLL CDMAllByDefault run successfully!");
+  EXPECT_EQ(Process().map.map_state, -1);
+
+  // The corrected data start a new run; the QTL file is read by its validator.
+  const CdmCheck again = CheckCdm("clonal_f1EC.cdm");
+  EXPECT_EQ(again.status, 0);
+  EXPECT_EQ(Call(CheckErrorCDQ, "clonal_f1.cdq"), 0);
+}
+
+TEST_F(CdmRun, StepByStepTheCheckFillsTheTwelveCountsAndTheStagesLogToCdm) {
+  const CdmCheck c = CheckCdm("clonal_f1.cdm");
+  ASSERT_EQ(c.status, 0);
+  ASSERT_EQ(c.n, 6);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("DLL CheckErrrorCDM"));
+  EXPECT_EQ(c.category, (std::vector<int>{1, 1, 2, 3, 4, 1}));
+  for (int i = 0; i < 6; ++i) {
+    int sum = 0;
+    for (int t = 0; t < 12; ++t) sum += c.sizes[t][i];
+    EXPECT_EQ(sum, 40) << i;
+  }
+  EXPECT_EQ(c.sizes[11][1], 1);  // CM02 has one XX
+  EXPECT_EQ(c.sizes[4][2] + c.sizes[5][2], 39);  // CM03: XC and XD
+
+  int status = -1;
+  std::vector<int> group(6, 0);
+  ::testing::internal::CaptureStdout();
+  MAPGrouping(20, 1, 2, 0.3f, 6, c.anchor.data(), group.data(), &status);
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_EQ(status, 0);
+  // CM01, CM02 and CM06 are linked in the example.
+  EXPECT_GE(*std::max_element(group.begin(), group.end()), 1);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("Grouping"));
+}
+
+// Sign of each marker's phase in a parent, read from the .hap letters of that parent.
+TEST_F(CdmRun, TheHapFileFollowsTheBredPhasesOfASimulatedClonalF1) {
+  std::vector<testing::ClonalMarkerSpec> markers;
+  const int categories[] = {1, 1, 2, 1, 3, 1, 1, 2, 1, 3, 1, 1};
+  const int first[] = {0, 1, 0, 1, 1, 0, 0, 0, 1, 0, 0, 1};
+  const int second[] = {0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 0, 1};
+  for (int k = 0; k < 12; ++k)
+    markers.push_back({"S" + std::to_string(k + 10), 4.0 * k, categories[k], first[k], second[k]});
+  const auto types = testing::SimulateClonalChromosome(markers, 300, 0.02, 99);
+  const std::vector<int> listing = {5, 0, 11, 3, 8, 1, 10, 6, 2, 9, 4, 7};
+  WriteText("sim.cdm", testing::CdmInputFile(1, markers, types, listing));
+  ASSERT_EQ(Call(CDMAllByDefault, "sim.cdm"), 0);
+
+  // Rows in map order: the name, then the letters of the homologues A and C.
+  std::vector<std::string> names;
+  std::vector<char> a, c;
+  const std::vector<std::string> hap = ReadLines("sim.hap");
+  for (size_t k = 1; k < hap.size(); ++k) {
+    names.push_back(fmt::Trim(hap[k].substr(33, 35)));
+    a.push_back(hap[k][68 + 12 + 11]);
+    c.push_back(hap[k][68 + 36 + 11]);
+  }
+  ASSERT_EQ(names.size(), 12u);
+  auto spec = [&](const std::string& name) { return markers[std::stoi(name.substr(1)) - 10]; };
+  // Between consecutive markers that segregate in a parent, the letters change exactly where
+  // the bred phases change.
+  for (const bool first_parent : {true, false}) {
+    int before = -1;
+    for (int k = 0; k < 12; ++k) {
+      const testing::ClonalMarkerSpec m = spec(names[k]);
+      if (m.category == (first_parent ? 2 : 3)) continue;
+      if (before >= 0) {
+        const testing::ClonalMarkerSpec b = spec(names[before]);
+        const bool bred_same = first_parent ? m.first_phase == b.first_phase : m.second_phase == b.second_phase;
+        const bool hap_same = first_parent ? a[k] == a[before] : c[k] == c[before];
+        EXPECT_EQ(bred_same, hap_same) << names[before] << " " << names[k];
+      }
+      before = k;
+    }
+  }
+  // The phases in the pairwise file, pair by pair.
+  const std::string lrd = ReadText("sim.LRD");
+  for (int i = 2; i <= 12; ++i)
+    for (int j = 1; j < i; ++j) {
+      const testing::ClonalMarkerSpec &mi = markers[listing[i - 1]], &mj = markers[listing[j - 1]];
+      if (std::abs(mi.position_cm - mj.position_cm) > 12) continue;
+      int32_t phase = 0;
+      std::memcpy(&phase, lrd.data() + 28 * (GroupPairIndex(i, j) - 1) + 24, 4);
+      const bool first_repulsion = mi.category != 2 && mj.category != 2 && mi.first_phase != mj.first_phase;
+      const bool second_repulsion = mi.category != 3 && mj.category != 3 && mi.second_phase != mj.second_phase;
+      EXPECT_EQ(phase, 1 + 2 * first_repulsion + second_repulsion) << mi.name << " " << mj.name;
+    }
+}
+
+// Every refusal of the clonal reader and of its header, each with its line, the run's 1101 line
+// and no report.
+struct BadCdm {
+  int code;
+  std::string from, to;  // a replacement in the good file
+};
+
+class CdmBadInput : public testing::InTempDir, public ::testing::WithParamInterface<BadCdm> {};
+
+const std::string kGood =
+    "1 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\n"
+    "ABCD M1 AC AD BC BD\nA=B M2 XC XD XC XX\nC=D M3 AX BX AX BX\n"
+    "M1 0\nM2 0\nM3 0\n";
+
+TEST_P(CdmBadInput, StopsWithItsCodeAndLeavesNoReport) {
+  const BadCdm& bad = GetParam();
+  std::string text = kGood;
+  const size_t at = text.find(bad.from);
+  ASSERT_NE(at, std::string::npos);
+  text.replace(at, bad.from.size(), bad.to);
+  WriteText("bad.cdm", text);
+  EXPECT_EQ(Call(CDMAllByDefault, "bad.cdm"), bad.code);
+  const std::vector<std::string> log = ReadLines("CDM.log");
+  ASSERT_GE(log.size(), 2u);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("--Error" + std::to_string(bad.code)));
+  EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL CDMAllByDefault");
+  EXPECT_FALSE(testing::FileExists("bad.sum"));
+  EXPECT_FALSE(testing::FileExists("bad.LRD"));
+  EXPECT_EQ(CheckCdm("bad.cdm").status, bad.code);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryCode, CdmBadInput,
+    ::testing::Values(BadCdm{2006, "1 !pop", "3 !pop"}, BadCdm{2003, "1 !pop", "x !pop"},
+                      BadCdm{2009, "1 !fn", "4 !fn"}, BadCdm{2011, "1 !space", "3 !space"},
+                      BadCdm{2017, "3 !markers", "0 !markers"}, BadCdm{2019, "4 !size", "0 !size"},
+                      BadCdm{2213, "A=B M2", "A=CB=D M2"}, BadCdm{2214, "1 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\nABCD", "2 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\nAB=CD"},
+                      BadCdm{2215, "BC BD\n", "BC QQ\n"}, BadCdm{2216, "BC BD\n", "BC XC\n"},
+                      BadCdm{2217, "AC AD BC BD", "AC AC XX AC"}, BadCdm{2218, "XD XC XX", "XD AC XX"},
+                      BadCdm{2219, "XC XD XC XX", "XC XC XC XX"}, BadCdm{2220, "BX AX BX\n", "BX AC BX\n"},
+                      BadCdm{2221, "AX BX AX BX", "AX AX AX XX"},
+                      BadCdm{2222, "C=D M3 AX BX AX BX", "AB=CD M3 AA AB AC BB"},
+                      BadCdm{2223, "C=D M3 AX BX AX BX", "AB=CD M3 AA AA XX AA"},
+                      BadCdm{2230, "C=D M3", "C=D M1"}, BadCdm{2201, "AX BX AX BX\nM1 0\nM2 0\nM3 0\n", "AX BX"}),
+    [](const ::testing::TestParamInfo<BadCdm>& info) { return "Code" + std::to_string(info.param.code); });
+
+}  // namespace
+}  // namespace gae
