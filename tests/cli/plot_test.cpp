@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cairo.h>
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <fstream>
@@ -214,7 +215,8 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
            fmt::F(k == 0 ? 0.0 : positions[k] - positions[k - 1], 20, 4) + fmt::F(positions[k], 20, 4) +
            fmt::I(2, 20) + fmt::I(1, 20) + fmt::I(1, 20) + fmt::I(0, 20) + "\n";
   }
-  sum += "\n" + field("ChromosomeID") + field("ChromosomeName") + field("NumMarkers") + field("ChromLength(cM)") + "\n";
+  sum += "\n";
+  sum += field("ChromosomeID") + field("ChromosomeName") + field("NumMarkers") + field("ChromLength(cM)") + "\n";
   sum += fmt::I(1, 20) + " " + fmt::A("Chromsome1", 19) + fmt::I(3, 20) + fmt::F(7.25, 20, 4) + "\n";
   sum += field("WholeGenome") + field("WholeGenome") + fmt::I(3, 20) + fmt::F(7.25, 20, 4) + "\n\n";
   sum += field("UnlinkedMarkerID") + field("MarkerName") + "\n\n" + field("DeletedMarkerID") + field("MarkerName") + "\n";
@@ -250,6 +252,52 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
   broken.replace(broken.find(row), row.size(), fmt::I(4, 20) + fmt::F(7.25, 20, 4));
   EXPECT_FALSE(gaecli::ParseSumText(broken, parsed, error));
   EXPECT_TRUE(gaecli::ParseSumText(sum, parsed, error)) << error;
+}
+
+int Gaengine(const std::string& arguments) {
+  const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " > out.txt 2>&1";
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// The bundled example through the command: the heat map shows the frequencies and LOD scores
+// of the run's own .rec and .lod reports, cell for cell, in the order of its .sum.
+TEST_F(Pictures, TheCommandDrawsWhatTheReportsSay) {
+  testing::WriteText("f2.map", testing::ReadText(testing::SourcePath("examples/f2_five_chromosomes.map")));
+  ASSERT_EQ(Gaengine("--seed 31 map --plots f2.map"), 0) << testing::ReadText("out.txt");
+  ASSERT_TRUE(testing::FileExists("f2.map.svg"));
+  std::remove("f2.map.svg");
+  std::remove("f2.rf.png");
+  ASSERT_EQ(Gaengine("plot f2.map"), 0) << testing::ReadText("out.txt");
+  EXPECT_TRUE(testing::CheckXml(testing::ReadText("f2.map.svg")).ok);
+
+  gaecli::SumFile sum;
+  std::string error;
+  ASSERT_TRUE(gaecli::ParseSumText(testing::ReadText("f2.sum"), sum, error)) << error;
+  std::vector<gaecli::HeatGroup> groups;
+  for (const gaecli::SumGroup& g : sum.groups) groups.push_back({g.name, g.num_markers});
+  const gaecli::HeatGeometry h = gaecli::LayOutHeatMap(groups, "f2.map: pairwise recombination frequency and LOD score");
+  const Png png("f2.rf.png");
+  ASSERT_EQ(png.Width(), h.width);
+  ASSERT_EQ(png.Height(), h.height);
+  EXPECT_EQ(h.cell, 1200 / 150);
+  // Rows of .rec and .lod: I12 number, blank, A35 name, I12 anchor, then F12.4 cells j < i.
+  const std::vector<std::string> rec = testing::ReadLines("f2.rec"), lod = testing::ReadLines("f2.lod");
+  auto value = [](const std::string& line, int j) { return std::stod(line.substr(60 + 12 * (j - 1), 12)); };
+  auto near = [](gaecli::Rgb a, gaecli::Rgb b) {
+    return std::abs(a.r - b.r) <= 2 && std::abs(a.g - b.g) <= 2 && std::abs(a.b - b.b) <= 2;
+  };
+  for (int i : {2, 7, 31, 64, 99}) {
+    for (int j : {1, i / 2, i - 1}) {
+      if (j < 1 || j >= i) continue;
+      const int x = h.matrix_left + h.slots[j - 1].first_pixel + 1, y = h.matrix_top + h.slots[i - 1].first_pixel + 1;
+      const double r = value(rec[i], j), l = value(lod[i], j);
+      // Row i, column j lies below the diagonal (LOD); its mirror above it (frequency).
+      EXPECT_TRUE(near(png.At(x, y), gaecli::LinkageColour(std::min(l, 12.0) / 12.0))) << i << "," << j;
+      EXPECT_TRUE(near(png.At(y - h.matrix_top + h.matrix_left, x - h.matrix_left + h.matrix_top),
+                       gaecli::LinkageColour(1.0 - std::min(r, 0.5) / 0.5))) << i << "," << j;
+    }
+  }
 }
 
 }  // namespace
