@@ -18,7 +18,7 @@ constexpr double kMargin = 16.0;
 constexpr double kAxisWidth = 56.0;   // scale numbers and the axis itself
 constexpr double kBarWidth = 10.0;
 constexpr double kTickOverhang = 4.0;
-constexpr double kLeader = 16.0;      // room for the leader lines between tick and name
+constexpr double kLeaderMin = 16.0, kLeaderMax = 72.0;  // room for the leaders between tick and name
 constexpr double kJoinGap = 44.0;     // between two maps of a group: the joining lines
 constexpr double kBlockGap = 30.0;
 constexpr double kTitleFont = 15.0, kBlockFont = 12.0, kBarFont = 10.0;
@@ -73,15 +73,20 @@ ChartGeometry LayOutChart(const MapChart& chart, const TextWidth& width) {
       const ChartBar& bar = block.bars[k];
       PlacedBar p;
       p.x = x;
-      p.label_x = x + kBarWidth + kTickOverhang + kLeader;
-      double longest = 0.0;
+      double longest = 0.0, furthest = 0.0;
       std::vector<double> wanted;
       for (const ChartTick& t : bar.ticks) {
         longest = std::max(longest, width(t.name, g.font_size));
         wanted.push_back(g.Y(t.position));
       }
       const std::vector<double> spread = SpreadLabels(wanted, g.pitch, low, high);
-      for (std::size_t i = 0; i < bar.ticks.size(); ++i) p.ticks.push_back({bar.ticks[i].name, wanted[i], spread[i]});
+      for (std::size_t i = 0; i < bar.ticks.size(); ++i) {
+        p.ticks.push_back({bar.ticks[i].name, wanted[i], spread[i]});
+        furthest = std::max(furthest, std::abs(spread[i] - wanted[i]));
+      }
+      // Names pushed far from their ticks get a wider channel, so their leaders fan out
+      // instead of merging into one grey band.
+      p.label_x = x + kBarWidth + kTickOverhang + std::clamp(0.2 * furthest, kLeaderMin, kLeaderMax);
       p.column_right = p.label_x + longest;
       double right = p.column_right;
       if (block.bars.size() > 1) right = std::max(right, x + width(bar.title, kBarFont * 1.1));
