@@ -5,9 +5,11 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <numeric>
 #include <random>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -174,6 +176,24 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   EXPECT_EQ(xml.root, "svg");
   EXPECT_NE(xml.root_attributes.find("width=\"" + std::to_string(static_cast<int>(g.width))), std::string::npos)
       << xml.root_attributes;
+  // The file itself holds each marker's tick across its bar at the height of its .sum position
+  // (cairo writes text as glyph outlines, so the names are checked on the layout above, and
+  // it keeps coordinates in 1/256 units).
+  const std::string svg = testing::ReadText("small.map.svg");
+  const std::regex segment(R"(M ([-0-9.]+) ([-0-9.]+) L ([-0-9.]+) ([-0-9.]+))");
+  std::vector<std::array<double, 4>> lines;
+  for (auto it = std::sregex_iterator(svg.begin(), svg.end(), segment); it != std::sregex_iterator(); ++it)
+    lines.push_back({std::stod((*it)[1]), std::stod((*it)[2]), std::stod((*it)[3]), std::stod((*it)[4])});
+  for (std::size_t b = 0; b < 2; ++b) {
+    const gaecli::PlacedBar& bar = g.blocks[b][0];
+    for (const gaecli::ChartTick& t : sources.chart.blocks[b].bars[0].ticks) {
+      const double y = g.plot_top + t.position * g.px_per_cm;
+      const bool found = std::any_of(lines.begin(), lines.end(), [&](const std::array<double, 4>& l) {
+        return std::abs(l[1] - y) < 5e-3 && std::abs(l[3] - y) < 5e-3 && l[0] < bar.x && l[2] > bar.x + 5.0;
+      });
+      EXPECT_TRUE(found) << t.name;
+    }
+  }
 
   sources.heat.pairs = store.Table();
   ASSERT_TRUE(gaecli::WriteHeatMapPng(sources.heat, "small.rf.png", error)) << error;
