@@ -221,25 +221,63 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
 }
 
 // A consensus: the input maps of the bundled 3B example beside a hand-written consensus summary.
-TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
-  testing::WriteText("c3b.cmp", testing::ReadText(testing::SourcePath("examples/three_maps_3b.cmp")));
+// A summary of one group "Chromsome1" in the fixed columns of the reports. The tool's further
+// columns: `header_tail` after the first five headers, `extra` after each marker row.
+std::string OneGroupSummary(const std::vector<std::string>& markers, const std::vector<float>& positions,
+                            const std::string& header_tail, const std::string& extra) {
   auto field = [](const std::string& s) { return fmt::A(s, 20); };
   std::string sum;
-  for (const char* h : {"ChromsomeID", "ChromosomeName", "MarkerName", "Interval(cM)", "Position(cM)", "NumMaps"})
-    sum += field(h);
-  sum += fmt::I(1, 20) + fmt::I(2, 20) + fmt::I(3, 20) + "\n";
-  const char* markers[] = {"gwm100", "gwm113", "gwm126"};
-  const float positions[] = {0.0f, 5.5f, 7.25f};
-  for (int k = 0; k < 3; ++k) {
+  for (const char* h : {"ChromsomeID", "ChromosomeName", "MarkerName", "Interval(cM)", "Position(cM)"}) sum += field(h);
+  sum += header_tail + "\n";
+  for (std::size_t k = 0; k < markers.size(); ++k) {
     sum += fmt::I(1, 20) + fmt::A("Chromsome1", 20) + " " + fmt::A(markers[k], 19) +
-           fmt::F(k == 0 ? 0.0 : positions[k] - positions[k - 1], 20, 4) + fmt::F(positions[k], 20, 4) +
-           fmt::I(2, 20) + fmt::I(1, 20) + fmt::I(1, 20) + fmt::I(0, 20) + "\n";
+           fmt::F(k == 0 ? 0.0 : positions[k] - positions[k - 1], 20, 4) + fmt::F(positions[k], 20, 4) + extra + "\n";
   }
+  const int n = static_cast<int>(markers.size());
+  const double length = markers.empty() ? 0.0 : positions.back() - positions.front();
   sum += "\n";
   sum += field("ChromosomeID") + field("ChromosomeName") + field("NumMarkers") + field("ChromLength(cM)") + "\n";
-  sum += fmt::I(1, 20) + " " + fmt::A("Chromsome1", 19) + fmt::I(3, 20) + fmt::F(7.25, 20, 4) + "\n";
-  sum += field("WholeGenome") + field("WholeGenome") + fmt::I(3, 20) + fmt::F(7.25, 20, 4) + "\n\n";
+  sum += fmt::I(1, 20) + " " + fmt::A("Chromsome1", 19) + fmt::I(n, 20) + fmt::F(length, 20, 4) + "\n";
+  sum += field("WholeGenome") + field("WholeGenome") + fmt::I(n, 20) + fmt::F(length, 20, 4) + "\n\n";
   sum += field("UnlinkedMarkerID") + field("MarkerName") + "\n\n" + field("DeletedMarkerID") + field("MarkerName") + "\n";
+  return sum;
+}
+
+// A clonal map: the bundled clonal F1's markers, the parents' maps beside the combined one.
+TEST_F(Pictures, ClonalChartSetsTheParentsMapsBesideTheCombinedMap) {
+  testing::WriteText("cf1.cdm", testing::ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  const std::string rf = fmt::F(0.1, 20, 4);
+  // CM03 (A=B) tells nothing of the first parent, CM04 (C=D) nothing of the second.
+  testing::WriteText("cf1.sum", OneGroupSummary({"CM01", "CM02", "CM03", "CM04"}, {0.0f, 3.5f, 12.0f, 20.0f}, fmt::A("RecomFrequency", 20), rf));
+  testing::WriteText("cf1.sumf", OneGroupSummary({"CM01", "CM02", "CM04"}, {0.0f, 4.0f, 24.0f}, fmt::A("RecomFrequency", 20), rf));
+  gaecli::PlotSources sources;
+  std::string error;
+  EXPECT_FALSE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error));
+  EXPECT_NE(error.find("cf1.summ is missing"), std::string::npos) << error;
+  testing::WriteText("cf1.summ", OneGroupSummary({"CM01", "CM02", "CM03"}, {0.0f, 3.0f, 10.0f}, fmt::A("RecomFrequency", 20), rf));
+  ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error)) << error;
+  ASSERT_EQ(sources.chart.blocks.size(), 1u);
+  const auto& bars = sources.chart.blocks[0].bars;
+  ASSERT_EQ(bars.size(), 3u);
+  EXPECT_EQ(bars[0].title, "Parent 1");
+  EXPECT_EQ(bars[1].title, "Combined");
+  EXPECT_EQ(bars[2].title, "Parent 2");
+  EXPECT_EQ(bars[0].ticks.back().name, "CM04");
+  EXPECT_FLOAT_EQ(bars[0].ticks.back().position, 24.0f);
+  EXPECT_EQ(bars[2].ticks.back().name, "CM03");
+  EXPECT_FLOAT_EQ(bars[2].ticks.back().position, 10.0f);
+  EXPECT_EQ(sources.heat.markers, (std::vector<int64_t>{1, 2, 3, 4}));
+  EXPECT_EQ(sources.record_length, 7);
+  EXPECT_TRUE(sources.heat.lower_is_lod);
+}
+
+// A consensus: the input maps of the bundled 3B example beside a hand-written consensus summary.
+TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
+  testing::WriteText("c3b.cmp", testing::ReadText(testing::SourcePath("examples/three_maps_3b.cmp")));
+  // NumMaps, then the place of the marker on each of the three maps.
+  const std::string sum = OneGroupSummary({"gwm100", "gwm113", "gwm126"}, {0.0f, 5.5f, 7.25f},
+                                          fmt::A("NumMaps", 20) + fmt::I(1, 20) + fmt::I(2, 20) + fmt::I(3, 20),
+                                          fmt::I(2, 20) + fmt::I(1, 20) + fmt::I(1, 20) + fmt::I(0, 20));
   testing::WriteText("c3b.sum", sum);
 
   gaecli::PlotSources sources;
