@@ -170,7 +170,12 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file with the default settings");
   static std::string file;
   cmd->add_option("file", file, "MAP input file")->required();
-  cmd->callback([&exit_code] { exit_code = RunMap(file); });
+  static bool plots = false;
+  cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+  cmd->callback([&exit_code] {
+    exit_code = RunMap(file);
+    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, "MAP");
+  });
 }
 
 }  // namespace gaecli
