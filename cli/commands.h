@@ -16,6 +16,7 @@ void RegisterPairsCommand(CLI::App& app, int& exit_code);
 void RegisterMapCommand(CLI::App& app, int& exit_code);
 void RegisterCheckCommand(CLI::App& app, int& exit_code);
 void RegisterTwoPointCommand(CLI::App& app, int& exit_code);
+void RegisterGroupsCommand(CLI::App& app, int& exit_code);
 
 // The path argument of the exports: its bytes and their count.
 struct PathArg {
