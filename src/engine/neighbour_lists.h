@@ -15,7 +15,7 @@ namespace gae {
 
 class NeighbourLists {
  public:
-  static constexpr int32_t kDefaultLength = 32;
+  static constexpr int32_t kDefaultLength = 64;
 
   NeighbourLists() = default;
   NeighbourLists(const TourMatrix& d, int32_t k = kDefaultLength);
