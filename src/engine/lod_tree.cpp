@@ -27,10 +27,13 @@ class UnionFind {
     }
     return x;
   }
-  void Join(int32_t a, int32_t b) {
+  // False when a and b were in one set already.
+  bool Join(int32_t a, int32_t b) {
     a = Find(a);
     b = Find(b);
-    if (a != b) parent_[static_cast<std::size_t>(std::max(a, b))] = std::min(a, b);
+    if (a == b) return false;
+    parent_[static_cast<std::size_t>(std::max(a, b))] = std::min(a, b);
+    return true;
   }
 
  private:
@@ -74,10 +77,24 @@ std::vector<int32_t> FoldedIntoSeed(const PairTable& table, int32_t n, int32_t a
   return members;
 }
 
+bool Stronger(const LinkedPair& x, const LinkedPair& y) { return x.value < y.value; }
+
+// Keeps of the pairs only a spanning forest built strongest first: at every threshold the
+// pairs above it that remain connect exactly the markers that all of them connected, so the
+// rows come out the same while memory stays within a bound, whatever the number of pairs.
+void KeepSpanningForest(int32_t n, std::vector<LinkedPair>& linked) {
+  std::sort(linked.begin(), linked.end(), Stronger);
+  UnionFind sets(n);
+  std::size_t kept = 0;
+  for (const LinkedPair& p : linked)
+    if (sets.Join(p.i, p.j)) linked[kept++] = p;
+  linked.resize(kept);
+}
+
 }  // namespace
 
 std::vector<LodTreeRow> LodTree(const PairTable& table, int32_t n, const std::vector<float>& thresholds,
-                                bool keep_groups) {
+                                bool keep_groups, std::size_t held_pairs) {
   std::vector<LodTreeRow> rows(thresholds.size());
   if (n < 1 || thresholds.empty()) return rows;
   // The values below the negated lowest threshold are all a row can use.
@@ -85,6 +102,8 @@ std::vector<LodTreeRow> LodTree(const PairTable& table, int32_t n, const std::ve
   float best = std::numeric_limits<float>::infinity();
   int32_t seed_i = 0, seed_j = 0;
   std::vector<LinkedPair> linked;
+  const std::size_t cap = held_pairs > 0 ? std::max<std::size_t>(held_pairs, static_cast<std::size_t>(n))
+                                        : std::max<std::size_t>(std::size_t{1} << 21, 4 * static_cast<std::size_t>(n));
   for (int32_t i = 2; i <= n; ++i) {
     for (int32_t j = 1; j < i; ++j) {
       const float v = table.First(i, j);
@@ -93,10 +112,13 @@ std::vector<LodTreeRow> LodTree(const PairTable& table, int32_t n, const std::ve
         seed_i = i;
         seed_j = j;
       }
-      if (v < loosest) linked.push_back({v, i, j});
+      if (v < loosest) {
+        linked.push_back({v, i, j});
+        if (linked.size() >= cap) KeepSpanningForest(n, linked);
+      }
     }
   }
-  std::sort(linked.begin(), linked.end(), [](const LinkedPair& x, const LinkedPair& y) { return x.value < y.value; });
+  KeepSpanningForest(n, linked);
   const std::vector<int32_t> seed = seed_i > 0 ? FoldedIntoSeed(table, n, seed_i, seed_j) : std::vector<int32_t>{};
 
   // Rows from the highest threshold down, each adding the pairs that clear it.

@@ -9,6 +9,7 @@
 // pair clears, so one union-find pass over the pairs in descending LOD gives every row.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -25,10 +26,12 @@ struct LodTreeRow {
                                 // numbered in the order of their lowest marker
 };
 
-// One row for each threshold, in the order given. The pairs with a LOD above the lowest
-// threshold are held in memory while the rows are built; the others are only read.
+// One row for each threshold, in the order given. Of the pairs with a LOD above the lowest
+// threshold only a spanning forest is held (a few million pairs at most while it is pruned),
+// so memory does not grow with the number of pairs. `held_pairs` sets how many pairs gather
+// before a pruning (0: the default bound; never fewer than n).
 std::vector<LodTreeRow> LodTree(const PairTable& table, int32_t n, const std::vector<float>& thresholds,
-                                bool keep_groups = false);
+                                bool keep_groups = false, std::size_t held_pairs = 0);
 
 // Thresholds from `low` to `high` by `step` (both ends included when the steps land on them).
 std::vector<float> LodTreeThresholds(float low, float high, float step);
