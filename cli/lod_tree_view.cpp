@@ -53,7 +53,7 @@ AutoLod ChooseLod(const std::vector<gae::LodTreeRow>& rows, int num_markers) {
   char text[64];
   std::snprintf(text, sizeof text, "LOD %.1f", static_cast<double>(choice.threshold));
   choice.reason = std::string(text) + ": the groups stay the same from " + Number(choice.threshold) + " to " +
-                  Number(choice.run_to) + " (" + std::to_string(choice.groups) + " groups of at least " +
+                  Number(choice.run_to) + " (" + std::to_string(choice.groups) + (choice.groups == 1 ? " group" : " groups") + " of at least " +
                   std::to_string(FewMarkers(num_markers)) + " markers)";
   return choice;
 }
