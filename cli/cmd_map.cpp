@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 
 #include "commands.h"
 #include "gaengine.h"
+#include "lod_tree_view.h"
 #include "map_check.h"
 
 namespace gaecli {
@@ -106,11 +108,12 @@ long long FlaggedGenotypes(const std::string& err_path) {
 }
 
 void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times) {
+                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note) {
   const int type = PopulationTypeOf(file);
   std::printf("\nSummary of %s\n", file.c_str());
   std::printf("  Population        %s (type %d)\n", type >= 1 && type <= 20 ? kPopulationNames[type - 1] : "?", type);
   std::printf("  Markers read      %d\n", markers.num_markers);
+  if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   std::printf("  Linkage groups    %d\n", map.num_groups);
   int start = 0;
   for (int g = 0; g < map.num_groups; ++g) {
@@ -130,7 +133,56 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
 
-int RunMap(const std::string& file) {
+// The default threshold of a whole run, a LOD score.
+constexpr float kDefaultLod = 3.0f;
+
+// The LOD threshold of the run from --lod ("auto", a number, or empty for the default), with
+// the words the summary gives about it. False when the option cannot be used.
+bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float& threshold,
+                     std::string& note) {
+  threshold = kDefaultLod;
+  if (lod.empty()) return true;
+  if (lod != "auto") {
+    try {
+      size_t used = 0;
+      threshold = std::stof(lod, &used);
+      if (used != lod.size()) throw std::invalid_argument(lod);
+    } catch (const std::exception&) {
+      std::fprintf(stderr, "--lod takes a number or \"auto\", not \"%s\"\n", lod.c_str());
+      return false;
+    }
+    char text[64];
+    std::snprintf(text, sizeof text, "LOD %.1f, as asked", static_cast<double>(threshold));
+    note = text;
+    return true;
+  }
+  std::vector<gae::LodTreeRow> rows;
+  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows)) {
+    std::fprintf(stderr, "%s: cannot read %s\n", file.c_str(), PairFileName(file).c_str());
+    return false;
+  }
+  const AutoLod choice = ChooseLod(rows, num_markers);
+  if (choice.found) {
+    threshold = choice.threshold;
+    note = choice.reason;
+  }
+  return true;
+}
+
+// With the default threshold: a warning when one group holds most markers while the LOD tree
+// shows more groups that hold together over a run of higher thresholds.
+std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& map) {
+  const int largest = map.group_size.empty() ? 0 : *std::max_element(map.group_size.begin(), map.group_size.end());
+  if (2 * largest <= map.num_markers) return "";
+  std::vector<gae::LodTreeRow> rows;
+  if (!ProjectLodTree(file, map.num_markers, 2.0f, 15.0f, 1.0f, rows)) return "";
+  const AutoLod choice = ChooseLod(rows, map.num_markers);
+  if (!choice.found || choice.threshold <= kDefaultLod || choice.groups < 2) return "";
+  return "warning: one group holds " + std::to_string(largest) + " of " + std::to_string(map.num_markers) +
+         " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
+}
+
+int RunMap(const std::string& file, const std::string& lod) {
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
@@ -139,12 +191,16 @@ int RunMap(const std::string& file) {
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
+  float threshold = kDefaultLod;
+  std::string grouping_note;
+  if (!ChooseThreshold(file, lod, markers.num_markers, threshold, grouping_note)) return 1;
   FrontEndMap map;
   map.num_markers = markers.num_markers;
   map.group.assign(map.num_markers, 0);
   int status = 0;
-  MAPGrouping(104, 1, 1, 3.0f, map.num_markers, markers.anchor.data(), map.group.data(), &status);
+  MAPGrouping(104, 1, 1, threshold, map.num_markers, markers.anchor.data(), map.group.data(), &status);
   map.BuildFromGroups();
+  if (lod.empty()) grouping_note = DefaultThresholdWarning(file, map);
   times.push_back({"grouping", clock.Lap()});
   MAPOrderingAll(104, 2, 2, 1, 5, 3, map.num_markers, map.num_groups, map.group_size.data(),
                  map.group_status.data(), &map.map_state, markers.anchor.data(), map.group.data(),
@@ -160,7 +216,7 @@ int RunMap(const std::string& file) {
             map.num_unlinked, map.num_groups, names.data(), map.group_size.data(), map.order.data(),
             map.position.data(), 1, 1, 1, 1);
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, markers, map, times);
+  PrintSummary(file, markers, map, times, grouping_note);
   return 0;
 }
 
@@ -168,12 +224,15 @@ int RunMap(const std::string& file) {
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file with the default settings");
-  static std::string file;
+  static std::string file, lod;
   cmd->add_option("file", file, "MAP input file")->required();
+  cmd->add_option("--lod", lod,
+                  "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
+                  "run over which the groups stay the same (default 3)");
   static bool plots = false;
   cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->callback([&exit_code] {
-    exit_code = RunMap(file);
+    exit_code = RunMap(file, lod);
     if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, "MAP");
   });
 }

@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
   gaecli::RegisterSnpCommand(app, exit_code);
   gaecli::RegisterBinCommand(app, exit_code);
   gaecli::RegisterPlotCommand(app, exit_code);
+  gaecli::RegisterGroupsCommand(app, exit_code);
 
   // The seed must be in place before any sub-command runs.
   app.parse_complete_callback([&] {

@@ -61,8 +61,12 @@ PhaseExchange ExchangeFor(int population_type, int pair_code) {
 
 }  // namespace
 
-void TwoPointOnePhase(int population_type, int pair_code, const float cells[9], float& rec_freq,
-                      float& lod, float& std_err) {
+namespace {
+
+// The estimators with the standard error optional: the pair store keeps none, and leaving it
+// out spares the second derivatives of the score.
+void OnePhase(int population_type, int pair_code, const float cells[9], float& rec_freq,
+              float& lod, float* std_err) {
   const float n = CellSum(cells);
   if (!TwoPointClosedForm(population_type, pair_code, cells, n, rec_freq)) {
     rec_freq = Iterated(population_type) ? TwoPointNewton(population_type, pair_code, cells, n)
@@ -71,20 +75,32 @@ void TwoPointOnePhase(int population_type, int pair_code, const float cells[9], 
   TwoPointScore(population_type, pair_code, cells, rec_freq, lod, std_err);
 }
 
-void TwoPointEstimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
-                      float& lod, float& std_err) {
-  TwoPointOnePhase(population_type, pair_code, cells, rec_freq, lod, std_err);
+void Estimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
+              float& lod, float* std_err) {
+  OnePhase(population_type, pair_code, cells, rec_freq, lod, std_err);
   const PhaseExchange exchange = ExchangeFor(population_type, pair_code);
   if (exchange.perm == nullptr) return;
   float swapped[9];
   for (int k = 0; k < 9; ++k) swapped[k] = cells[exchange.perm[k] - 1];
   float r2 = 0.0f, lod2 = 0.0f, se2 = 0.0f;
-  TwoPointOnePhase(population_type, exchange.pair_code, swapped, r2, lod2, se2);
+  OnePhase(population_type, exchange.pair_code, swapped, r2, lod2, std_err != nullptr ? &se2 : nullptr);
   if (r2 < rec_freq) {  // false when either is NaN: the first phase stands
     rec_freq = 1 - r2;
     lod = lod2;
-    std_err = se2;
+    if (std_err != nullptr) *std_err = se2;
   }
+}
+
+}  // namespace
+
+void TwoPointOnePhase(int population_type, int pair_code, const float cells[9], float& rec_freq,
+                      float& lod, float& std_err) {
+  OnePhase(population_type, pair_code, cells, rec_freq, lod, &std_err);
+}
+
+void TwoPointEstimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
+                      float& lod, float& std_err) {
+  Estimate(population_type, pair_code, cells, rec_freq, lod, &std_err);
 }
 
 void TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
@@ -94,8 +110,7 @@ void TwoPointGuarded(int population_type, int pair_code, const float cells[9], f
     lod = 0.0f;
     return;
   }
-  float std_err = 0.0f;
-  TwoPointEstimate(population_type, pair_code, cells, rec_freq, lod, std_err);
+  Estimate(population_type, pair_code, cells, rec_freq, lod, nullptr);
   if (lod < 0.0f) lod = 0.0f;
 }
 
