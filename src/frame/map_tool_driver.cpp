@@ -180,6 +180,19 @@ StageContext ProcessStageContext(const StageRules& rules) {
   return context;
 }
 
+void FillFinishedLayout(const FinishedMap& args, FinishedMapLayout& out) {
+  out.num_markers = args.num_markers;
+  out.num_mapped = args.num_mapped;
+  out.num_unlinked = args.num_unlinked;
+  if (args.anchor != nullptr) out.anchor.assign(args.anchor, args.anchor + args.num_markers);
+  out.chromosome_names.clear();
+  for (int g = 0; g < args.num_groups; ++g)
+    out.chromosome_names.push_back(GroupNameFromCodes(args.group_name_codes, g));
+  out.chromosome_sizes.assign(args.group_size, args.group_size + args.num_groups);
+  out.order.assign(args.order, args.order + args.num_markers);
+  out.position.assign(args.position, args.position + args.num_mapped);
+}
+
 OutputSwitches OutputSwitches::AllOn(int count) {
   OutputSwitches s;
   s.count = std::clamp(count, 0, kMax);
