@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
+#include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
 
@@ -29,7 +30,7 @@ int RunGroups(const GroupsOptions& o) {
   }
   std::vector<gae::LodTreeRow> rows;
   if (!ProjectLodTree(o.file, markers.num_markers, o.from, o.to, o.step, rows)) {
-    std::fprintf(stderr, "%s: cannot read %s\n", o.file.c_str(), PairFileName(o.file).c_str());
+    std::fprintf(stderr, "%s: cannot read %s\n", o.file.c_str(), gae::PairStoreName(o.file).c_str());
     return 1;
   }
   const int few = FewMarkers(markers.num_markers);

@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "map_check.h"
+#include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
 
@@ -25,7 +26,7 @@ std::string Number(float value) {
 
 bool ProjectLodTree(const std::string& project, int num_markers, float low, float high, float step,
                     std::vector<gae::LodTreeRow>& rows) {
-  const std::string lrd = PairFileName(project);
+  const std::string lrd = gae::PairStoreName(project);
   const int fd = ::open(lrd.c_str(), O_RDONLY);
   if (fd < 0) return false;
   struct stat info {};
