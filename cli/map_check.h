@@ -1,5 +1,5 @@
-// The MAP check as both the `pairs` and the `map` commands run it: CheckErrorMAP with a
-// progress bar on standard error while the pairwise file grows.
+// The checks of the map tools as the `pairs` and `map` commands run them: CheckErrorMAP or
+// CheckErrorCDM with a progress bar on standard error while the pairwise file grows.
 #pragma once
 
 #include <string>
@@ -15,11 +15,6 @@ struct MarkerTable {
   std::vector<float> chi_square, probability;
   std::string Name(int i) const;  // trailing blanks dropped
 };
-
-// The stem of a project's result files: its path less the last four characters.
-std::string ResultStem(const std::string& path);
-// The .LRD name of a project file: its stem plus ".LRD".
-std::string PairFileName(const std::string& path);
 
 // MAPFindNumMarkers, then CheckErrorMAP. Returns the Status of the first that fails, or 0.
 int CheckMapFile(const std::string& path, MarkerTable& table);

@@ -1,8 +1,8 @@
 #include "frame/cdm_tool_policy.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "frame/finished_map_layout.h"
 #include "frame/name_codes.h"
 #include "report/clonal_output.h"
 #include "report/clonal_segregation.h"
@@ -47,7 +47,15 @@ bool CdmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
 void CdmPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = LayoutOfFinishedMap(data_, finished);
+  ClonalLayout map;
+  FillFinishedLayout(finished, map);
+  map.marker_names = std::move(data_.markers.names);
+  map.mapping_function = data_.mapping_function;
+  map.population_type = data_.population_type;
+  map.space_type = data_.space_type;
+  map.num_individuals = data_.population_size;
+  map.category = std::move(data_.markers.categories);
+  map.types = std::move(data_.markers.types);
   WriteClonalResults(map, pairs, stem, {switches.On(0), switches.On(1), switches.On(2), switches.On(3)},
                      random);
 }

@@ -4,7 +4,6 @@
 
 #include "frame/name_codes.h"
 #include "report/map_downstream.h"
-#include "frame/finished_map_layout.h"
 #include "report/map_layout.h"
 #include "report/map_reports.h"
 #include "report/segregation.h"
@@ -13,6 +12,23 @@
 
 namespace gae {
 
+namespace {
+
+// The report layout: the caller's finished map with the names and genotypes read.
+MapLayout BuildLayout(MapToolInput& data, const FinishedMap& args) {
+  MapLayout map;
+  map.population_type = data.population_type;
+  map.mapping_function = data.mapping_function;
+  map.space_type = data.space_type;
+  map.num_individuals = data.population_size;
+  map.marker_names = std::move(data.markers.names);
+  map.marker_class = std::move(data.markers.categories);
+  map.types = std::move(data.markers.types);
+  FillFinishedLayout(args, map);
+  return map;
+}
+
+}  // namespace
 
 MapPolicy::MapPolicy(const MapCheckArrays* check)
     : MapToolPolicy(ProfileOf(MapTool::kMAP)), check_(check) {}
@@ -57,7 +73,7 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
 void MapPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = LayoutOfFinishedMap(data_, finished);
+  const MapLayout map = BuildLayout(data_, finished);
   WriteTextFile(stem + ".sum", SumReport(map, pairs));
   WriteTextFile(stem + ".mtp", MtpReport(map));
   if (switches.On(0)) WriteTextFile(stem + ".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));

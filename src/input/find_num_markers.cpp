@@ -1,6 +1,5 @@
 #include "input/find_num_markers.h"
 
-#include "input/file_entry.h"
 #include "input/header_fields.h"
 #include "input/map_section.h"
 
@@ -31,12 +30,6 @@ void ReadConsensusSizes(InputFile& in, int* space_type, int* space_unit, int* nu
   if (ReadMapSection(in, kConsensus, values[2], values[0], values[1], map)) {
     *num_markers = map.distinct.Count();
   }
-}
-
-void FindNumMarkersEntry(std::string_view tool, std::string_view dll_name, int tool_code,
-                         int path_len, const char* path, int* num_markers, int* status) {
-  RunFileEntry(tool, dll_name, path_len, path, status,
-               [&](InputFile& in) { ReadMarkerCountHeader(in, tool_code, num_markers); });
 }
 
 }  // namespace gae

@@ -24,10 +24,10 @@ constexpr const char* kClonalLetters = "ABCDEFGHIJK";
 // its types; its scan class carries its phases instead: with the second parent's homologues
 // read the other way round it is scanned as A=DB=C (or back), and with the first parent's the
 // AA and BB types change places.
-void PrepareScan(const MapLayout& map, const PhaseSigns& signs, std::string& genotypes,
+void PrepareScan(const ClonalLayout& map, const PhaseSigns& signs, std::string& genotypes,
                  std::vector<int32_t>& classes) {
   for (int32_t k = 0; k < map.num_mapped; ++k) {
-    const int32_t category = map.marker_class[map.order[k] - 1];
+    const int32_t category = map.category[map.order[k] - 1];
     classes.push_back(category);
     if (category != 4 && category != 5) continue;
     const bool first = signs.first[k] < 0;
@@ -50,7 +50,7 @@ void CopyFlags(const std::string& before, const std::string& scanned, std::strin
 
 }  // namespace
 
-int64_t WriteClonalDownstreamFiles(const MapLayout& map, const PairTable& pairs,
+int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
                                    const std::string& stem, bool write_qtl_file,
                                    UniformStream& random) {
   LinkedMapRecord record;
@@ -68,7 +68,7 @@ int64_t WriteClonalDownstreamFiles(const MapLayout& map, const PairTable& pairs,
     const int32_t marker = map.order[k];
     record.marker_names.push_back(map.marker_names[marker - 1]);
     input.append(map.TypesOf(marker), map.num_individuals);
-    category_texts.emplace_back(ClonalCategoryText(map.population_type, map.marker_class[marker - 1]));
+    category_texts.emplace_back(ClonalCategoryText(map.population_type, map.category[marker - 1]));
     numbers.push_back(marker);
   }
   std::vector<ChromosomeRecord> chromosomes(map.NumChromosomes());

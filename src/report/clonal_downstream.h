@@ -7,14 +7,14 @@
 #include <string>
 
 #include "frame/uniform_stream.h"
-#include "report/map_layout.h"
+#include "report/clonal_layout.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
 
 // Scans, then writes stemEC.cdm, stem.hap, stem.cdq (when `write_qtl_file`) and stem.err.
 // Returns the number of genotypes the scan set to missing.
-int64_t WriteClonalDownstreamFiles(const MapLayout& map, const PairTable& pairs,
+int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
                                    const std::string& stem, bool write_qtl_file,
                                    UniformStream& random);
 

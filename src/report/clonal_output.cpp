@@ -7,7 +7,7 @@
 
 namespace gae {
 
-void WriteClonalResults(const MapLayout& map, const PairTable& pairs, const std::string& stem,
+void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, const std::string& stem,
                         const ClonalOutputSwitches& switches, UniformStream& random) {
   struct View {
     ClonalView view;

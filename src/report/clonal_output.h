@@ -4,7 +4,7 @@
 #include <string>
 
 #include "frame/uniform_stream.h"
-#include "report/map_layout.h"
+#include "report/clonal_layout.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
@@ -15,7 +15,7 @@ struct ClonalOutputSwitches {
 
 // stem.sum, .sumf, .summ and .mtp always; .lod, .rec, .dis and their parental forms (f, m) by
 // their switches; then the error scan, stemEC.cdm, .hap, .cdq (QTL switch) and .err.
-void WriteClonalResults(const MapLayout& map, const PairTable& pairs, const std::string& stem,
+void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, const std::string& stem,
                         const ClonalOutputSwitches& switches, UniformStream& random);
 
 }  // namespace gae

@@ -37,17 +37,17 @@ float ViewLod(const PairTable& pairs, ClonalView view, int32_t i, int32_t j) {
   }
 }
 
-int32_t Category(const MapLayout& map, int32_t marker) { return map.marker_class[marker - 1]; }
+int32_t Category(const ClonalLayout& map, int32_t marker) { return map.category[marker - 1]; }
 
 // The listed linked markers of one chromosome: their places in the map order.
-std::vector<int32_t> ListedPlaces(const MapLayout& map, ClonalView view, int32_t base, int32_t n) {
+std::vector<int32_t> ListedPlaces(const ClonalLayout& map, ClonalView view, int32_t base, int32_t n) {
   std::vector<int32_t> places;
   for (int32_t k = base; k < base + n; ++k)
     if (ListedIn(view, Category(map, map.order[k]))) places.push_back(k);
   return places;
 }
 
-void ParentalRows(const MapLayout& map, const PairTable& pairs, ClonalView view, int32_t chrom,
+void ParentalRows(const ClonalLayout& map, const PairTable& pairs, ClonalView view, int32_t chrom,
                   int32_t base, SummaryTable& table) {
   const std::vector<int32_t> places = ListedPlaces(map, view, base, map.chromosome_sizes[chrom - 1]);
   float position = 0.0f;
@@ -124,7 +124,7 @@ char ExchangeSecond(char g) {
 // round from the first marker of the chromosome. The phase code of a pair (1 both parents in
 // coupling, 2 the second in repulsion, 3 the first, 4 both) tells whether the sign carries
 // over from the marker before.
-PhaseSigns ClonalPhaseSigns(const MapLayout& map, const PairTable& pairs) {
+PhaseSigns ClonalPhaseSigns(const ClonalLayout& map, const PairTable& pairs) {
   PhaseSigns signs;
   signs.first.assign(static_cast<std::size_t>(map.num_mapped), 1);
   signs.second.assign(static_cast<std::size_t>(map.num_mapped), 1);
@@ -156,7 +156,7 @@ bool ListedIn(ClonalView view, int32_t category) {
   return true;
 }
 
-SummaryTable ClonalSummary(const MapLayout& map, const PairTable& pairs, ClonalView view) {
+SummaryTable ClonalSummary(const ClonalLayout& map, const PairTable& pairs, ClonalView view) {
   SummaryTable table;
   table.interference = false;
   int32_t base = 0;
@@ -191,7 +191,7 @@ SummaryTable ClonalSummary(const MapLayout& map, const PairTable& pairs, ClonalV
   return table;
 }
 
-std::string ClonalMatrixReport(const MapLayout& map, const PairTable& pairs, ClonalView view,
+std::string ClonalMatrixReport(const ClonalLayout& map, const PairTable& pairs, ClonalView view,
                                ClonalMatrix which) {
   std::vector<int32_t> listed;
   for (int32_t k = 0; k < map.num_mapped; ++k)
@@ -205,7 +205,7 @@ std::string ClonalMatrixReport(const MapLayout& map, const PairTable& pairs, Clo
   });
 }
 
-std::string ClonalMtpReport(const MapLayout& map) {
+std::string ClonalMtpReport(const ClonalLayout& map) {
   std::string out = A("MarkerID", 12) + " " + A("MarkerName", 35);
   for (const char* word : {"Size(AC)", "Size(AD)", "Size(BC)", "Size(BD)", "Size(XC)", "Size(XD)",
                            "Size(AX)", "Size(BX)", "Size(AA)", "Size(AB)", "Size(BB)", "Size(XX)",
@@ -233,7 +233,7 @@ std::string ClonalMtpReport(const MapLayout& map) {
 //    alleles and stay. The clonal F1 has one text, AB=CD, for both phases, so only the
 //    letters show it;
 //  - first parent, two alleles in both parents: nothing is rewritten.
-Haplotypes ClonalHaplotypes(const MapLayout& map, const PhaseSigns& signs, const std::string& genotypes) {
+Haplotypes ClonalHaplotypes(const ClonalLayout& map, const PhaseSigns& signs, const std::string& genotypes) {
   Haplotypes out;
   out.genotypes = genotypes;
   out.text = A("ChromosomeID", 12) + " " + A("ChromosomeName", 19) + " " + A("MarkerName", 35);

@@ -4,7 +4,7 @@
 // second parent's (.summ, ...) the C=D markers. .mtp lists every marker with its twelve type
 // counts and segregation test; .hap gives both parents' linkage phases along each chromosome.
 //
-// `map.marker_class` holds the categories 1 to 5 and `map.types` the stored letters A to K, X.
+// `map.category` holds the categories 1 to 5 and `map.types` the stored letters A to K, X.
 // The pair table reads records of seven words (score, combined frequency, the two parents'
 // LODs, the two parents' frequencies, the phase as an int32).
 #pragma once
@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "report/map_layout.h"
+#include "report/clonal_layout.h"
 #include "report/summary_text.h"
 #include "twopoint/pair_table.h"
 
@@ -28,14 +28,14 @@ bool ListedIn(ClonalView view, int32_t category);
 // them from its own frequencies: each listed marker lies the parent's distance from the listed
 // marker before it, or the map's distance when the two are not neighbours in the map or the
 // parent's frequency is 1/2.
-SummaryTable ClonalSummary(const MapLayout& map, const PairTable& pairs, ClonalView view);
+SummaryTable ClonalSummary(const ClonalLayout& map, const PairTable& pairs, ClonalView view);
 
 enum class ClonalMatrix { kLod, kRec, kDis };
-std::string ClonalMatrixReport(const MapLayout& map, const PairTable& pairs, ClonalView view,
+std::string ClonalMatrixReport(const ClonalLayout& map, const PairTable& pairs, ClonalView view,
                                ClonalMatrix which);
 
 // Every marker in input order with its twelve counts, segregation test and category.
-std::string ClonalMtpReport(const MapLayout& map);
+std::string ClonalMtpReport(const ClonalLayout& map);
 
 // Each linked marker's phase in each parent (map order): +1 in the phase of the first marker of
 // its chromosome that segregates in that parent, -1 in the other, read along the chromosome
@@ -43,7 +43,7 @@ std::string ClonalMtpReport(const MapLayout& map);
 struct PhaseSigns {
   std::vector<int8_t> first, second;
 };
-PhaseSigns ClonalPhaseSigns(const MapLayout& map, const PairTable& pairs);
+PhaseSigns ClonalPhaseSigns(const ClonalLayout& map, const PairTable& pairs);
 
 // The linkage phases of the linked markers and their genotypes brought into one phase along
 // each chromosome.
@@ -53,6 +53,6 @@ struct Haplotypes {
   std::string genotypes;                    // `genotypes` with the exchanged alleles rewritten
 };
 // `genotypes` holds the linked markers' genotypes in map order, [k * individuals + i].
-Haplotypes ClonalHaplotypes(const MapLayout& map, const PhaseSigns& signs, const std::string& genotypes);
+Haplotypes ClonalHaplotypes(const ClonalLayout& map, const PhaseSigns& signs, const std::string& genotypes);
 
 }  // namespace gae

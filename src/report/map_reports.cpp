@@ -18,7 +18,7 @@ using fmt::TrimRight;
 
 // The map section of `.sum`: intervals and positions from the map, the stored frequency of
 // each marker with the one before it, and the interference of each inner marker.
-void SumChromosomeRows(const MapLayout& map, const PairTable& pairs, int32_t chrom,
+void SumChromosomeRows(const FinishedMapLayout& map, const PairTable& pairs, int32_t chrom,
                        int32_t base, SummaryTable& table) {
   const int32_t n = map.chromosome_sizes[chrom - 1];
   for (int32_t k = 1; k <= n; ++k) {
@@ -40,7 +40,7 @@ void SumChromosomeRows(const MapLayout& map, const PairTable& pairs, int32_t chr
   }
 }
 
-float ChromosomeLength(const MapLayout& map, int32_t base, int32_t n) {
+float ChromosomeLength(const FinishedMapLayout& map, int32_t base, int32_t n) {
   return n > 0 ? map.position[base + n - 1] - map.position[base] : 0.0f;
 }
 
@@ -52,7 +52,7 @@ float Interference(float r1, float r2, float r3) {
   return 1.0f - (r1 + r2 - r3) / (2.0f * product);
 }
 
-SummaryTable CombinedSummary(const MapLayout& map, const PairTable& pairs, bool interference) {
+SummaryTable CombinedSummary(const FinishedMapLayout& map, const PairTable& pairs, bool interference) {
   SummaryTable table;
   table.interference = interference;
   int32_t base = 0;
@@ -108,7 +108,7 @@ std::string MtpReport(const MapLayout& map) {
   return out;
 }
 
-std::string PairMatrixReport(const MapLayout& map, const PairTable& pairs, PairMatrix which) {
+std::string PairMatrixReport(const FinishedMapLayout& map, const PairTable& pairs, PairMatrix which) {
   const std::span<const int32_t> linked(map.order.data(), static_cast<std::size_t>(map.num_mapped));
   return PairMatrixText(map, linked, [&](int32_t mi, int32_t mj) {
     switch (which) {

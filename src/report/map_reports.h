@@ -13,13 +13,14 @@
 namespace gae {
 
 std::string SumReport(const MapLayout& map, const PairTable& pairs);
-// The summary of the whole map as the caller laid it out, with or without the interference
-// column.
-SummaryTable CombinedSummary(const MapLayout& map, const PairTable& pairs, bool interference);
+// The summary of any tool's whole map as the caller laid it out, with or without the
+// interference column.
+SummaryTable CombinedSummary(const FinishedMapLayout& map, const PairTable& pairs, bool interference);
 std::string MtpReport(const MapLayout& map);
 
 enum class PairMatrix { kLod, kRec, kDis };
-std::string PairMatrixReport(const MapLayout& map, const PairTable& pairs, PairMatrix which);
+// Any tool's finished map: the pair values in map order, distances by its mapping function.
+std::string PairMatrixReport(const FinishedMapLayout& map, const PairTable& pairs, PairMatrix which);
 
 // Interference between three consecutive markers from the frequencies left-middle (r1),
 // middle-right (r2) and left-right (r3); 0.0 when r1 r2 is at most 0.000001.

@@ -15,7 +15,7 @@ using fmt::TrimRight;
 
 std::string Name19(const std::string& name) { return A(TrimRight(name), 19); }
 
-void MarkerListSection(const MapLayout& map, const char* heading, const std::vector<int32_t>& markers,
+void MarkerListSection(const FinishedMapLayout& map, const char* heading, const std::vector<int32_t>& markers,
                        std::string& out) {
   out += A(heading, 20) + A("MarkerName", 20) + "\n";
   for (int32_t marker : markers) out += I(marker, 20) + " " + Name19(map.marker_names[marker - 1]) + "\n";
@@ -23,7 +23,7 @@ void MarkerListSection(const MapLayout& map, const char* heading, const std::vec
 
 }  // namespace
 
-std::string SummaryText(const MapLayout& map, const SummaryTable& table) {
+std::string SummaryText(const FinishedMapLayout& map, const SummaryTable& table) {
   std::string out;
   for (const char* word : {"ChromsomeID", "ChromosomeName", "MarkerName", "Interval(cM)",
                            "Position(cM)", "RecomFrequency"})
@@ -59,7 +59,7 @@ std::string SummaryText(const MapLayout& map, const SummaryTable& table) {
   return out;
 }
 
-std::string PairMatrixText(const MapLayout& map, std::span<const int32_t> markers,
+std::string PairMatrixText(const FinishedMapLayout& map, std::span<const int32_t> markers,
                            const std::function<float(int32_t, int32_t)>& value) {
   // Larger maps are cut at their first 100 markers: the matrices are for reading by eye.
   const std::size_t n = std::min<std::size_t>(markers.size(), 100);

@@ -28,12 +28,12 @@ struct SummaryTable {
 };
 
 // Names of markers and chromosomes come from `map`.
-std::string SummaryText(const MapLayout& map, const SummaryTable& table);
+std::string SummaryText(const FinishedMapLayout& map, const SummaryTable& table);
 
 // The lower triangle of a pair value over the first 100 of `markers` (input numbers in map
 // order): header, then row i with its number, name, anchor and the values of the pairs
 // (markers[i], markers[j]) for j < i.
-std::string PairMatrixText(const MapLayout& map, std::span<const int32_t> markers,
+std::string PairMatrixText(const FinishedMapLayout& map, std::span<const int32_t> markers,
                            const std::function<float(int32_t, int32_t)>& value);
 
 }  // namespace gae

@@ -65,6 +65,35 @@ TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
   EXPECT_EQ(ReadText("f2.err"), err);
 }
 
+// A clonal file takes the CDM tool from its extension, or from --tool under any name.
+TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
+  testing::WriteText("clonal.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  const Result cli = Gaengine("--seed 5 map clonal.cdm");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("(type 1)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
+  EXPECT_THAT(cli.out, HasSubstr("  First parent "));
+  EXPECT_THAT(cli.out, HasSubstr("  Second parent "));
+  EXPECT_THAT(cli.out, HasSubstr("clonal.hap"));
+  EXPECT_THAT(cli.out, HasSubstr("set to missing in clonalEC.cdm"));
+  const std::string sum = ReadText("clonal.sum"), sumf = ReadText("clonal.sumf"), hap = ReadText("clonal.hap");
+  ::setenv("GAENGINE_SEED", "5", 1);
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  CDMAllByDefault(10, "clonal.cdm", &status);
+  ::testing::internal::GetCapturedStdout();
+  ::unsetenv("GAENGINE_SEED");
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(ReadText("clonal.sum"), sum);
+  EXPECT_EQ(ReadText("clonal.sumf"), sumf);
+  EXPECT_EQ(ReadText("clonal.hap"), hap);
+
+  testing::WriteText("other.txt", ReadText("clonal.cdm"));
+  EXPECT_EQ(Gaengine("map --tool cdm other.txt").exit_code, 0);
+  EXPECT_TRUE(testing::FileExists("other.summ"));
+  EXPECT_EQ(Gaengine("map --tool CDM --lod 4 other.txt").exit_code, 1);
+}
+
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   Result r = Gaengine("markers MAP f2.map");
   EXPECT_EQ(r.exit_code, 0);
@@ -81,6 +110,32 @@ TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   r = Gaengine("twopoint --pop 1 --code 11 40 10 0 10 40 0 0 0 0");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_THAT(r.out, HasSubstr("0.2"));
+}
+
+TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
+  // The tree's row at a threshold counts the groups that the map command makes there.
+  Result r = Gaengine("groups --from 2 --to 12 --step 2 f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr("LOD tree of f2.map: 150 markers"));
+  const auto row_at = [&](const std::string& lod) {
+    const std::size_t at = r.out.find("\n" + lod);
+    return at == std::string::npos ? std::string() : r.out.substr(at + 1, r.out.find('\n', at + 1) - at - 1);
+  };
+  EXPECT_EQ(row_at("   4.0").substr(0, 14), "   4.0       5");
+  EXPECT_EQ(row_at("  12.0").empty(), false);
+  EXPECT_EQ(row_at("   3.0"), "");  // not on the grid of the step
+  EXPECT_THAT(r.out, HasSubstr("--lod auto takes LOD "));
+  r = Gaengine("--seed 5 map --lod 4 f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr("  Grouping          LOD 4.0, as asked"));
+  EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
+  r = Gaengine("--seed 5 map --lod auto f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr(": the groups stay the same from "));
+  EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
+  r = Gaengine("map --lod high f2.map");
+  EXPECT_EQ(r.exit_code, 1);
+  EXPECT_THAT(r.out, HasSubstr("--lod takes a number or \"auto\""));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -171,6 +172,7 @@ struct BadCdm {
   int code;
   std::string from, to;  // a replacement in the good file
 };
+void PrintTo(const BadCdm& bad, std::ostream* os) { *os << bad.code; }
 
 class CdmBadInput : public testing::InTempDir, public ::testing::WithParamInterface<BadCdm> {};
 

@@ -52,13 +52,13 @@ struct Store {
   std::vector<float> words;
 };
 
-MapLayout SmallMap() {
-  MapLayout map;
+ClonalLayout SmallMap() {
+  ClonalLayout map;
   map.population_type = 1;
   map.mapping_function = 1;
   map.num_individuals = 4;
   for (const char* name : {"P1", "P2", "P3", "P4", "Q1", "Q2"}) map.marker_names.push_back(name + std::string(33, ' '));
-  map.marker_class = {1, 2, 1, 1, 2, 2};
+  map.category = {1, 2, 1, 1, 2, 2};
   const std::string types = "ABCD" "EFEF" "ABCD" "ABCD" "EEFF" "FFEE";
   map.types.assign(types.begin(), types.end());
   map.num_markers = map.num_mapped = 6;
@@ -71,7 +71,7 @@ MapLayout SmallMap() {
 }
 
 TEST(ClonalReports, ParentalPositionsComeFromTheParentOrFromTheMap) {
-  const MapLayout map = SmallMap();
+  const ClonalLayout map = SmallMap();
   Store store(6);
   store.Set(3, 1, 0.2f, 0.3f);   // not neighbours in the map (P2 lies between): map distance
   store.Set(4, 3, 0.5f, 0.1f);   // the first parent says nothing: map distance
@@ -115,10 +115,10 @@ TEST(ClonalReports, ParentalPositionsComeFromTheParentOrFromTheMap) {
 }
 
 TEST(ClonalReports, SegregationTestByHand) {
-  MapLayout map = SmallMap();
+  ClonalLayout map = SmallMap();
   map.num_individuals = 100;
   map.num_markers = 1;
-  map.marker_class = {1};
+  map.category = {1};
   const std::string types = std::string(10, 'A') + std::string(20, 'B') + std::string(30, 'C') + std::string(40, 'D');
   map.types.assign(types.begin(), types.end());
   const std::vector<std::string> mtp = Lines(ClonalMtpReport(map));
@@ -158,13 +158,13 @@ TEST_F(ClonalResults, WrittenFilesAreReadBackByTheirTools) {
   PairStoreFile store;
   ASSERT_TRUE(store.Open("f1.LRD", 7, 1));
 
-  MapLayout map;
+  ClonalLayout map;
   map.population_type = 1;
   map.mapping_function = 1;
   map.space_type = 1;
   map.num_individuals = data.population_size;
   map.marker_names = data.markers.names;
-  map.marker_class = data.markers.categories;
+  map.category = data.markers.categories;
   map.types = data.markers.types;
   map.num_markers = map.num_mapped = 16;
   map.anchor.assign(16, 0);

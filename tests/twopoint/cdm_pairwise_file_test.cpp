@@ -84,11 +84,11 @@ TEST_F(ClonalPairFile, SevenWordsPerPairTheSameAtAnyThreadCountWithPhasesOfTheBr
 
   // The phases along the chromosome: a sign change wherever a parent's phase changes, and the
   // rewritten genotypes in one phase, which a fresh estimate of each neighbouring pair confirms.
-  MapLayout map;
+  ClonalLayout map;
   map.population_type = 1;
   map.num_individuals = data.population_size;
   map.marker_names = data.markers.names;
-  map.marker_class = data.markers.categories;
+  map.category = data.markers.categories;
   map.types = data.markers.types;
   map.num_markers = map.num_mapped = 12;
   map.anchor.assign(12, 0);
