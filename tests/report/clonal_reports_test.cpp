@@ -8,16 +8,7 @@
 #include <vector>
 
 #include "frame/pair_index.h"
-#include "frame/process_state.h"
-#include "gaengine.h"
-#include "input/list_reader.h"
-#include "input/map_tool_reader.h"
-#include "report/clonal_output.h"
-#include "support/clonal_simulation.h"
-#include "support/temp_dir.h"
-#include "twopoint/cdm_pairwise_file.h"
 #include "twopoint/mapping_function.h"
-#include "twopoint/pair_store_file.h"
 
 namespace gae {
 namespace {
@@ -125,86 +116,6 @@ TEST(ClonalReports, SegregationTestByHand) {
   // Expected 25 each: (15² + 5² + 5² + 15²) / 25 = 20 on 3 degrees of freedom.
   EXPECT_NEAR(Field(mtp[1], 192, 12), 20.0, 1e-4);
   EXPECT_NEAR(Field(mtp[1], 204, 12), 0.0002, 1e-4);
-}
-
-class ClonalResults : public testing::InTempDir {};
-
-// A simulated clonal F1 of two chromosomes through every result file; the written input files
-// are read back by the tools that take them.
-TEST_F(ClonalResults, WrittenFilesAreReadBackByTheirTools) {
-  std::vector<testing::ClonalMarkerSpec> markers;
-  const int categories[] = {1, 2, 1, 3, 4, 1, 2, 1};
-  for (int c = 0; c < 2; ++c)
-    for (int k = 0; k < 8; ++k)
-      markers.push_back({"C" + std::to_string(c + 1) + "M" + std::to_string(k + 1), 6.0 * k, categories[k], k % 3 == 0, k % 2});
-  std::vector<std::vector<std::string>> types;
-  for (int c = 0; c < 2; ++c) {
-    const std::vector<testing::ClonalMarkerSpec> chromosome(markers.begin() + 8 * c, markers.begin() + 8 * c + 8);
-    for (auto& t : testing::SimulateClonalChromosome(chromosome, 150, 0.03, 5 + c)) types.push_back(t);
-  }
-  std::vector<int> listing(16);
-  for (int k = 0; k < 16; ++k) listing[k] = k;
-  testing::WriteText("f1.cdm", testing::CdmInputFile(1, markers, types, listing));
-
-  InputFile in;
-  ASSERT_TRUE(in.Open("f1.cdm"));
-  MapToolInput data;
-  ReadMapToolInput(in, 20, data);
-  ASSERT_EQ(MessageCode(), 0);
-  ClonalMarkers pairs_of{data.population_type, data.mapping_function, data.num_markers, data.population_size,
-                         data.markers.categories.data(), data.markers.types.data()};
-  UniformStream random;
-  ASSERT_TRUE(CDMPairwiseFile("f1.LRD", pairs_of, 2, random));
-  PairStoreFile store;
-  ASSERT_TRUE(store.Open("f1.LRD", 7, 1));
-
-  ClonalLayout map;
-  map.population_type = 1;
-  map.mapping_function = 1;
-  map.space_type = 1;
-  map.num_individuals = data.population_size;
-  map.marker_names = data.markers.names;
-  map.category = data.markers.categories;
-  map.types = data.markers.types;
-  map.num_markers = map.num_mapped = 16;
-  map.anchor.assign(16, 0);
-  map.chromosome_names = {"Chromsome1" + std::string(9, ' '), "Chromsome2" + std::string(9, ' ')};
-  map.chromosome_sizes = {8, 8};
-  for (int k = 0; k < 16; ++k) {
-    map.order.push_back(k + 1);
-    map.position.push_back(6.0f * (k % 8));
-  }
-  WriteClonalResults(map, store.Table(), "f1", {true, true, true, true}, random);
-
-  for (const char* suffix : {".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".recf",
-                             ".dism", ".hap", ".err", "EC.cdm", ".cdq"})
-    EXPECT_TRUE(testing::FileExists(std::string("f1") + suffix)) << suffix;
-  // Both parents' maps span about the 42 cM of each chromosome.
-  const std::vector<std::string> sumf = testing::ReadLines("f1.sumf");
-  const auto table = std::find_if(sumf.begin(), sumf.end(), [](const std::string& l) { return l.find("ChromLength") != std::string::npos; });
-  ASSERT_NE(table, sumf.end());
-  EXPECT_NEAR(Field(*(table + 1), 60, 20), 42.0, 15.0);
-  EXPECT_EQ(Field(*(table + 1), 40, 20), 6);  // the two A=B markers are left out
-
-  InputFile ec;
-  ASSERT_TRUE(ec.Open("f1EC.cdm"));
-  MapToolInput corrected;
-  ReadMapToolInput(ec, 20, corrected);
-  EXPECT_EQ(MessageCode(), 0);
-  EXPECT_EQ(corrected.markers.categories, data.markers.categories);
-  int changed = 0;
-  for (size_t k = 0; k < corrected.markers.types.size(); ++k) {
-    if (corrected.markers.types[k] != data.markers.types[k]) {
-      EXPECT_EQ(corrected.markers.types[k], 'X');
-      ++changed;
-    }
-  }
-  EXPECT_LT(changed, 100);
-  EXPECT_EQ(corrected.anchors[15], 2);
-
-  int status = -1;
-  CheckErrorCDQ(6, "f1.cdq", &status);
-  EXPECT_EQ(status, 0);
 }
 
 }  // namespace
