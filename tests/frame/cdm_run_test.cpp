@@ -118,7 +118,7 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
   const int first[] = {0, 1, 0, 1, 1, 0, 0, 0, 1, 0, 0, 1};
   const int second[] = {0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 0, 1};
   for (int k = 0; k < 12; ++k)
-    markers.push_back({"S" + std::to_string(k + 10), 4.0 * k, categories[k], first[k], second[k]});
+    markers.push_back({std::string("S").append(std::to_string(k + 10)), 4.0 * k, categories[k], first[k], second[k]});
   const auto types = testing::SimulateClonalChromosome(markers, 300, 0.02, 99);
   const std::vector<int> listing = {5, 0, 11, 3, 8, 1, 10, 6, 2, 9, 4, 7};
   WriteText("sim.cdm", testing::CdmInputFile(1, markers, types, listing));
