@@ -105,12 +105,29 @@ long long FlaggedGenotypes(const std::string& err_path) {
   return -1;
 }
 
+// A marker that shows one genotype class among its typed individuals cannot be placed: each
+// of its pairs is stored as unlinked or as free recombination.
+void PrintUninformative(const MarkerTable& markers) {
+  std::vector<int> found;
+  for (int i = 0; i < markers.num_markers; ++i) {
+    const int classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    if (classes <= 1) found.push_back(i);
+  }
+  if (found.empty()) return;
+  std::printf("  Uninformative     %zu (one genotype class only):", found.size());
+  const std::size_t shown = std::min<std::size_t>(found.size(), 10);
+  for (std::size_t k = 0; k < shown; ++k) std::printf(" %s", markers.Name(found[k]).c_str());
+  if (shown < found.size()) std::printf(" ...");
+  std::printf("\n");
+}
+
 void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
                   const std::vector<std::pair<const char*, double>>& times) {
   const int type = PopulationTypeOf(file);
   std::printf("\nSummary of %s\n", file.c_str());
   std::printf("  Population        %s (type %d)\n", type >= 1 && type <= 20 ? kPopulationNames[type - 1] : "?", type);
   std::printf("  Markers read      %d\n", markers.num_markers);
+  PrintUninformative(markers);
   std::printf("  Linkage groups    %d\n", map.num_groups);
   int start = 0;
   for (int g = 0; g < map.num_groups; ++g) {

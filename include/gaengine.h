@@ -330,8 +330,10 @@ GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
  *                  type A; heterozygote H, or D / R for a dominant / recessive marker; P2
  *                  type B), columns the second marker's, cell = 3 (row - 1) + column.
  *  RecFreq         the estimate, 0 to 1; above 0.5 the markers are linked in the exchanged
- *                  phase. An empty table (no count above 0) gives 0.5. An unknown population
- *                  type or pair code gives NaN.
+ *                  phase. An empty table (no count above 0) gives 0.5. A table without an
+ *                  estimate (a degenerate table whose likelihood gives no number, or an
+ *                  unknown population type or pair code) gives 0.5 with LOD 0, as the pair
+ *                  file stores such a pair.
  *  StdErr          its standard error from the observed information, 0 where undefined.
  *  LOD             log10 likelihood ratio against r = 0.5; may be negative.
  *  PValue          1 - F(2 ln(10) LOD), F the chi-square distribution with 1 degree of

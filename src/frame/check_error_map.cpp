@@ -50,7 +50,14 @@ bool WriteMapPairwiseFile(const std::string& path, const MapToolInput& data, int
   markers.num_individuals = data.population_size;
   markers.kinds = data.markers.categories.data();
   markers.types = data.markers.types.data();
-  return MAPPairwiseFile(path, markers, threads);
+  const PairStoreWritten written = MAPPairwiseFile(path, markers, threads);
+  // One line for all such pairs: a data set can hold thousands of them.
+  if (written.not_a_number > 0) {
+    MessageCode() = 2806;
+    PrintPairwiseMessage(0, 0, 0.0f, 0.0f, 0.0f, written.not_a_number);
+    MessageCode() = 0;
+  }
+  return written.ok;
 }
 
 void CheckErrorMapEntry(int path_len, const char* path, const MapCheckArrays& out, int* status,

@@ -23,7 +23,8 @@ struct MapCheckArrays {
 struct MapToolInput;
 
 // Writes (or reuses) the pairwise file of the markers of a MAP input file read in full, beside
-// the file at `path`. False when it cannot be written.
+// the file at `path`. False when it cannot be written. Pairs stored as unlinked for want of an
+// estimate are counted in one warning line (2806).
 bool WriteMapPairwiseFile(const std::string& path, const MapToolInput& data, int threads);
 
 // Validates a MAP input file, fills the caller's arrays and writes (or reuses) the pairwise

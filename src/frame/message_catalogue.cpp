@@ -209,6 +209,8 @@ const CatalogueEntry kCatalogue[] = {
     {2803, N, "Calculating recombination frequency was complted! Time (m) taken={}"},
     {2804, N, "Re-calculate pair-wise marker distance (cM) ..."},
     {2805, N, "Calculating marker distance was complted!"},
+    // Pairs whose estimate is not a number (degenerate tables) are kept as unlinked.
+    {2806, N, "Warning: no estimate for {} marker pairs! They are stored as unlinked: RecFreq=0.5 LOD score=0"},
 
     // Parameter section of stand-alone runs.
     {3001, P, "cannot read Indicator to handle missing phenotype!"},

@@ -23,14 +23,14 @@ constexpr float kHighFrequency = 0.9f;
 
 }  // namespace
 
-bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
-                     int threads) {
+PairStoreWritten MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
+                                 int threads) {
   LogSession log("MAP");
   PairStoreSettings& settings = Process().pair_store;
   settings.lrd_name = PairStoreName(project_path);
   settings.record_length = 2;
   settings.mapping_function = markers.mapping_function;
-  if (PairStoreIsComplete(settings.lrd_name, markers.num_markers, 2)) return true;
+  if (PairStoreIsComplete(settings.lrd_name, markers.num_markers, 2)) return {true, 0};
 
   MessageCode() = 2801;
   PrintPairwiseMessage(0, 0, 0, 0, 0);
@@ -48,9 +48,10 @@ bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& m
     if (CountsExchanged(code)) planes.Count(j, i, cells);
     else planes.Count(i, j, cells);
     float rec_freq = 0, lod = 0;
-    TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
+    const bool not_a_number = TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
     record[0] = -lod;
     record[1] = rec_freq;
+    return not_a_number;
   };
   job.inspect = [](int64_t i, int64_t j, const float* record) {
     if (record[1] > kHighFrequency) {
@@ -58,7 +59,7 @@ bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& m
       PrintPairwiseMessage(static_cast<int>(i), static_cast<int>(j), record[1], -record[0], 0);
     }
   };
-  const bool written = WritePairStore(job);
+  const PairStoreWritten written = WritePairStore(job);
 
   const float t2 = CpuSeconds();
   MessageCode() = 2803;

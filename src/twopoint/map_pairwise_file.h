@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "twopoint/pair_store_writer.h"
+
 namespace gae {
 
 struct BiparentalMarkers {
@@ -18,9 +20,10 @@ struct BiparentalMarkers {
 
 // Writes `project path less its last four characters`.LRD unless a complete file lies there,
 // and leaves its name, record length (2 words) and the mapping function in the process state
-// for the stages that follow. Prints 2801, any 2802 warnings and 2803 to the MAP log. False
-// only when the file cannot be written.
-bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
-                     int threads);
+// for the stages that follow. Prints 2801, any 2802 warnings and 2803 to the MAP log. `ok` is
+// false only when the file cannot be written; `not_a_number` counts the pairs stored as
+// unlinked for want of an estimate (0 when a complete file was reused).
+PairStoreWritten MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
+                                 int threads);
 
 }  // namespace gae

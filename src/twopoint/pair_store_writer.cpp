@@ -50,11 +50,12 @@ void PairOfRecord(int64_t k, int64_t& i, int64_t& j) {
 
 namespace {
 
-void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float* out) {
+void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float* out,
+                   int64_t* not_a_number) {
   int64_t i = 0, j = 0;
   PairOfRecord(first, i, j);
   for (int64_t n = 0; n < count; ++n) {
-    job.estimate(i, j, out + n * job.record_length);
+    *not_a_number += job.estimate(i, j, out + n * job.record_length) ? 1 : 0;
     if (++j == i) {
       ++i;
       j = 1;
@@ -64,9 +65,10 @@ void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float*
 
 }  // namespace
 
-bool WritePairStore(const PairStoreJob& job) {
+PairStoreWritten WritePairStore(const PairStoreJob& job) {
+  PairStoreWritten result;
   std::FILE* file = std::fopen(job.lrd_name.c_str(), "wb");
-  if (file == nullptr) return false;
+  if (file == nullptr) return result;
   const int64_t total = PairCount(job.num_markers);
   const int threads = std::max(1, job.threads);
   const int64_t block = std::max<int64_t>(1, job.block_records);
@@ -76,15 +78,16 @@ bool WritePairStore(const PairStoreJob& job) {
   for (int64_t first = 1; first <= total && ok; first += block * threads) {
     // One round: each thread estimates one block; then the blocks are written in order.
     std::vector<std::thread> workers;
-    std::vector<int64_t> counts(threads, 0);
+    std::vector<int64_t> counts(threads, 0), unestimated(threads, 0);
     for (int t = 0; t < threads; ++t) {
       const int64_t start = first + t * block;
       counts[t] = std::max<int64_t>(0, std::min(block, total - start + 1));
       if (counts[t] == 0) break;
-      if (t == threads - 1) EstimateBlock(job, start, counts[t], buffers[t].data());
-      else workers.emplace_back(EstimateBlock, std::cref(job), start, counts[t], buffers[t].data());
+      if (t == threads - 1) EstimateBlock(job, start, counts[t], buffers[t].data(), &unestimated[t]);
+      else workers.emplace_back(EstimateBlock, std::cref(job), start, counts[t], buffers[t].data(), &unestimated[t]);
     }
     for (std::thread& w : workers) w.join();
+    for (const int64_t u : unestimated) result.not_a_number += u;
     for (int t = 0; t < threads && counts[t] > 0 && ok; ++t) {
       const float* records = buffers[t].data();
       if (job.inspect) {
@@ -102,8 +105,8 @@ bool WritePairStore(const PairStoreJob& job) {
       ok = std::fwrite(records, 4, words, file) == words;
     }
   }
-  ok = (std::fclose(file) == 0) && ok;
-  return ok;
+  result.ok = (std::fclose(file) == 0) && ok;
+  return result;
 }
 
 }  // namespace gae

@@ -1,4 +1,5 @@
 // The estimator frame: one phase, both phases, and the guard the pair store relies on.
+#include <cmath>
 #include <limits>
 
 #include "twopoint/closed_forms.h"
@@ -87,16 +88,25 @@ void TwoPointEstimate(int population_type, int pair_code, const float cells[9], 
   }
 }
 
-void TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
+bool UnlinkedWhenNotANumber(float& rec_freq, float& lod) {
+  if (!std::isnan(rec_freq) && !std::isnan(lod)) return false;
+  rec_freq = 0.5f;
+  lod = 0.0f;
+  return true;
+}
+
+bool TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
                      float& lod) {
   if (CellSum(cells) <= 0.0f) {  // no individual typed at both markers; a NaN sum goes on
     rec_freq = 0.5f;
     lod = 0.0f;
-    return;
+    return false;
   }
   float std_err = 0.0f;
   TwoPointEstimate(population_type, pair_code, cells, rec_freq, lod, std_err);
+  if (UnlinkedWhenNotANumber(rec_freq, lod)) return true;
   if (lod < 0.0f) lod = 0.0f;
+  return false;
 }
 
 }  // namespace gae

@@ -83,5 +83,21 @@ TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   EXPECT_THAT(r.out, HasSubstr("0.2"));
 }
 
+TEST_F(Command, MapNamesMarkersOfOneGenotypeClassAndWarnsOfPairsWithoutEstimate) {
+  // An F2 marker heterozygous everywhere beside one with as many H as A and B: no estimate.
+  std::string mixed, hets;
+  for (int k = 0; k < 198; ++k) {
+    mixed += k < 54 ? " A" : k < 153 ? " H" : " B";
+    hets += " H";
+  }
+  testing::WriteText("flat.map", "7\n1\n1\n3\n198\nM1" + mixed + "\nFLAT" + hets + "\nM3" + mixed +
+                                     "\nM1 0\nFLAT 0\nM3 0\n");
+  const Result r = Gaengine("map flat.map");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("Uninformative     1 (one genotype class only): FLAT"));
+  EXPECT_THAT(r.out, HasSubstr("Warning: no estimate for 2 marker pairs!"));
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("nan")));
+}
+
 }  // namespace
 }  // namespace gae

@@ -71,10 +71,19 @@ TEST_F(PairStoreWriting, BlocksOnAnyNumberOfThreadsGiveTheSameBytesInRecordOrder
     job.estimate = [](int64_t i, int64_t j, float* record) {
       record[0] = static_cast<float>(i);
       record[1] = static_cast<float>(j);
+      return (i + j) % 5 == 0;  // flagged as having no estimate
     };
     std::vector<int64_t> seen;
-    job.inspect = [&](int64_t i, int64_t j, const float*) { seen.push_back(GroupPairIndex(i, j)); };
-    EXPECT_TRUE(WritePairStore(job));
+    int64_t flagged = 0;
+    job.inspect = [&](int64_t i, int64_t j, const float*) {
+      seen.push_back(GroupPairIndex(i, j));
+      flagged += (i + j) % 5 == 0;
+    };
+    const PairStoreWritten written = WritePairStore(job);
+    EXPECT_TRUE(written.ok);
+    // The flags of every block and thread are added up.
+    EXPECT_EQ(written.not_a_number, flagged);
+    EXPECT_GT(flagged, 0);
     for (size_t k = 0; k < seen.size(); ++k) EXPECT_EQ(seen[k], static_cast<int64_t>(k + 1));
     return testing::ReadText("t.LRD");
   };
