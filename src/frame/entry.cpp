@@ -30,4 +30,14 @@ void ReportEntrySuccess(std::string_view dll_name) {
   PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
 }
 
+bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
+                         int* status) {
+  if (!missing) return false;
+  LogSession log(tool);
+  if (status != nullptr) *status = 1101;
+  MessageCode() = 1101;
+  PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
+  return true;
+}
+
 }  // namespace gae

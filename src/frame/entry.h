@@ -28,6 +28,12 @@ void ReportEntryFailure(std::string_view dll_name, int* status);
 // The closing 1102 line of a successful entry.
 void ReportEntrySuccess(std::string_view dll_name);
 
+// A stage export handed no array where it needs one (a null pointer beside a count that
+// promises elements): nothing is read or changed, the 1101 line names the export, and
+// `MessageCode` and `Status` become 1101. Returns whether the arrays were refused.
+bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
+                         int* status);
+
 // Runs an export's body inside the tool's log session. An exception (in practice a refused
 // allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program
 // never sees it.
