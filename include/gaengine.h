@@ -5,7 +5,8 @@
  * Calling conventions, shared by every function below:
  *  - All integers are 32-bit (`int`), all reals 32-bit (`float`).
  *  - A path comes as its byte count `PathLen` and a pointer to `PathLen` bytes with no
- *    terminator; trailing blanks are trimmed. A `PathLen` below 1 is an empty path.
+ *    terminator; it ends at its first NUL byte if it has one (a buffer's size may be passed),
+ *    and trailing blanks are trimmed. A `PathLen` below 1 is an empty path.
  *  - `Status` is written by the callee: 0 on success, otherwise the code of the message that
  *    stopped the run (the text is in the tool's log, e.g. MAP.log in the current folder).
  *  - Arrays are allocated and owned by the caller; the library keeps no pointer after a call.

@@ -1,10 +1,15 @@
 #include "frame/entry.h"
 
+#include <algorithm>
+
 namespace gae {
 
 std::string EntryPath(int path_len, const char* path) {
   if (path_len < 1 || path == nullptr) return {};
   std::string text(path, static_cast<std::size_t>(path_len));
+  // A C or Fortran front end may pass its buffer's size: the path ends at its first NUL, or
+  // every result name would end there too, on the input itself.
+  text.resize(std::min(text.size(), text.find('\0')));
   const std::size_t end = text.find_last_not_of(' ');
   return end == std::string::npos ? std::string() : text.substr(0, end + 1);
 }

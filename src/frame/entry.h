@@ -11,7 +11,8 @@
 
 namespace gae {
 
-// The `PathLen` bytes at `path`, trailing blanks trimmed; empty when `PathLen` is below 1.
+// The `PathLen` bytes at `path` up to the first NUL, trailing blanks trimmed; empty when
+// `PathLen` is below 1.
 std::string EntryPath(int path_len, const char* path);
 
 // The path less its last four characters (its extension): the stem that the pairwise file and

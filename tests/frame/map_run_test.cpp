@@ -123,6 +123,21 @@ TEST_F(MapRun, TheLogTellsTheStagesInTheirOrder) {
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating pair-wise recombination frequency..."));
 }
 
+TEST_F(MapRun, APathEndsAtItsFirstNul) {
+  // A front end that passes its buffer's size (char path[32], sizeof path) once had every
+  // result file written onto the input itself: the names kept the NULs and ended at the first.
+  const std::string input = ReadText(kExample);
+  char path[32] = "f2_five_chromosomes.map";
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPAllByDefault(static_cast<int>(sizeof path), path, &status);
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadText(kExample), input);
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.sum"));
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.LRD"));
+}
+
 TEST_F(MapRun, AFailedHeaderStopsBeforeAnythingIsAllocated) {
   WriteText("bad.map", "21\n1\n1\n2\n3\n");
   ASSERT_EQ(Call(MAPAllByDefault, "bad.map"), 2004);
