@@ -8,6 +8,8 @@
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "report/segregation.h"
+#include "report/text_file.h"
+#include "twopoint/pair_store_writer.h"
 #include "twopoint/map_pairwise_file.h"
 
 namespace gae {
@@ -43,6 +45,11 @@ void CopyOut(const MapToolInput& data, const MapCheckArrays& out) {
 }  // namespace
 
 bool WriteMapPairwiseFile(const std::string& path, const MapToolInput& data, int threads) {
+  // An input named like its pairwise file (cross.LRD) would be replaced by it.
+  if (SameFile(PairStoreName(path), path)) {
+    ReportSkippedResults({PairStoreName(path)});
+    return false;
+  }
   BiparentalMarkers markers;
   markers.population_type = data.population_type;
   markers.mapping_function = data.mapping_function;

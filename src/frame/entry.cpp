@@ -45,4 +45,12 @@ bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view d
   return true;
 }
 
+void ReportSkippedResults(const std::vector<std::string>& skipped) {
+  for (const std::string& path : skipped) {
+    MessageCode() = 1118;
+    PrintMessage(1118, {MsgArg::Field(path)});
+  }
+  MessageCode() = 0;
+}
+
 }  // namespace gae

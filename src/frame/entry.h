@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "frame/messages.h"
 #include "frame/process_state.h"
@@ -34,6 +35,10 @@ void ReportEntrySuccess(std::string_view dll_name);
 // `MessageCode` and `Status` become 1101. Returns whether the arrays were refused.
 bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
                          int* status);
+
+// One 1118 line for each result file that was not written because it would have replaced
+// the input file.
+void ReportSkippedResults(const std::vector<std::string>& skipped);
 
 // Runs an export's body inside the tool's log session. An exception (in practice a refused
 // allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program

@@ -87,12 +87,14 @@ void MapOutputEntry(int path_len, const char* path, const MapOutputArgs& args) {
       return;
     }
     const std::string stem = ResultStem(file_path);
-    WriteTextFile(stem + ".sum", SumReport(map, store.Table()));
-    WriteTextFile(stem + ".mtp", MtpReport(map));
-    if (args.write_lod == 1) WriteTextFile(stem + ".lod", PairMatrixReport(map, store.Table(), PairMatrix::kLod));
-    if (args.write_rec == 1) WriteTextFile(stem + ".rec", PairMatrixReport(map, store.Table(), PairMatrix::kRec));
-    if (args.write_dis == 1) WriteTextFile(stem + ".dis", PairMatrixReport(map, store.Table(), PairMatrix::kDis));
-    WriteMapDownstreamFiles(map, stem, args.write_qtl_files == 1, Process().random);
+    ResultFiles files{file_path, {}};
+    files.Write(stem + ".sum", SumReport(map, store.Table()));
+    files.Write(stem + ".mtp", MtpReport(map));
+    if (args.write_lod == 1) files.Write(stem + ".lod", PairMatrixReport(map, store.Table(), PairMatrix::kLod));
+    if (args.write_rec == 1) files.Write(stem + ".rec", PairMatrixReport(map, store.Table(), PairMatrix::kRec));
+    if (args.write_dis == 1) files.Write(stem + ".dis", PairMatrixReport(map, store.Table(), PairMatrix::kDis));
+    WriteMapDownstreamFiles(map, stem, args.write_qtl_files == 1, Process().random, files);
+    ReportSkippedResults(files.skipped);
   });
 }
 

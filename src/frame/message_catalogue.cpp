@@ -47,6 +47,8 @@ const CatalogueEntry kCatalogue[] = {
     {1115, P, "ByWhat for Rippling is out of range [3]. ByWhat={}"},
     {1116, P, "ByWhat for Rippling is out of range [1,2,3]. ByWhat={}"},
     {1117, P, "WindowSize for Rippling is out of range [2,8]. WindowSize={}"},
+    // A result file named as the input file is not written over it.
+    {1118, N, "Warning: result file not written, it would replace the input file! File={}"},
 
     {1201, N, "QTL mapping for trait "},
     {1202, N, "QTL mapping for environment "},

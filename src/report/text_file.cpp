@@ -1,5 +1,7 @@
 #include "report/text_file.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "frame/entry.h"
@@ -11,6 +13,20 @@ bool WriteTextFile(const std::string& path, const std::string& text) {
   if (file == nullptr) return false;
   const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
   return std::fclose(file) == 0 && written;
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+  struct stat first {}, second {};
+  if (::stat(a.c_str(), &first) != 0 || ::stat(b.c_str(), &second) != 0) return false;
+  return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+bool ResultFiles::Write(const std::string& path, const std::string& text) {
+  if (SameFile(path, input_path)) {
+    skipped.push_back(path);
+    return false;
+  }
+  return WriteTextFile(path, text);
 }
 
 std::string ResultStem(const std::string& input_path) {

@@ -99,5 +99,30 @@ TEST_F(Command, MapNamesMarkersOfOneGenotypeClassAndWarnsOfPairsWithoutEstimate)
   EXPECT_THAT(r.out, ::testing::Not(HasSubstr("nan")));
 }
 
+TEST_F(Command, APairFileFromOtherDataOrChangedSinceIsComputedAgain) {
+  // The library reuses any pairwise file of the right size: a garbage file, or one of another
+  // data set with the same marker count, once gave a wrong map with status 0.
+  ASSERT_EQ(Gaengine("pairs f2.map").exit_code, 0);
+  const std::string right = ReadText("f2.LRD");
+  Result r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
+  testing::WriteText("f2.LRD", std::string(right.size(), '\x7f'));
+  r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, HasSubstr("f2.LRD is computed again: it has changed since it was computed."));
+  EXPECT_EQ(ReadText("f2.LRD"), right);
+  // Other genotypes, same marker count: the first H of the file becomes a B.
+  std::string data = ReadText("f2.map");
+  const std::size_t at = data.find(" H ", data.find("C2M01"));
+  data[at + 1] = 'B';
+  testing::WriteText("f2.map", data);
+  r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, HasSubstr("f2.LRD is computed again: it was computed from other data."));
+  EXPECT_NE(ReadText("f2.LRD"), right);
+  // Remarks do not count.
+  testing::WriteText("f2.map", "! one more remark\n" + data);
+  r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
+}
+
 }  // namespace
 }  // namespace gae

@@ -138,6 +138,21 @@ TEST_F(MapRun, APathEndsAtItsFirstNul) {
   EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.LRD"));
 }
 
+TEST_F(MapRun, NoResultFileReplacesTheInput) {
+  // An input named cross.mtp was overwritten by its own .mtp report, with status 0.
+  const std::string input = ReadText(kExample);
+  WriteText("cross.mtp", input);
+  ASSERT_EQ(Call(MAPAllByDefault, "cross.mtp"), 0);
+  EXPECT_EQ(ReadText("cross.mtp"), input);
+  EXPECT_TRUE(testing::FileExists("cross.sum"));
+  EXPECT_THAT(ReadText("MAP.log"),
+              HasSubstr("Warning: result file not written, it would replace the input file! File=cross.mtp"));
+  // Named like its own pairwise file, the input stays too; the run cannot go on without one.
+  WriteText("cross.LRD", input);
+  EXPECT_EQ(Call(MAPAllByDefault, "cross.LRD"), 1101);
+  EXPECT_EQ(ReadText("cross.LRD"), input);
+}
+
 TEST_F(MapRun, AFailedHeaderStopsBeforeAnythingIsAllocated) {
   WriteText("bad.map", "21\n1\n1\n2\n3\n");
   ASSERT_EQ(Call(MAPAllByDefault, "bad.map"), 2004);
