@@ -5,7 +5,10 @@
 #include <cinttypes>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
+
+#include "frame/message_code.h"
+#include "frame/tool_profile.h"
+#include "input/map_tool_reader.h"
 
 namespace gaecli {
 
@@ -40,19 +43,19 @@ std::string ReadFirstLine(const std::string& path) {
 }  // namespace
 
 std::string InputFingerprint(const std::string& input_path) {
-  std::ifstream in(input_path, std::ios::binary);
-  if (!in) return {};
+  // The library's own reader: its rules for remarks, blanks and the genotype letters hold.
+  gae::InputFile in;
+  if (!in.Open(input_path)) return {};
+  gae::MapToolInput data;
+  gae::ReadMapToolInput(in, gae::ProfileOf(gae::MapTool::kMAP).tool_code, data);
+  in.Close();
+  if (gae::MessageCode() != 0) return {};
   uint64_t h = kFnvOffset;
-  std::string line;
-  while (std::getline(in, line)) {
-    line = line.substr(0, line.find('!'));
-    std::istringstream tokens(line);
-    std::string token, data;
-    while (tokens >> token) data += (data.empty() ? "" : " ") + token;
-    if (data.empty()) continue;
-    Hash(h, data);
-    Hash(h, "\n");
-  }
+  for (const int32_t value : {data.population_type, data.mapping_function, data.num_markers, data.population_size})
+    Hash(h, std::to_string(value) + "\n");
+  for (int i = 0; i < data.num_markers; ++i)
+    Hash(h, data.markers.names[i] + std::to_string(data.markers.categories[i]) + "\n");
+  Hash(h, std::string(data.markers.types.begin(), data.markers.types.end()));
   char text[17];
   std::snprintf(text, sizeof text, "%016" PRIx64, h);
   return text;
@@ -62,7 +65,8 @@ std::string FingerprintFileName(const std::string& lrd_path) { return lrd_path +
 
 std::string ClearStalePairFile(const std::string& lrd_path, const std::string& fingerprint) {
   const std::string stamp = FileStamp(lrd_path);
-  if (stamp.empty()) return {};
+  // An input that cannot be read fails its check before any pair is used.
+  if (stamp.empty() || fingerprint.empty()) return {};
   const std::string kept = ReadFirstLine(FingerprintFileName(lrd_path));
   std::string reason;
   if (kept.empty()) reason = "nothing records which data it was computed from";

@@ -9,10 +9,10 @@
 
 namespace gaecli {
 
-// The fingerprint of a MAP input file: a 64-bit FNV-1a hash of its data, which is every line
-// that is not a remark with the remark text after "!" dropped and blanks collapsed, so the
-// header values (population type, mapping function, ...), the marker names and genotypes and
-// the anchors count, and remarks and spacing do not. Empty when the file cannot be read.
+// The fingerprint of a MAP input file: a 64-bit FNV-1a hash of what its pairs are estimated
+// from, as the library reads it: population type, mapping function, sizes, marker names and
+// categories, and genotypes. Remarks, spacing and anchors do not count. Empty when the file
+// cannot be read (the check that follows says why).
 std::string InputFingerprint(const std::string& input_path);
 
 // Where the fingerprint of a pairwise file is kept: its name plus ".source".

@@ -1,11 +1,13 @@
 // Exports of the map engine: grouping, group bookkeeping, ordering and rippling on the caller's
-// arrays. Each is a shell over the inner entry of the same arguments, which the whole-pipeline
-// drivers call directly.
+// arrays. Each opens the log of its ToolCode and runs the inner entry with the stage rules of
+// that tool; the whole-pipeline drivers call the inner entries directly.
 #include "engine/grouping_stage.h"
 #include "engine/map_state.h"
 #include "engine/ordering_stage.h"
 #include "engine/rippling_stage.h"
 #include "frame/entry.h"
+#include "frame/map_tool_driver.h"
+#include "frame/tool_profile.h"
 #include "gaengine.h"
 
 extern "C" {
@@ -16,7 +18,7 @@ GAE_API void MAPGrouping(int ToolCode, int Method, int ByWhat, float Threshold, 
   const bool missing = NumMarkers > 0 && (Group == nullptr || (Anchor == nullptr && ToolCode != 105));
   if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status, [&] {
-    gae::GroupingEntry(ToolCode, Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
+    gae::GroupingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
   });
 }
 
@@ -41,7 +43,7 @@ GAE_API void MAPOrderingAll(int ToolCode, int Method, int ByWhat, int OrderingOp
       (NumMarkers > 0 && (Anchor == nullptr || Group == nullptr || Order == nullptr || Position == nullptr));
   if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status, [&] {
-    gae::OrderingAllEntry(ToolCode, Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+    gae::OrderingAllEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                           NumMarkers, NumGroups, GroupSize, GroupStatus, MapState, Anchor, Group,
                           Order, Position, Status);
   });
@@ -55,7 +57,7 @@ GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOptio
                        (GroupAnchor == nullptr || GroupOrder == nullptr || GroupPosition == nullptr);
   if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status, [&] {
-    gae::OrderingEntry(ToolCode, Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+    gae::OrderingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                        GroupMarkers, GroupAnchor, GroupOrder, GroupPosition, Status);
   });
 }
@@ -67,7 +69,7 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
                        (NumMarkers > 0 && (Order == nullptr || Position == nullptr));
   if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status, [&] {
-    gae::RipplingAllEntry(ToolCode, ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
+    gae::RipplingAllEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
                           GroupStatus, MapState, Group, Order, Position, Status);
   });
 }
@@ -77,7 +79,7 @@ GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMark
   const bool missing = GroupMarkers > 2 && (GroupOrder == nullptr || GroupPosition == nullptr);
   if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPRippling", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRippling", Status, [&] {
-    gae::RipplingEntry(ToolCode, ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
+    gae::RipplingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
   });
 }
 

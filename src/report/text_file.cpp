@@ -3,8 +3,9 @@
 #include <sys/stat.h>
 
 #include <cstdio>
+#include <utility>
 
-#include "frame/entry.h"
+#include "frame/path_stem.h"
 
 namespace gae {
 
@@ -21,9 +22,13 @@ bool SameFile(const std::string& a, const std::string& b) {
   return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-bool ResultFiles::Write(const std::string& path, const std::string& text) {
-  if (SameFile(path, input_path)) {
-    skipped.push_back(path);
+ResultFiles::ResultFiles(std::string input_path)
+    : input_path_(std::move(input_path)), stem_(ResultStem(input_path_)) {}
+
+bool ResultFiles::Write(const std::string& suffix, const std::string& text) {
+  const std::string path = stem_ + suffix;
+  if (SameFile(path, input_path_)) {
+    skipped_.push_back(path);
     return false;
   }
   return WriteTextFile(path, text);

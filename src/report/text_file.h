@@ -12,13 +12,21 @@ bool WriteTextFile(const std::string& path, const std::string& text);
 // are spelled.
 bool SameFile(const std::string& a, const std::string& b);
 
-// Writes the result files of one input. A result whose name is the input file itself (an
-// input called cross.mtp meets its own .mtp report) is not written: it is listed in `skipped`
-// for the caller to report, and the input stays as it was.
-struct ResultFiles {
-  std::string input_path;
-  std::vector<std::string> skipped;
-  bool Write(const std::string& path, const std::string& text);
+// The result files of one input, each named its stem plus a suffix. A result whose name is
+// the input file itself (an input called cross.mtp meets its own .mtp report) is not written:
+// it is listed in `Skipped()` for the caller to report, and the input stays as it was.
+class ResultFiles {
+ public:
+  explicit ResultFiles(std::string input_path);
+  const std::string& Stem() const { return stem_; }
+  // Writes Stem() + `suffix`. False when it is not written.
+  bool Write(const std::string& suffix, const std::string& text);
+  const std::vector<std::string>& Skipped() const { return skipped_; }
+
+ private:
+  std::string input_path_;
+  std::string stem_;
+  std::vector<std::string> skipped_;
 };
 
 // The stem of every result file: the input path less its last four characters (its

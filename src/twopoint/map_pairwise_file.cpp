@@ -1,9 +1,8 @@
 #include "twopoint/map_pairwise_file.h"
 
 #include "frame/cpu_clock.h"
+#include "frame/message_code.h"
 #include "frame/messages.h"
-#include "frame/process_state.h"
-#include "frame/run_log.h"
 #include "twopoint/genotype_planes.h"
 #include "twopoint/pair_store_writer.h"
 #include "twopoint/two_point.h"
@@ -23,14 +22,8 @@ constexpr float kHighFrequency = 0.9f;
 
 }  // namespace
 
-PairStoreWritten MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
-                                 int threads) {
-  LogSession log("MAP");
-  PairStoreSettings& settings = Process().pair_store;
-  settings.lrd_name = PairStoreName(project_path);
-  settings.record_length = 2;
-  settings.mapping_function = markers.mapping_function;
-  if (PairStoreIsComplete(settings.lrd_name, markers.num_markers, 2)) return {true, 0};
+bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads) {
+  if (PairStoreIsComplete(lrd_name, markers.num_markers, kMapRecordLength)) return true;
 
   MessageCode() = 2801;
   PrintPairwiseMessage(0, 0, 0, 0, 0);
@@ -38,9 +31,9 @@ PairStoreWritten MAPPairwiseFile(const std::string& project_path, const Biparent
 
   const GenotypePlanes planes(markers.types, markers.num_markers, markers.num_individuals);
   PairStoreJob job;
-  job.lrd_name = settings.lrd_name;
+  job.lrd_name = lrd_name;
   job.num_markers = markers.num_markers;
-  job.record_length = 2;
+  job.record_length = kMapRecordLength;
   job.threads = threads;
   job.estimate = [&](int64_t i, int64_t j, float* record) {
     const int code = PairCode(markers.kinds[i - 1], markers.kinds[j - 1]);
@@ -48,10 +41,9 @@ PairStoreWritten MAPPairwiseFile(const std::string& project_path, const Biparent
     if (CountsExchanged(code)) planes.Count(j, i, cells);
     else planes.Count(i, j, cells);
     float rec_freq = 0, lod = 0;
-    const bool not_a_number = TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
+    TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
     record[0] = -lod;
     record[1] = rec_freq;
-    return not_a_number;
   };
   job.inspect = [](int64_t i, int64_t j, const float* record) {
     if (record[1] > kHighFrequency) {
@@ -59,7 +51,7 @@ PairStoreWritten MAPPairwiseFile(const std::string& project_path, const Biparent
       PrintPairwiseMessage(static_cast<int>(i), static_cast<int>(j), record[1], -record[0], 0);
     }
   };
-  const PairStoreWritten written = WritePairStore(job);
+  const bool written = WritePairStore(job);
 
   const float t2 = CpuSeconds();
   MessageCode() = 2803;

@@ -38,10 +38,10 @@ void PairCounts(int num_individuals, const char* first, const char* second, floa
 // values of an unlinked one, 0.5 and LOD 0. True when the values were replaced.
 bool UnlinkedWhenNotANumber(float& rec_freq, float& lod);
 
-// The estimate the pair store keeps: an empty table (sum not above 0) gives 0.5 and 0; an
-// estimate that is not a number is stored as unlinked (true is returned for it); a negative
-// LOD becomes 0.
-bool TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
+// The estimate the pair store keeps: an empty table (sum not above 0) gives 0.5 and 0; a
+// negative LOD becomes 0. An estimate that is not a number is left as it is for the store's
+// writer, which keeps the pair as unlinked and counts it.
+void TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
                      float& lod);
 
 // Both phases: the table as it stands and with the alleles of one marker exchanged. When the
@@ -72,6 +72,9 @@ float TwoPointNewton(int population_type, int pair_code, const float cells[9], f
 // -1/h is not positive or NaN.
 void TwoPointScore(int population_type, int pair_code, const float cells[9], float rec_freq,
                    float& lod, float& std_err);
+// The same, the standard error left out when `std_err` is null (the pair store keeps none).
+void TwoPointScore(int population_type, int pair_code, const float cells[9], float rec_freq,
+                   float& lod, float* std_err);
 
 // Sum of N(i) log10 P(i) over the cells with P(i) above 0, in cell order: a class that cannot
 // occur is dropped whatever its count.

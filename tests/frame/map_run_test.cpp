@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -339,6 +340,18 @@ TEST_F(MapRun, OutputRefusesArraysThatDoNotDescribeTheFile) {
             name.data(), size.data(), order.data(), position.data(), 1, 1, 1, 1);
   const std::string out = ::testing::internal::GetCapturedStdout();
   EXPECT_THAT(out, HasSubstr("--Error1101: error found in DLL! DLL name=DLL MAPOutput"));
+  EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
+  // Wild counts beside short arrays once read (or copied) past them: the host crashed.
+  const auto wild = [&](int mapped, int unlinked, int groups, const float* pos) {
+    ::testing::internal::CaptureStdout();
+    MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), mapped, unlinked,
+              groups, name.data(), size.data(), order.data(), pos, 0, 0, 0, 0);
+    return ::testing::internal::GetCapturedStdout();
+  };
+  EXPECT_THAT(wild(INT_MAX, 0, 1, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
+  EXPECT_THAT(wild(100, INT_MAX, 1, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
+  EXPECT_THAT(wild(100, 50, INT_MAX, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
+  EXPECT_THAT(wild(100, 50, 1, nullptr), HasSubstr("DLL name=DLL MAPOutput"));
   EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
   // The same arrays with consistent counts are written.
   ::testing::internal::CaptureStdout();
