@@ -105,6 +105,27 @@ long long FlaggedGenotypes(const std::string& err_path) {
   return -1;
 }
 
+// A marker that shows one genotype class among its typed individuals cannot be placed: each
+// of its pairs is stored as unlinked or as free recombination.
+void PrintUninformative(const MarkerTable& markers) {
+  std::vector<int> found;
+  for (int i = 0; i < markers.num_markers; ++i) {
+    int classes = 0;
+    if (markers.clonal_sizes.empty()) {
+      classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    } else {
+      for (int t = 0; t < 11; ++t) classes += markers.clonal_sizes[t][i] > 0;  // XX is missing
+    }
+    if (classes <= 1) found.push_back(i);
+  }
+  if (found.empty()) return;
+  std::printf("  Uninformative     %zu (one genotype class only):", found.size());
+  const std::size_t shown = std::min<std::size_t>(found.size(), 10);
+  for (std::size_t k = 0; k < shown; ++k) std::printf(" %s", markers.Name(found[k]).c_str());
+  if (shown < found.size()) std::printf(" ...");
+  std::printf("\n");
+}
+
 // The chromosome table of a summary file (.sum, .sumf, .summ): each chromosome's marker count
 // and length, the whole genome's last.
 std::vector<std::pair<int, double>> ChromosomeTable(const std::string& path) {
@@ -144,6 +165,7 @@ void PrintSummary(const ToolRun& run, const std::string& file, const MarkerTable
   const std::string_view name = gae::PopulationName(run.design, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   std::printf("  Markers read      %d\n", markers.num_markers);
+  PrintUninformative(markers);
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
   const std::vector<std::string> names = map.Names();

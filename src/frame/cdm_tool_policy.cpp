@@ -44,7 +44,7 @@ bool CdmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
   return CDMPairwiseFile(lrd_name, markers, threads, random);
 }
 
-void CdmPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
+void CdmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
   ClonalLayout map;
@@ -56,7 +56,7 @@ void CdmPolicy::WriteResults(const std::string& stem, const FinishedMap& finishe
   map.num_individuals = data_.population_size;
   map.category = std::move(data_.markers.categories);
   map.types = std::move(data_.markers.types);
-  WriteClonalResults(map, pairs, stem, {switches.On(0), switches.On(1), switches.On(2), switches.On(3)},
+  WriteClonalResults(map, pairs, files, {switches.On(0), switches.On(1), switches.On(2), switches.On(3)},
                      random);
 }
 

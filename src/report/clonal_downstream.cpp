@@ -51,7 +51,7 @@ void CopyFlags(const std::string& before, const std::string& scanned, std::strin
 }  // namespace
 
 int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
-                                   const std::string& stem, bool write_qtl_file,
+                                   ResultFiles& files, bool write_qtl_file,
                                    UniformStream& random) {
   LinkedMapRecord record;
   record.population_type = map.population_type;
@@ -90,8 +90,8 @@ int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pai
   std::string corrected = input;
   CopyFlags(before_scan, scanned, corrected);
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals, kClonalLetters);
-  WriteTextFile(stem + "EC.cdm", EcCdmText(record, category_texts, corrected, lost));
-  WriteTextFile(stem + ".hap", phased.text);
+  files.Write("EC.cdm", EcCdmText(record, category_texts, corrected, lost));
+  files.Write(".hap", phased.text);
   if (write_qtl_file) {
     // The QTL file keeps every linked marker of the map, in one phase. A marker that the scan
     // has left without segregation goes there as read, so that the file stays readable.
@@ -101,9 +101,9 @@ int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pai
     for (std::size_t m = 0; m < lost.size(); ++m)
       if (lost[m] != 0)
         std::copy_n(phased.genotypes.begin() + m * n, n, for_qtl.begin() + m * n);
-    WriteTextFile(stem + ".cdq", CdqText(record, phased.new_categories, for_qtl));
+    files.Write(".cdq", CdqText(record, phased.new_categories, for_qtl));
   }
-  WriteTextFile(stem + ".err",
+  files.Write(".err",
                 ErrReportText(map.num_individuals, record.marker_names, numbers, input, corrected));
   return flagged;
 }

@@ -8,14 +8,16 @@
 
 #include "frame/uniform_stream.h"
 #include "report/clonal_layout.h"
+#include "report/text_file.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
 
-// Scans, then writes stemEC.cdm, stem.hap, stem.cdq (when `write_qtl_file`) and stem.err.
+// Scans, then writes EC.cdm, .hap, .cdq (when `write_qtl_file`) and .err after the stem of
+// `files`.
 // Returns the number of genotypes the scan set to missing.
 int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
-                                   const std::string& stem, bool write_qtl_file,
+                                   ResultFiles& files, bool write_qtl_file,
                                    UniformStream& random);
 
 }  // namespace gae

@@ -7,7 +7,7 @@
 
 namespace gae {
 
-void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, const std::string& stem,
+void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, ResultFiles& files,
                         const ClonalOutputSwitches& switches, UniformStream& random) {
   struct View {
     ClonalView view;
@@ -16,17 +16,17 @@ void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, const s
   const View views[] = {{ClonalView::kCombined, ""}, {ClonalView::kFirstParent, "f"},
                         {ClonalView::kSecondParent, "m"}};
   for (const View& v : views)
-    WriteTextFile(stem + ".sum" + v.suffix, SummaryText(map, ClonalSummary(map, pairs, v.view)));
-  WriteTextFile(stem + ".mtp", ClonalMtpReport(map));
+    files.Write(std::string(".sum") + v.suffix, SummaryText(map, ClonalSummary(map, pairs, v.view)));
+  files.Write(".mtp", ClonalMtpReport(map));
   for (const View& v : views) {
     if (switches.lod)
-      WriteTextFile(stem + ".lod" + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kLod));
+      files.Write(std::string(".lod") + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kLod));
     if (switches.rec)
-      WriteTextFile(stem + ".rec" + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kRec));
+      files.Write(std::string(".rec") + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kRec));
     if (switches.dis)
-      WriteTextFile(stem + ".dis" + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kDis));
+      files.Write(std::string(".dis") + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kDis));
   }
-  WriteClonalDownstreamFiles(map, pairs, stem, switches.qtl_file, random);
+  WriteClonalDownstreamFiles(map, pairs, files, switches.qtl_file, random);
 }
 
 }  // namespace gae

@@ -5,6 +5,7 @@
 
 #include "frame/uniform_stream.h"
 #include "report/clonal_layout.h"
+#include "report/text_file.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
@@ -13,9 +14,10 @@ struct ClonalOutputSwitches {
   bool lod = false, rec = false, dis = false, qtl_file = false;
 };
 
-// stem.sum, .sumf, .summ and .mtp always; .lod, .rec, .dis and their parental forms (f, m) by
-// their switches; then the error scan, stemEC.cdm, .hap, .cdq (QTL switch) and .err.
-void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, const std::string& stem,
+// .sum, .sumf, .summ and .mtp always; .lod, .rec, .dis and their parental forms (f, m) by
+// their switches; then the error scan, EC.cdm, .hap, .cdq (QTL switch) and .err, each after
+// the stem of `files`.
+void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, ResultFiles& files,
                         const ClonalOutputSwitches& switches, UniformStream& random);
 
 }  // namespace gae
