@@ -174,36 +174,6 @@ TEST_F(CheckMap, FrequenciesAboveTheSinglePrecisionNinetyPercentAreWarnedAbout) 
   EXPECT_EQ(rec[2 * (GroupPairIndex(3, 1) - 1) + 1], 0.9f);
 }
 
-TEST_F(CheckMap, CountsFollowTheFoldingOfEachPopulationGroup) {
-  struct Group {
-    int type;
-    const char* genotypes;
-    const char* partner;
-    int a, h, b, x, category;
-  };
-  const Group groups[] = {
-      // backcross to P1: D says nothing there and becomes missing
-      {1, "A H H X D", "A H H A A", 1, 2, 0, 2, 1},
-      // backcross to P2: R likewise
-      {10, "H B R B X", "H H B B B", 0, 1, 2, 2, 1},
-      // inbred lines: a heterozygote counts as missing
-      {4, "A H B B A", "A B B A B", 2, 0, 2, 1, 1},
-      {7, "D B D D X", "A H B A B", 3, 0, 1, 1, 12},  // F2 dominant marker
-      {8, "A R R A R", "A H B A B", 2, 0, 3, 0, 10},  // F3 recessive marker: R joins the P2 class
-  };
-  for (const Group& g : groups) {
-    WriteText("g.map", MapFile(g.type, {{"M1", g.genotypes}, {"M2", g.partner}}, 5));
-    std::remove("g.LRD");
-    Arrays out(2);
-    ASSERT_EQ(Run("g.map", out), 0) << g.type;
-    EXPECT_EQ(out.a[0], g.a) << g.type;
-    EXPECT_EQ(out.h[0], g.h) << g.type;
-    EXPECT_EQ(out.b[0], g.b) << g.type;
-    EXPECT_EQ(out.x[0], g.x) << g.type;
-    EXPECT_EQ(out.category[0], g.category) << g.type;
-  }
-}
-
 TEST_F(CheckMap, TheFileIsTheSameWhateverTheNumberOfThreads) {
   std::mt19937 rng(9);
   std::vector<std::pair<std::string, std::string>> rows;
