@@ -49,8 +49,6 @@ std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
   return rows;
 }
 
-int Call(testing::PathExport fn, const std::string& path) { return testing::CallOnPath(fn, path); }
-
 int CheckMap(const std::string& path, std::vector<int>* anchors = nullptr,
              std::vector<std::string>* marker_names = nullptr) {
   int n = 0, status = -1;
@@ -81,7 +79,7 @@ class MapRun : public testing::InTempDir {
 };
 
 TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
-  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
   std::map<int, std::set<std::string>> simulated_on;  // group -> simulated chromosomes
   std::map<int, int> sizes;
   for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) {
@@ -103,7 +101,7 @@ TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
 
 // The run's own input files are read back in map_tool_frame_test; here what they say.
 TEST_F(MapRun, WrittenInputFilesCarryTheMapAndCanBeCompleted) {
-  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
   // EC.map: a new mapping run starts from it, each kept marker anchored to its chromosome.
   std::vector<int> anchors;
   ASSERT_EQ(CheckMap("f2_five_chromosomesEC.map", &anchors), 0);
@@ -135,7 +133,7 @@ TEST_F(MapRun, WrittenInputFilesCarryTheMapAndCanBeCompleted) {
   for (int k = 0; k < 200; ++k) met += Numbered(" ", 10 + k % 7);
   met += "\n";
   WriteText("completed.met", met);
-  EXPECT_EQ(Call(CheckErrorMET, "completed.met"), 0);
+  EXPECT_EQ(testing::CallOnPath(CheckErrorMET, "completed.met"), 0);
 }
 
 // Spearman's rank correlation of a map order with the true order.

@@ -82,15 +82,17 @@ ToolRow MapRow() {
 
 const ToolRow kTools[] = {MapRow()};
 
+void PrintTo(const ToolRow& row, std::ostream* os) { *os << ProfileOf(row.tool).letters; }
+
 // -----------------------------------------------------------------------------------------------
 
-class MapToolFrame : public testing::InTempDir, public ::testing::WithParamInterface<const ToolRow*> {
+class MapToolFrame : public testing::InTempDir, public ::testing::WithParamInterface<ToolRow> {
  protected:
   void SetUp() override {
     InTempDir::SetUp();
     WriteText(Row().example, testing::ReadText(testing::SourcePath(std::string("examples/") + Row().example)));
   }
-  const ToolRow& Row() const { return *GetParam(); }
+  const ToolRow& Row() const { return GetParam(); }
   const ToolProfile& Profile() const { return ProfileOf(Row().tool); }
   std::string Log() const { return std::string(Profile().letters) + ".log"; }
   std::string Stem() const {
@@ -218,13 +220,9 @@ TEST_P(MapToolFrame, WrittenInputFilesAreReadBackByTheirValidators) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Tools, MapToolFrame, ::testing::ValuesIn([] {
-                           std::vector<const ToolRow*> rows;
-                           for (const ToolRow& row : kTools) rows.push_back(&row);
-                           return rows;
-                         }()),
-                         [](const ::testing::TestParamInfo<const ToolRow*>& info) {
-                           return std::string(ProfileOf(info.param->tool).letters);
+INSTANTIATE_TEST_SUITE_P(Tools, MapToolFrame, ::testing::ValuesIn(kTools),
+                         [](const ::testing::TestParamInfo<ToolRow>& info) {
+                           return std::string(ProfileOf(info.param.tool).letters);
                          });
 
 }  // namespace
