@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -67,11 +66,11 @@ std::vector<float> Records(const std::string& path) {
 
 class CheckMap : public testing::InTempDir {
  protected:
-  int Run(const std::string& path, Arrays& out, int threads = 2) {
+  int Run(const std::string& path, Arrays& out) {
     int status = -1;
     ::testing::internal::CaptureStdout();
     const MapCheckArrays arrays = out.View();
-    CheckErrorBody(MapPolicy(&arrays), static_cast<int>(path.size()), path.data(), &status, threads);
+    CheckErrorBody(MapPolicy(&arrays), static_cast<int>(path.size()), path.data(), &status, 1);
     ::testing::internal::GetCapturedStdout();
     return status;
   }
@@ -172,34 +171,6 @@ TEST_F(CheckMap, FrequenciesAboveTheSinglePrecisionNinetyPercentAreWarnedAbout) 
   EXPECT_THAT(log, ::testing::Not(HasSubstr("IMarker=3        JMarker=1 ")));
   const std::vector<float> rec = Records("w.LRD");
   EXPECT_EQ(rec[2 * (GroupPairIndex(3, 1) - 1) + 1], 0.9f);
-}
-
-TEST_F(CheckMap, TheFileIsTheSameWhateverTheNumberOfThreads) {
-  std::mt19937 rng(9);
-  std::vector<std::pair<std::string, std::string>> rows;
-  for (int m = 0; m < 60; ++m) {
-    std::string g;
-    const int kind = m % 5 == 3 ? 12 : (m % 5 == 4 ? 10 : 1);
-    for (int k = 0; k < 120; ++k) {
-      const int u = rng() % 100;
-      char c = u < 25 ? 'A' : (u < 75 ? 'H' : 'B');
-      if (kind == 12 && c != 'B') c = 'D';
-      if (kind == 10 && c != 'A') c = 'R';
-      if (u % 31 == 0) c = 'X';
-      g += std::string(" ") + c;
-    }
-    std::string name = std::to_string(m);
-    name.insert(name.begin(), 'S');
-    rows.push_back({name, g});
-  }
-  WriteText("f2.map", MapFile(7, rows, 120));
-  Arrays out(60);
-  ASSERT_EQ(Run("f2.map", out, 1), 0);
-  const std::string single = ReadText("f2.LRD");
-  std::remove("f2.LRD");
-  ASSERT_EQ(Run("f2.map", out, 4), 0);
-  EXPECT_EQ(ReadText("f2.LRD"), single);
-  EXPECT_EQ(single.size(), 8u * 1770);
 }
 
 TEST_F(CheckMap, BadInputStopsBeforeAnyPairFileAndAMissingFileIsReported) {
