@@ -39,17 +39,12 @@ TEST_F(FindNumMarkers, ReadsTheFourthHeaderValueOfARealFile) {
   EXPECT_FALSE(Process().log.IsConnected());
 }
 
-TEST_F(FindNumMarkers, AFailurePrintsItsCauseThenTheEntryLine) {
-  WriteText("bad.map", "21\n1\n1\n10\n");
-  int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "bad.map", count), 2004);
-  EXPECT_THAT(ReadLines("MAP.log"),
-              ElementsAre("--Error2004: PopulationType=21 out of range [1:20]!",
-                          "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers"));
-  EXPECT_EQ(MessageCode(), 1101);
-
+// A failure's cause and entry lines: map_tool_frame_test.
+TEST_F(FindNumMarkers, RemarksAloneAreNoHeaderAndTheEntryLineLeavesItsCode) {
   WriteText("remarks.map", "! nothing\n!but remarks\n");
+  int count = 0;
   EXPECT_EQ(Call(MAPFindNumMarkers, "remarks.map", count), 2003);
+  EXPECT_EQ(MessageCode(), 1101);
 }
 
 TEST_F(FindNumMarkers, TheCountVariableIsTheReadsScratch) {

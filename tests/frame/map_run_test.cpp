@@ -49,27 +49,6 @@ std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
   return rows;
 }
 
-int CheckMap(const std::string& path, std::vector<int>* anchors = nullptr,
-             std::vector<std::string>* marker_names = nullptr) {
-  int n = 0, status = -1;
-  ::testing::internal::CaptureStdout();
-  MAPFindNumMarkers(static_cast<int>(path.size()), path.data(), &n, &status);
-  if (status == 0) {
-    std::vector<int> names(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n);
-    std::vector<float> chi(n), p(n);
-    CheckErrorMAP(static_cast<int>(path.size()), path.data(), n, names.data(), anchor.data(), a.data(),
-                  h.data(), b.data(), x.data(), category.data(), chi.data(), p.data(), &status);
-    if (anchors != nullptr) *anchors = anchor;
-    for (int i = 0; marker_names != nullptr && i < n; ++i) {
-      std::string name;
-      for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
-      marker_names->push_back(fmt::Trim(name));
-    }
-  }
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
-
 class MapRun : public testing::InTempDir {
  protected:
   void SetUp() override {
@@ -104,7 +83,7 @@ TEST_F(MapRun, WrittenInputFilesCarryTheMapAndCanBeCompleted) {
   ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
   // EC.map: a new mapping run starts from it, each kept marker anchored to its chromosome.
   std::vector<int> anchors;
-  ASSERT_EQ(CheckMap("f2_five_chromosomesEC.map", &anchors), 0);
+  ASSERT_EQ(testing::CheckMapFile("f2_five_chromosomesEC.map", &anchors), 0);
   std::map<std::string, int> chromosome_of;
   for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) chromosome_of[name] = group;
   const std::vector<std::string> ec = ReadLines("f2_five_chromosomesEC.map");
@@ -158,7 +137,7 @@ TEST_F(MapRun, OrderingAndRipplingRecoverASimulatedChromosome) {
     std::shuffle(listing.begin(), listing.end(), rng);
     const std::string file = Numbered("sim", seed) + ".map";
     WriteText(file, testing::MapInputFile(markers, genotypes, listing, 200));
-    ASSERT_EQ(CheckMap(file), 0);
+    ASSERT_EQ(testing::CheckMapFile(file), 0);
 
     // One group of all markers, ordered and rippled with the default settings.
     int n = 40, groups = 1, state = 1, status = -1;
@@ -194,7 +173,7 @@ namespace {
 TEST_F(MapRun, HandEditsShowInTheReports) {
   std::vector<int> anchors;
   std::vector<std::string> names_of;
-  ASSERT_EQ(CheckMap(kExample, &anchors, &names_of), 0);
+  ASSERT_EQ(testing::CheckMapFile(kExample, &anchors, &names_of), 0);
   MapModel map;
   AllocateMapState(map, 150);
   int status = -1;

@@ -54,23 +54,9 @@ struct ToolRow {
 
 // --- MAP ---------------------------------------------------------------------------------------
 
-int CheckMapInput(const std::string& path) {
-  int n = 0, status = -1;
-  ::testing::internal::CaptureStdout();
-  MAPFindNumMarkers(static_cast<int>(path.size()), path.data(), &n, &status);
-  if (status == 0) {
-    std::vector<int> names(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n);
-    std::vector<float> chi(n), p(n);
-    CheckErrorMAP(static_cast<int>(path.size()), path.data(), n, names.data(), anchor.data(), a.data(),
-                  h.data(), b.data(), x.data(), category.data(), chi.data(), p.data(), &status);
-  }
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
-
 ToolRow MapRow() {
   return {MapTool::kMAP, MAPAllByDefault, [] { return std::unique_ptr<MapToolPolicy>(new MapPolicy()); },
-          CheckMapInput, "f2_five_chromosomes.map",
+          [](const std::string& path) { return testing::CheckMapFile(path); }, "f2_five_chromosomes.map",
           "21\n1\n1\n2\n3\n", 2004, "--Error2004: PopulationType=21 out of range [1:20]!",
           "7\n1\n1\n2\n3\nM1 A H Q\nM2 A H B\nM1 0\nM2 0\n", 2202,
           "--Error2202: Invalid MarkerType! MarkerID=1 LineID=3 Input MarkerType=Q",

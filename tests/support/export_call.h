@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace gae::testing {
 
@@ -11,5 +12,10 @@ using PathExport = void (*)(int, const char*, int*);
 
 // Calls `fn` on `path` and returns its status; what it printed goes to `printed` when given.
 int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nullptr);
+
+// MAPFindNumMarkers, then CheckErrorMAP with arrays of the size read: the status, and when
+// asked the anchors and the trimmed marker names.
+int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
+                 std::vector<std::string>* names = nullptr);
 
 }  // namespace gae::testing
