@@ -2,8 +2,9 @@
 // log, what a stop leaves behind, the output's refusal of arrays that do not describe the file,
 // and the written input files read back by their validators.
 //
-// A tool adds one row to kTools: its example file, its exports, two bad files with the codes they
-// stop with, the shape of a clean run's log and the input files its run writes.
+// A tool adds one row to kTools (see MapRow): its example file, its exports, two bad files with
+// the codes and first lines they stop with, the shape of a clean run's log, a file every output
+// writes and the input files its run writes.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -55,15 +56,25 @@ struct ToolRow {
 // --- MAP ---------------------------------------------------------------------------------------
 
 ToolRow MapRow() {
-  return {MapTool::kMAP, MAPAllByDefault, [] { return std::unique_ptr<MapToolPolicy>(new MapPolicy()); },
-          [](const std::string& path) { return testing::CheckMapFile(path); }, "f2_five_chromosomes.map",
-          "21\n1\n1\n2\n3\n", 2004, "--Error2004: PopulationType=21 out of range [1:20]!",
-          "7\n1\n1\n2\n3\nM1 A H Q\nM2 A H B\nM1 0\nM2 0\n", 2202,
-          "--Error2202: Invalid MarkerType! MarkerID=1 LineID=3 Input MarkerType=Q",
-          "FTP" "GGTT" "OTOTOTOTOTT" "RTRTRTRTRTT" "TE", ".sum",
-          // The .met frame carries 0 environments until its user adds them, which its validator
-          // refuses (map_run_test completes one).
-          {{"EC.map", nullptr, 0}, {".sdl", CheckErrorSDL, 0}, {".bip", CheckErrorBIP, 0}, {".met", CheckErrorMET, 2023}}};
+  return {
+      .tool = MapTool::kMAP,
+      .all_by_default = MAPAllByDefault,
+      .output_policy = [] { return std::unique_ptr<MapToolPolicy>(new MapPolicy()); },
+      .check_input = [](const std::string& path) { return testing::CheckMapFile(path); },
+      .example = "f2_five_chromosomes.map",
+      .bad_header = "21\n1\n1\n2\n3\n",
+      .bad_header_code = 2004,
+      .bad_header_line = "--Error2004: PopulationType=21 out of range [1:20]!",
+      .bad_body = "7\n1\n1\n2\n3\nM1 A H Q\nM2 A H B\nM1 0\nM2 0\n",
+      .bad_body_code = 2202,
+      .bad_body_line = "--Error2202: Invalid MarkerType! MarkerID=1 LineID=3 Input MarkerType=Q",
+      .log_trace = "FTP" "GGTT" "OTOTOTOTOTT" "RTRTRTRTRTT" "TE",  // five chromosomes
+      .result_suffix = ".sum",
+      // The .met frame carries 0 environments until its user adds them, which its validator
+      // refuses (map_run_test completes one).
+      .rereads = {{"EC.map", nullptr, 0}, {".sdl", CheckErrorSDL, 0}, {".bip", CheckErrorBIP, 0},
+                  {".met", CheckErrorMET, 2023}},
+  };
 }
 
 const ToolRow kTools[] = {MapRow()};
