@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -76,6 +77,36 @@ TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
   for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
     EXPECT_TRUE(testing::FileExists("f2_five_chromosomes" + std::string(suffix))) << suffix;
   EXPECT_EQ(Process().map.map_state, -1);  // released at the end
+}
+
+TEST_F(MapRun, APathEndsAtItsFirstNul) {
+  // A front end that passes its buffer's size (char path[32], sizeof path) once had every
+  // result file written onto the input itself: the names kept the NULs and ended at the first.
+  const std::string input = ReadText(kExample);
+  char path[32] = "f2_five_chromosomes.map";
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPAllByDefault(static_cast<int>(sizeof path), path, &status);
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadText(kExample), input);
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.sum"));
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.LRD"));
+}
+
+TEST_F(MapRun, NoResultFileReplacesTheInput) {
+  // An input named cross.mtp was overwritten by its own .mtp report, with status 0.
+  const std::string input = ReadText(kExample);
+  WriteText("cross.mtp", input);
+  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, "cross.mtp"), 0);
+  EXPECT_EQ(ReadText("cross.mtp"), input);
+  EXPECT_TRUE(testing::FileExists("cross.sum"));
+  EXPECT_THAT(ReadText("MAP.log"),
+              HasSubstr("Warning: result file not written, it would replace the input file! File=cross.mtp"));
+  // Named like its own pairwise file, the input stays too; the run cannot go on without one.
+  WriteText("cross.LRD", input);
+  EXPECT_EQ(testing::CallOnPath(MAPAllByDefault, "cross.LRD"), 1101);
+  EXPECT_EQ(ReadText("cross.LRD"), input);
 }
 
 // The run's own input files are read back in map_tool_frame_test; here what they say.

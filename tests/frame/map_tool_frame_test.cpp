@@ -7,6 +7,7 @@
 // writes and the input files its run writes.
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <memory>
 #include <numeric>
 #include <string>
@@ -186,13 +187,20 @@ TEST_P(MapToolFrame, OutputRefusesArraysThatDoNotDescribeTheFile) {
   };
   std::vector<int> short_size{n - 1}, bad_order(order);
   bad_order[1] = n + 1;
+  // Wild counts beside short arrays must not be read (or copied) past them.
   std::vector<Case> cases = {
       {"another file's marker count", good}, {"chromosomes holding fewer than the mapped", good},
-      {"more mapped and unlinked than markers", good}, {"a marker number out of range", good}};
+      {"more mapped and unlinked than markers", good}, {"a marker number out of range", good},
+      {"mapped beyond every count", good},   {"unlinked beyond every count", good},
+      {"chromosomes beyond every count", good}, {"no positions", good}};
   cases[0].map.num_markers = n + 1;
   cases[1].map.group_size = short_size.data();
   cases[2].map.num_unlinked = 1;
   cases[3].map.order = bad_order.data();
+  cases[4].map.num_mapped = INT_MAX;
+  cases[5].map.num_unlinked = INT_MAX;
+  cases[6].map.num_groups = INT_MAX;
+  cases[7].map.position = nullptr;
   const OutputSwitches all = OutputSwitches::AllOn(Profile().output_switches);
   for (const Case& c : cases) {
     ::testing::internal::CaptureStdout();
