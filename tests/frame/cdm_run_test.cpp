@@ -14,56 +14,18 @@
 #include "frame/process_state.h"
 #include "gaengine.h"
 #include "support/clonal_simulation.h"
+#include "support/export_call.h"
 #include "support/temp_dir.h"
 
 namespace gae {
 namespace {
 
 using ::testing::HasSubstr;
+using testing::CallOnPath;
+using testing::CheckCdmFile;
 using testing::ReadLines;
 using testing::ReadText;
 using testing::WriteText;
-
-int Call(void (*fn)(int, const char*, int*), const std::string& path) {
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  fn(static_cast<int>(path.size()), path.data(), &status);
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
-
-struct CdmCheck {
-  int status = -1, n = 0;
-  std::vector<int> names, anchor, category;
-  std::vector<std::vector<int>> sizes;
-  std::vector<float> chi, p;
-  std::string Name(int i) const {  // the codes run marker-fastest, 35 characters a name
-    std::string name;
-    for (int c = 0; c < 35; ++c) name += static_cast<char>(names[c * n + i]);
-    return fmt::Trim(name);
-  }
-};
-
-CdmCheck CheckCdm(const std::string& path) {
-  CdmCheck c;
-  ::testing::internal::CaptureStdout();
-  CDMFindNumMarkers(static_cast<int>(path.size()), path.data(), &c.n, &c.status);
-  if (c.status == 0) {
-    const int n = c.n;
-    c.names.assign(35 * n, 0);
-    c.anchor.assign(n, 0);
-    c.category.assign(n, 0);
-    c.sizes.assign(12, std::vector<int>(n, 0));
-    c.chi.assign(n, 0.0f);
-    c.p.assign(n, 0.0f);
-    auto s = [&](int k) { return c.sizes[k].data(); };
-    CheckErrorCDM(static_cast<int>(path.size()), path.data(), n, c.names.data(), c.anchor.data(), s(0), s(1),
-                  s(2), s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), c.category.data(),
-                  c.chi.data(), c.p.data(), &c.status);
-  }
-  ::testing::internal::GetCapturedStdout();
-  return c;
-}
 
 class CdmRun : public testing::InTempDir {
  protected:
@@ -73,20 +35,17 @@ class CdmRun : public testing::InTempDir {
   }
 };
 
+// The frame of the run (its log, stops, rereads) is the frame test's CDM row; here, the files.
 TEST_F(CdmRun, TheExampleRunsThroughEveryResultFile) {
-  ASSERT_EQ(Call(CDMAllByDefault, "clonal_f1.cdm"), 0);
+  ASSERT_EQ(CallOnPath(CDMAllByDefault, "clonal_f1.cdm"), 0);
   for (const char* suffix : {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec",
                              ".recf", ".recm", ".dis", ".disf", ".dism", ".hap", ".err", "EC.cdm", ".cdq"})
     EXPECT_TRUE(testing::FileExists("clonal_f1" + std::string(suffix))) << suffix;
   EXPECT_EQ(ReadText("clonal_f1.LRD").size(), 28u * PairCount(6));
-  const std::vector<std::string> log = ReadLines("CDM.log");
-  ASSERT_FALSE(log.empty());
-  EXPECT_EQ(log.back(), "DLL CDMAllByDefault run successfully!");
-  EXPECT_EQ(Process().map.map_state, -1);
 }
 
 TEST_F(CdmRun, StepByStepTheCheckFillsTheTwelveCountsAndTheStagesLogToCdm) {
-  const CdmCheck c = CheckCdm("clonal_f1.cdm");
+  const testing::CdmCheck c = CheckCdmFile("clonal_f1.cdm");
   ASSERT_EQ(c.status, 0);
   ASSERT_EQ(c.n, 6);
   EXPECT_THAT(ReadText("CDM.log"), HasSubstr("DLL CheckErrrorCDM"));
@@ -122,7 +81,7 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
   const auto types = testing::SimulateClonalChromosome(markers, 300, 0.02, 99);
   const std::vector<int> listing = {5, 0, 11, 3, 8, 1, 10, 6, 2, 9, 4, 7};
   WriteText("sim.cdm", testing::CdmInputFile(1, markers, types, listing));
-  ASSERT_EQ(Call(CDMAllByDefault, "sim.cdm"), 0);
+  ASSERT_EQ(CallOnPath(CDMAllByDefault, "sim.cdm"), 0);
 
   // Rows in map order: the name, then the letters of the homologues A and C.
   std::vector<std::string> names;
@@ -160,7 +119,7 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
   }
   // The corrected data are read again by the check, changed only to missing; the QTL file by
   // its validator.
-  const CdmCheck read = CheckCdm("sim.cdm"), corrected = CheckCdm("simEC.cdm");
+  const testing::CdmCheck read = CheckCdmFile("sim.cdm"), corrected = CheckCdmFile("simEC.cdm");
   ASSERT_EQ(corrected.status, 0);
   ASSERT_EQ(corrected.n, 12);
   for (int k = 0; k < 12; ++k) {  // the corrected file lists the markers in map order
@@ -171,7 +130,7 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
     EXPECT_GE(corrected.sizes[11][k], read.sizes[11][i]);
     for (int t = 0; t < 11; ++t) EXPECT_LE(corrected.sizes[t][k], read.sizes[t][i]);
   }
-  EXPECT_EQ(Call(CheckErrorCDQ, "sim.cdq"), 0);
+  EXPECT_EQ(CallOnPath(CheckErrorCDQ, "sim.cdq"), 0);
 
 }
 
@@ -197,14 +156,14 @@ TEST_P(CdmBadInput, StopsWithItsCodeAndLeavesNoReport) {
   ASSERT_NE(at, std::string::npos);
   text.replace(at, bad.from.size(), bad.to);
   WriteText("bad.cdm", text);
-  EXPECT_EQ(Call(CDMAllByDefault, "bad.cdm"), bad.code);
+  EXPECT_EQ(CallOnPath(CDMAllByDefault, "bad.cdm"), bad.code);
   const std::vector<std::string> log = ReadLines("CDM.log");
   ASSERT_GE(log.size(), 2u);
   EXPECT_THAT(ReadText("CDM.log"), HasSubstr("--Error" + std::to_string(bad.code)));
   EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL CDMAllByDefault");
   EXPECT_FALSE(testing::FileExists("bad.sum"));
   EXPECT_FALSE(testing::FileExists("bad.LRD"));
-  EXPECT_EQ(CheckCdm("bad.cdm").status, bad.code);
+  EXPECT_EQ(CheckCdmFile("bad.cdm").status, bad.code);
 }
 
 INSTANTIATE_TEST_SUITE_P(
