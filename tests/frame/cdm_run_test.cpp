@@ -72,7 +72,7 @@ TEST_F(CdmRun, StepByStepTheCheckFillsTheTwelveCountsAndTheStagesLogToCdm) {
 // A whole run of a simulated clonal F1 listed out of map order: the .hap rows follow the map,
 // and each parent's letters change where its bred phases do.
 TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
-  std::vector<testing::ClonalMarkerSpec> markers;
+  std::vector<testing::SimulatedClonalMarker> markers;
   const int categories[] = {1, 1, 2, 1, 3, 1, 1, 2, 1, 3, 1, 1};
   const int first[] = {0, 1, 0, 1, 1, 0, 0, 0, 1, 0, 0, 1};
   const int second[] = {0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 0, 1};
@@ -93,16 +93,16 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
     c.push_back(hap[k][68 + 36 + 11]);
   }
   ASSERT_EQ(names.size(), 12u);
-  auto spec = [&](const std::string& name) { return markers[std::stoi(name.substr(1)) - 10]; };
+  auto bred = [&](const std::string& name) { return markers[std::stoi(name.substr(1)) - 10]; };
   // Between consecutive markers that segregate in a parent, the letters change exactly where
   // the bred phases change.
   for (const bool first_parent : {true, false}) {
     int before = -1;
     for (int k = 0; k < 12; ++k) {
-      const testing::ClonalMarkerSpec m = spec(names[k]);
+      const testing::SimulatedClonalMarker m = bred(names[k]);
       if (m.category == (first_parent ? 2 : 3)) continue;
       if (before >= 0) {
-        const testing::ClonalMarkerSpec b = spec(names[before]);
+        const testing::SimulatedClonalMarker b = bred(names[before]);
         const bool bred_same = first_parent ? m.first_phase == b.first_phase : m.second_phase == b.second_phase;
         const bool hap_same = first_parent ? a[k] == a[before] : c[k] == c[before];
         EXPECT_EQ(bred_same, hap_same) << names[before] << " " << names[k];

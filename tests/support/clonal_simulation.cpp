@@ -9,7 +9,7 @@ namespace {
 
 // The type a progeny shows at a marker, given the homologue it received from each parent
 // (0 or 1), read against the phases of the marker.
-std::string Observed(const ClonalMarkerSpec& m, int from_first, int from_second) {
+std::string Observed(const SimulatedClonalMarker& m, int from_first, int from_second) {
   const bool first_named = from_first == m.first_phase;    // carries A (else B)
   const bool second_named = from_second == m.second_phase;  // carries C (else D)
   switch (m.category) {
@@ -29,7 +29,7 @@ std::string Observed(const ClonalMarkerSpec& m, int from_first, int from_second)
 }  // namespace
 
 std::vector<std::vector<std::string>> SimulateClonalChromosome(
-    const std::vector<ClonalMarkerSpec>& markers, int individuals, double missing_share, uint64_t seed) {
+    const std::vector<SimulatedClonalMarker>& markers, int individuals, double missing_share, uint64_t seed) {
   std::mt19937_64 rng(seed);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
   std::vector<std::vector<std::string>> types(markers.size(), std::vector<std::string>(individuals));
@@ -48,7 +48,7 @@ std::vector<std::vector<std::string>> SimulateClonalChromosome(
   return types;
 }
 
-std::string CdmInputFile(int population_type, const std::vector<ClonalMarkerSpec>& markers,
+std::string CdmInputFile(int population_type, const std::vector<SimulatedClonalMarker>& markers,
                          const std::vector<std::vector<std::string>>& types,
                          const std::vector<int>& listing) {
   static const char* kCategory[2][6] = {{"", "ABCD", "A=B", "C=D", "AB=CD", ""},

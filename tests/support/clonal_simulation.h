@@ -10,7 +10,7 @@
 
 namespace gae::testing {
 
-struct ClonalMarkerSpec {
+struct SimulatedClonalMarker {
   std::string name;
   double position_cm = 0;
   int category = 1;  // 1 ABCD, 2 A=B, 3 C=D, 4 AB=CD or A=CB=D, 5 A=DB=C
@@ -24,10 +24,10 @@ struct ClonalMarkerSpec {
 // Two-letter types (AC, ..., XX) of `individuals` progeny at the markers of one chromosome
 // (sorted by position), a share of them missing: [marker][individual].
 std::vector<std::vector<std::string>> SimulateClonalChromosome(
-    const std::vector<ClonalMarkerSpec>& markers, int individuals, double missing_share, uint64_t seed);
+    const std::vector<SimulatedClonalMarker>& markers, int individuals, double missing_share, uint64_t seed);
 
 // A CDM input file (Kosambi, intervals) of the markers in `listing` order.
-std::string CdmInputFile(int population_type, const std::vector<ClonalMarkerSpec>& markers,
+std::string CdmInputFile(int population_type, const std::vector<SimulatedClonalMarker>& markers,
                          const std::vector<std::vector<std::string>>& types,
                          const std::vector<int>& listing);
 

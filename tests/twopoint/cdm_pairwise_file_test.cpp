@@ -19,13 +19,13 @@
 namespace gae {
 namespace {
 
-using testing::ClonalMarkerSpec;
+using testing::SimulatedClonalMarker;
 
 class ClonalPairFile : public testing::InTempDir {
  protected:
   // One chromosome, 5 cM apart, phases changing along it. No two AB=CD markers stand next to
   // each other in a parent, so every phase of a neighbouring pair is told by the data.
-  std::vector<ClonalMarkerSpec> Markers() const {
+  std::vector<SimulatedClonalMarker> Markers() const {
     return {{"M01", 0, 1, 0, 0},  {"M02", 5, 1, 1, 0},  {"M03", 10, 2, 0, 1}, {"M04", 15, 1, 1, 1},
             {"M05", 20, 3, 0, 0}, {"M06", 25, 4, 1, 0}, {"M07", 30, 1, 1, 1}, {"M08", 35, 3, 1, 0},
             {"M09", 40, 1, 0, 0}, {"M10", 45, 4, 0, 1}, {"M11", 50, 1, 0, 1}, {"M12", 55, 2, 0, 0}};
@@ -55,7 +55,7 @@ class ClonalPairFile : public testing::InTempDir {
 };
 
 TEST_F(ClonalPairFile, SevenWordsPerPairTheSameAtAnyThreadCountWithPhasesOfTheBreeding) {
-  const std::vector<ClonalMarkerSpec> markers = Markers();
+  const std::vector<SimulatedClonalMarker> markers = Markers();
   const auto types = testing::SimulateClonalChromosome(markers, 400, 0.02, 17);
   std::vector<int> listing(markers.size());
   for (size_t k = 0; k < listing.size(); ++k) listing[k] = static_cast<int>(k);
@@ -70,7 +70,7 @@ TEST_F(ClonalPairFile, SevenWordsPerPairTheSameAtAnyThreadCountWithPhasesOfTheBr
   ASSERT_TRUE(store.Open("sim.LRD", 7, 1));
   const PairTable& pairs = store.Table();
   for (int i = 2; i <= 12; ++i) {
-    const ClonalMarkerSpec &a = markers[i - 2], &b = markers[i - 1];
+    const SimulatedClonalMarker &a = markers[i - 2], &b = markers[i - 1];
     const int32_t phase = std::bit_cast<int32_t>(pairs.Word(i, i - 1, 6));
     if (a.category == 4 && b.category == 4) continue;
     const bool first_told = a.category != 2 && b.category != 2;
@@ -109,7 +109,7 @@ TEST_F(ClonalPairFile, SevenWordsPerPairTheSameAtAnyThreadCountWithPhasesOfTheBr
     return lines[row][12 + 1 + 19 + 1 + 35 + 12 * field + 11];
   };
   for (int k = 1; k <= 12; ++k) {
-    const ClonalMarkerSpec& m = markers[k - 1];
+    const SimulatedClonalMarker& m = markers[k - 1];
     // Relative to the first marker, whose homologues are named A, B and C, D.
     const bool first_same = m.first_phase == markers[0].first_phase;
     const bool second_same = m.second_phase == markers[0].second_phase;
