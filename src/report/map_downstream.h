@@ -16,4 +16,10 @@ namespace gae {
 int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
                                 bool write_qtl_files, UniformStream& random);
 
+// The same for a four-way or eight-way pure-line map (`map.marker_class` holds the founder
+// patterns): stem.plq when `write_qtl_files`, then the scan with the pure-line tables, stemEC.plm
+// and stem.err.
+int64_t WritePlmDownstreamFiles(const MapLayout& map, const std::string& stem,
+                                bool write_qtl_files, UniformStream& random);
+
 }  // namespace gae
