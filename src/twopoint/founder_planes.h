@@ -17,6 +17,9 @@ class FounderPlanes {
   // Lines that show founder `a` at marker `first` and founder `b` at marker `second` (markers
   // 1-based, founders 0-based).
   int64_t Count(int64_t first, int a, int64_t second, int b) const;
+  // The counts of `n` cells at once: cell c = F a + b (0-based founders) of `cells` goes to
+  // `counts[k]` as a 32-bit float.
+  void CountCells(int64_t first, int64_t second, const uint8_t* cells, int n, float* counts) const;
 
  private:
   const uint64_t* Plane(int64_t marker, int founder) const {

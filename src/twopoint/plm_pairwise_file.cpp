@@ -67,14 +67,13 @@ bool PLMPairwiseFile(const std::string& lrd_name, const PureLineMarkers& markers
                                                         markers.num_individuals, founders);
     auto tables = std::make_shared<const PatternPairTables>(markers, founders);
     const int type = markers.population_type;
-    return [planes, tables, founders, type](int64_t i, int64_t j, float* record) {
+    return [planes, tables, type](int64_t i, int64_t j, float* record) {
       PureLinePairClasses scratch;
       const PureLinePairClasses& classes = tables->Of(i, j, scratch);
+      uint8_t heads[kMaxFounders * kMaxFounders];
+      for (int c = 0; c < classes.num_classes; ++c) heads[c] = classes.classes[c].head;
       float counts[kMaxFounders * kMaxFounders];
-      for (int c = 0; c < classes.num_classes; ++c) {
-        const int head = classes.classes[c].head;
-        counts[c] = static_cast<float>(planes->Count(i, head / founders, j, head % founders));
-      }
+      planes->CountCells(i, j, heads, classes.num_classes, counts);
       const PureLineEstimate e = EstimatePureLinePair(type, classes, counts);
       record[0] = -e.lod;
       record[1] = e.rec_freq;

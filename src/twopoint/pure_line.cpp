@@ -8,6 +8,8 @@ namespace {
 
 constexpr float kTolerance = 0.0001f;
 constexpr int kMaxRounds = 1001;
+// Clear of 1/2 by far more than the rounding of one EM step.
+constexpr float kPastHalf = 0.501f;
 
 float Clamp01(float p) { return p > 1.0f ? 1.0f : (p < 0.0f ? 0.0f : p); }
 
@@ -165,6 +167,22 @@ PureLinePairClasses BuildPairClasses(int founders, int32_t first_pattern, int32_
       ++cls.kinds[PureLineCellKind(founders, a + 1, b + 1)];
     }
   }
+  for (int c = 0; c < out.num_classes; ++c) {
+    PureLineClass& cls = out.classes[c];
+    int k = 0;
+    while (k < out.num_compositions && !(out.compositions[k].cells == cls.cells &&
+                                         out.compositions[k].kinds[0] == cls.kinds[0] &&
+                                         out.compositions[k].kinds[1] == cls.kinds[1] &&
+                                         out.compositions[k].kinds[2] == cls.kinds[2] &&
+                                         out.compositions[k].kinds[3] == cls.kinds[3]))
+      ++k;
+    if (k == out.num_compositions) {
+      PureLineComposition& comp = out.compositions[out.num_compositions++];
+      comp.cells = cls.cells;
+      for (int kind = 0; kind < 4; ++kind) comp.kinds[kind] = static_cast<float>(cls.kinds[kind]);
+    }
+    cls.composition = static_cast<uint8_t>(k);
+  }
   return out;
 }
 
@@ -173,41 +191,45 @@ PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& class
   PureLineEstimate out;
   if (PureLineFounders(type) == 0 || classes.num_classes == 0) return out;
 
-  // A class of one cell keeps its count whatever r is: its share of the sums is fixed.
+  // A class of one cell keeps its count whatever r is: its share of the sums is fixed. The
+  // classes of more cells are taken together by composition.
   SplitSums fixed;
+  std::array<float, kMaxFounders * kMaxFounders> pooled{};
   for (int c = 0; c < classes.num_classes; ++c) {
-    fixed.total += class_counts[c];
     const PureLineClass& cls = classes.classes[c];
+    fixed.total += class_counts[c];
     if (cls.cells == 1) {
       for (int k = 0; k < 4; ++k)
         if (cls.kinds[k] != 0) fixed.by_kind[k] += class_counts[c];
+    } else {
+      pooled[cls.composition] += class_counts[c];
     }
   }
+  const int n_comp = classes.num_compositions;
+  const PureLineComposition* comp = classes.compositions.data();
   const float flat = 1.0f / static_cast<float>(classes.num_classes);
 
   float next = 0.25f, old = 0.0f;
   int rounds = 0;
-  bool uninformative = false;
+  bool uninformative = false, past_half = false;
   SplitSums q = fixed;
   while (std::fabs(next - old) > kTolerance && rounds < kMaxRounds) {
     old = next;
     ++rounds;
     const std::array<float, 4> p = PureLineKindChances(type, old);
-    // E-step. A founder cell's chance depends on its kind alone, so the share of a class that
-    // goes to each kind is its count times (cells of that kind x chance) over the class's sum.
-    q = fixed;
+    // E-step. A founder cell's chance depends on its kind alone, so a class hands each kind its
+    // count times (cells of that kind x chance) over the class's sum of chances.
     bool all_flat = true;
-    for (int c = 0; c < classes.num_classes; ++c) {
-      const PureLineClass& cls = classes.classes[c];
-      float sum = 0.0f;
-      for (int k = 0; k < 4; ++k) sum += static_cast<float>(cls.kinds[k]) * p[k];
+    std::array<float, 4> share{};
+    for (int s = 0; s < n_comp; ++s) {
+      const float sum = comp[s].kinds[0] * p[0] + comp[s].kinds[1] * p[1] +
+                        comp[s].kinds[2] * p[2] + comp[s].kinds[3] * p[3];
       if (std::fabs(sum - flat) > kTolerance) all_flat = false;
-      const float count = class_counts[c];
       // A class that is impossible at this r has no count to split (the iteration reaches such
       // an r only when the class is empty); its cells then get nothing.
-      if (cls.cells == 1 || count == 0.0f || !(sum > 0.0f)) continue;
-      for (int k = 0; k < 4; ++k)
-        if (cls.kinds[k] != 0) q.by_kind[k] += static_cast<float>(cls.kinds[k]) * (count * p[k] / sum);
+      if (comp[s].cells == 1 || pooled[s] == 0.0f || !(sum > 0.0f)) continue;
+      const float f = pooled[s] / sum;
+      for (int k = 0; k < 4; ++k) share[k] += f * comp[s].kinds[k];
     }
     // Every class as likely as every other, whatever the founder cells: the pair carries no
     // information on r.
@@ -215,8 +237,17 @@ PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& class
       uninformative = true;
       break;
     }
+    for (int k = 0; k < 4; ++k) q.by_kind[k] = fixed.by_kind[k] + share[k] * p[k];
     next = MStep(type, q);
+    // In one parameter the EM step is monotone (a larger r shifts every class's split towards
+    // the recombinant kinds), so a rising sequence past 1/2 ends past 1/2: the pair is reported
+    // unlinked whatever rounds remain. The eight-way inbred root never passes 1/2.
+    if (type != 4 && next > old && next > kPastHalf) {
+      past_half = true;
+      break;
+    }
   }
+  if (past_half) return out;
   float r = (uninformative || rounds >= kMaxRounds) ? 0.5f : next;
   float lod = PureLineLod(type, q, r);
 

@@ -44,11 +44,21 @@ struct PureLineClass {
   uint8_t head = 0;                  // 0-based cell F (a - 1) + (b - 1)
   uint8_t cells = 0;                 // founder cells in the class
   std::array<uint8_t, 4> kinds{};    // how many of them are of each kind
+  uint8_t composition = 0;           // index into the table's distinct compositions
+};
+// Classes with the same number of founder cells of each kind split their counts alike, so the
+// EM runs over the distinct compositions (a handful per pattern pair), each with the summed
+// count of its classes.
+struct PureLineComposition {
+  std::array<float, 4> kinds{};  // founder cells of each kind
+  int cells = 0;
 };
 struct PureLinePairClasses {
   int founders = 0;
   int num_classes = 0;
   std::array<PureLineClass, kMaxFounders * kMaxFounders> classes{};
+  int num_compositions = 0;
+  std::array<PureLineComposition, kMaxFounders * kMaxFounders> compositions{};
 };
 PureLinePairClasses BuildPairClasses(int founders, int32_t first_pattern, int32_t second_pattern);
 
