@@ -4,6 +4,7 @@
 
 #include "errorscan/err_report.h"
 #include "errorscan/error_scan.h"
+#include "frame/population.h"
 #include "input/chromosome_record.h"
 #include "report/downstream_files.h"
 #include "report/pure_line_segregation.h"
@@ -95,7 +96,7 @@ int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
 
 int64_t WritePlmDownstreamFiles(const MapLayout& map, const std::string& stem,
                                 bool write_qtl_files, UniformStream& random) {
-  const int founders = map.population_type >= 3 ? 8 : 4;
+  const int founders = PureLineFounders(map.population_type);
   const LinkedData data = Linked(map);
   std::vector<std::string> categories;
   for (int32_t pattern : data.classes) categories.push_back(PureLinePatternField(founders, pattern));

@@ -1,6 +1,7 @@
 #include "report/pure_line_reports.h"
 
 #include "frame/fixed_format.h"
+#include "frame/population.h"
 #include "report/pure_line_segregation.h"
 
 namespace gae {
@@ -9,7 +10,7 @@ std::string PlmMtpReport(const MapLayout& map) {
   using fmt::A;
   using fmt::F;
   using fmt::I;
-  const int founders = map.population_type >= 3 ? 8 : 4;
+  const int founders = PureLineFounders(map.population_type);
   std::string out = A("MarkerID", 12) + " " + A("MarkerName", 35);
   for (int f = 0; f < founders; ++f) out += A(std::string("Size(") + static_cast<char>('A' + f) + ")", 12);
   for (const char* word : {"Size(X)", "Chi-Square", "Pr>ChiSq", "Category"}) out += A(word, 12);

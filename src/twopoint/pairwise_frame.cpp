@@ -2,7 +2,7 @@
 
 #include "frame/cpu_clock.h"
 #include "frame/messages.h"
-#include "frame/process_state.h"
+#include "frame/message_code.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gae {

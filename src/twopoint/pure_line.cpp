@@ -98,12 +98,6 @@ int DigitOf(int founders, int32_t pattern, int founder) {
 
 }  // namespace
 
-int PureLineFounders(int population_type) {
-  if (population_type == 1 || population_type == 2) return 4;
-  if (population_type == 3 || population_type == 4) return 8;
-  return 0;
-}
-
 int PureLineCellKind(int founders, int a, int b) {
   if (a == b) return kSameFounder;
   if ((a - 1) / 2 == (b - 1) / 2) return kSisterFounders;

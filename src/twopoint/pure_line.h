@@ -20,12 +20,11 @@
 #include <array>
 #include <cstdint>
 
+#include "frame/population.h"
+
 namespace gae {
 
 inline constexpr int kMaxFounders = 8;
-
-// 4 for types 1 and 2, 8 for types 3 and 4, 0 for any other type.
-int PureLineFounders(int population_type);
 
 // Kind of the founder pair (a, b), 1-based.
 enum PureLineKind : int { kSameFounder = 0, kSisterFounders = 1, kSameHalf = 2, kOtherFounders = 3 };
