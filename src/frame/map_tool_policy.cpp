@@ -26,11 +26,11 @@ MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& args) {
 }
 
 void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
-                           const OutputSwitches& switches, const std::string& stem) {
-  WriteTextFile(stem + ".sum", SumReport(map, pairs));
-  if (switches.On(0)) WriteTextFile(stem + ".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
-  if (switches.On(1)) WriteTextFile(stem + ".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
-  if (switches.On(2)) WriteTextFile(stem + ".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
+                           const OutputSwitches& switches, ResultFiles& files) {
+  files.Write(".sum", SumReport(map, pairs));
+  if (switches.On(0)) files.Write(".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
+  if (switches.On(1)) files.Write(".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
+  if (switches.On(2)) files.Write(".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
 }
 
 MapPolicy::MapPolicy(const MapCheckArrays* check)
@@ -73,13 +73,13 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
   return MAPPairwiseFile(lrd_name, markers, threads);
 }
 
-void MapPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
+void MapPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
   const MapLayout map = TakeMapLayout(data_, finished);
-  WriteSharedMapReports(map, pairs, switches, stem);
-  WriteTextFile(stem + ".mtp", MtpReport(map));
-  WriteMapDownstreamFiles(map, stem, switches.On(3), random);
+  WriteSharedMapReports(map, pairs, switches, files);
+  files.Write(".mtp", MtpReport(map));
+  WriteMapDownstreamFiles(map, switches.On(3), random, files);
 }
 
 }  // namespace gae

@@ -32,7 +32,7 @@ MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& map);
 // The reports that the bi-parental and pure-line tools write alike: .sum, then .lod, .rec and
 // .dis by the first three output switches.
 void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
-                           const OutputSwitches& switches, const std::string& stem);
+                           const OutputSwitches& switches, ResultFiles& files);
 
 class MapPolicy final : public MapToolPolicy {
  public:
@@ -47,7 +47,7 @@ class MapPolicy final : public MapToolPolicy {
   bool WritePairs(const std::string& lrd_name, int threads) override;
   int32_t StoreMappingFunction() const override { return data_.mapping_function; }
 
-  void WriteResults(const std::string& stem, const FinishedMap& map,
+  void WriteResults(ResultFiles& files, const FinishedMap& map,
                     const OutputSwitches& switches, const PairTable& pairs,
                     UniformStream& random) override;
 

@@ -8,7 +8,6 @@
 #include "report/map_downstream.h"
 #include "report/pure_line_reports.h"
 #include "report/pure_line_segregation.h"
-#include "report/text_file.h"
 #include "twopoint/plm_pairwise_file.h"
 
 namespace gae {
@@ -48,13 +47,13 @@ bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads) {
   return PLMPairwiseFile(lrd_name, markers, threads);
 }
 
-void PlmPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
+void PlmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
   const MapLayout map = TakeMapLayout(data_, finished);
-  WriteSharedMapReports(map, pairs, switches, stem);
-  WriteTextFile(stem + ".mtp", PlmMtpReport(map));
-  WritePlmDownstreamFiles(map, stem, switches.On(3), random);
+  WriteSharedMapReports(map, pairs, switches, files);
+  files.Write(".mtp", PlmMtpReport(map));
+  WritePlmDownstreamFiles(map, switches.On(3), random, files);
 }
 
 }  // namespace gae

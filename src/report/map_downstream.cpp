@@ -71,36 +71,36 @@ std::string Scanned(const MapLayout& map, const LinkedData& data, int32_t design
 }
 
 void WriteErrReport(const MapLayout& map, const LinkedData& data, const std::string& corrected,
-                    const std::string& stem) {
-  WriteTextFile(stem + ".err", ErrReportText(map.num_individuals, data.record.marker_names,
-                                             data.numbers, data.input, corrected));
+                    ResultFiles& files) {
+  files.Write(".err", ErrReportText(map.num_individuals, data.record.marker_names, data.numbers,
+                                    data.input, corrected));
 }
 
 }  // namespace
 
-int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
-                                bool write_qtl_files, UniformStream& random) {
+int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
+                                ResultFiles& files) {
   const LinkedData data = Linked(map);
   if (write_qtl_files) {
-    WriteTextFile(stem + ".sdl", SdlText(data.record, data.input));
-    WriteTextFile(stem + ".bip", BipText(data.record, data.input));
-    WriteTextFile(stem + ".met", MetText(data.record, data.input));
+    files.Write(".sdl", SdlText(data.record, data.input));
+    files.Write(".bip", BipText(data.record, data.input));
+    files.Write(".met", MetText(data.record, data.input));
   }
   int64_t flagged = 0;
   const std::string corrected = Scanned(map, data, kBiparentalDesign, random, flagged);
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals);
-  WriteTextFile(stem + "EC.map", EcMapText(data.record, corrected, lost));
-  WriteErrReport(map, data, corrected, stem);
+  files.Write("EC.map", EcMapText(data.record, corrected, lost));
+  WriteErrReport(map, data, corrected, files);
   return flagged;
 }
 
-int64_t WritePlmDownstreamFiles(const MapLayout& map, const std::string& stem,
-                                bool write_qtl_files, UniformStream& random) {
+int64_t WritePlmDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
+                                ResultFiles& files) {
   const int founders = PureLineFounders(map.population_type);
   const LinkedData data = Linked(map);
   std::vector<std::string> categories;
   for (int32_t pattern : data.classes) categories.push_back(PureLinePatternField(founders, pattern));
-  if (write_qtl_files) WriteTextFile(stem + ".plq", PlqText(data.record, categories, data.input));
+  if (write_qtl_files) files.Write(".plq", PlqText(data.record, categories, data.input));
   int64_t flagged = 0;
   const int32_t design = founders == 8 ? kEightWayDesign : kFourWayDesign;
   const std::string corrected = Scanned(map, data, design, random, flagged);
@@ -108,8 +108,8 @@ int64_t WritePlmDownstreamFiles(const MapLayout& map, const std::string& stem,
   // its polymorphism.
   const std::string_view letters = std::string_view("ABCDEFGH").substr(0, founders);
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals, letters);
-  WriteTextFile(stem + "EC.plm", EcPlmText(data.record, categories, corrected, lost));
-  WriteErrReport(map, data, corrected, stem);
+  files.Write("EC.plm", EcPlmText(data.record, categories, corrected, lost));
+  WriteErrReport(map, data, corrected, files);
   return flagged;
 }
 
