@@ -127,21 +127,5 @@ TEST_F(PureLineWrittenFiles, EcPlmIsAMapToolInputWithoutTheMarkersThatLostTheirA
   EXPECT_NE(text.find("\nABCD        pm_a" + std::string(31, ' ') + "  A B C D A\n"), std::string::npos);
 }
 
-TEST_F(PureLineWrittenFiles, PlqIsAQtlInputWithTheMapAndNoTraits) {
-  testing::WriteText("out.plq", PlqText(Map(), categories_, genotypes_));
-  InputFile in;
-  ASSERT_TRUE(in.Open("out.plq"));
-  QtlFileData data;
-  bool missing_word_seen = false;
-  ReadQtlFile(in, QtlTool::kPLQ, data, missing_word_seen);
-  ASSERT_EQ(MessageCode(), 0);
-  EXPECT_EQ(data.Header(HeaderField::kNumTraits), 0);
-  EXPECT_EQ(data.Header(HeaderField::kNumChs), 2);
-  EXPECT_EQ(data.markers.categories, (std::vector<int32_t>{1234, 1212, 1134}));
-  const std::string text = testing::ReadText("out.plq");
-  EXPECT_NE(text.find("         2  !Mapping Population Type (see remarks above)\n"), std::string::npos);
-  EXPECT_NE(text.find("\nAACD         pm_c" + std::string(31, ' ') + " A C D D C\n"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace gae
