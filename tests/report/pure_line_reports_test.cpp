@@ -9,7 +9,6 @@
 #include "frame/process_state.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
-#include "input/qtl_file_reader.h"
 #include "report/downstream_files.h"
 #include "report/pure_line_reports.h"
 #include "report/pure_line_segregation.h"
