@@ -1,6 +1,7 @@
 // The pure-line tool through its C exports: the check on the bundled example, whole runs of
-// each population type on bred lines, the written input files read back by their validators,
-// and bad input stopping the run before any report.
+// each population type on bred lines with their written input files read back, and every code
+// of the pure-line reader stopping the run before any report. The frame that PLM shares with
+// the other map tools is checked in map_tool_frame_test.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 
 #include "frame/fixed_format.h"
 #include "gaengine.h"
+#include "support/export_call.h"
 #include "support/pure_line_simulation.h"
 #include "support/temp_dir.h"
 
@@ -22,14 +24,6 @@ namespace {
 using testing::ReadLines;
 using testing::ReadText;
 using testing::WriteText;
-
-int Call(void (*fn)(int, const char*, int*), const std::string& path) {
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  fn(static_cast<int>(path.size()), path.data(), &status);
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
 
 struct PlmCheck {
   int status = -1;
@@ -129,7 +123,7 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
         type, 2, 8, 8.0, type <= 2 ? 120 : 200, patterns, 0.02, 40 + type);
     const std::string stem = "t" + std::to_string(type);
     WriteText(stem + ".plm", testing::PlmInputFile(data));
-    ASSERT_EQ(Call(PLMAllByDefault, stem + ".plm"), 0);
+    ASSERT_EQ(testing::CallOnPath(PLMAllByDefault, stem + ".plm"), 0);
     EXPECT_EQ(ReadLines("PLM.log").back(), "DLL PLMAllByDefault run successfully!");
     for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"})
       EXPECT_TRUE(testing::FileExists(stem + suffix)) << suffix;
@@ -150,7 +144,7 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
     const PlmCheck again = CheckPlm(stem + "EC.plm");
     ASSERT_EQ(again.status, 0);
     for (int anchor : again.anchor) EXPECT_TRUE(anchor == 1 || anchor == 2) << anchor;
-    EXPECT_EQ(Call(CheckErrorPLQ, stem + ".plq"), 0);
+    EXPECT_EQ(testing::CallOnPath(CheckErrorPLQ, stem + ".plq"), 0);
   }
 }
 
@@ -159,7 +153,6 @@ TEST_F(PlmRun, BadInputStopsWithItsCodeAndLeavesNoReport) {
   const std::string anchors = "M1 0\nM2 0\n";
   const std::string good = "ABCD M2 A B C D A B\n";
   const std::vector<std::pair<std::string, int>> cases = {
-      {"5\n1\n1\n2\n6\n", 2007},                                            // no such pure-line type
       {head4 + "AAAA M1 A B C D A B\n" + good + anchors, 2224},            // one allele among 4
       {"3\n1\n1\n2\n6\nAAAAAAAA M1 A B C D A B\nABCDEFGH M2 A B C D E F\n" + anchors, 2225},
       {head4 + "BBCD M1 A B C D A B\n" + good + anchors, 2226},            // must open with A
@@ -173,7 +166,7 @@ TEST_F(PlmRun, BadInputStopsWithItsCodeAndLeavesNoReport) {
     SCOPED_TRACE(code);
     WriteText("bad.plm", text);
     EXPECT_EQ(CheckPlm("bad.plm").status, code);
-    EXPECT_EQ(Call(PLMAllByDefault, "bad.plm"), code);
+    EXPECT_EQ(testing::CallOnPath(PLMAllByDefault, "bad.plm"), code);
     const std::vector<std::string> log = ReadLines("PLM.log");
     ASSERT_GE(log.size(), 2u);
     EXPECT_THAT(log, ::testing::Contains(::testing::StartsWith("--Error" + std::to_string(code) + ": ")));
