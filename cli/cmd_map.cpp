@@ -1,7 +1,7 @@
 // gaengine map FILE: the whole linkage-map construction with the default settings, run step by
 // step through the exports as the desktop front end does, with a readable summary at the end.
-// The tool (MAP for bi-parental populations, CDM for clonal F1 and double cross) comes from the
-// file's extension or from --tool.
+// The tool comes from --tool or the file's extension: .cdm runs the clonal tool (clonal F1 and
+// double cross), .plm the pure-line one, any other file the bi-parental one.
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -33,32 +33,44 @@ namespace gaecli {
 
 namespace {
 
-// What a front end passes for each tool beside the library's profile: its check, its output
-// export, its population vocabulary and the files that come out.
-struct ToolRun {
-  gae::MapTool tool;
+// What the command calls for each tool it runs: its check and output exports, the design whose
+// population names the summary uses, and the files that a run writes.
+struct MapRunTool {
+  gae::MapTool id;
   int32_t design;
   int (*check)(const std::string&, MarkerTable&);
   void (*output)(int, const char*, int, const int*, int, int, int, const int*, const int*,
                  const int*, const float*, int, int, int, int);
   std::vector<const char*> suffixes;
   const char* corrected;  // the corrected data set
+  const gae::ToolProfile& Profile() const { return gae::ProfileOf(id); }
 };
 
-const ToolRun kMapRun{gae::MapTool::kMAP, gae::kBiparentalDesign, CheckMapFile, MAPOutput,
-                      {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
-                      "EC.map"};
-const ToolRun kCdmRun{gae::MapTool::kCDM, gae::kClonalDesign, CheckCdmFile, CDMOutput,
-                      {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec", ".recf",
-                       ".recm", ".dis", ".disf", ".dism", ".hap", ".cdq", ".err", "EC.cdm"},
-                      "EC.cdm"};
+// `chosen` is --tool (MAP, CDM or PLM, any case) or empty for the file's extension.
+const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
+  static const MapRunTool kMap{gae::MapTool::kMAP, gae::kBiparentalDesign, CheckMapFile, MAPOutput,
+                               {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
+                               "EC.map"};
+  static const MapRunTool kPlm{gae::MapTool::kPLM, gae::kFourWayDesign, CheckPlmFile, PLMOutput,
+                               {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"},
+                               "EC.plm"};
+  static const MapRunTool kCdm{gae::MapTool::kCDM, gae::kClonalDesign, CheckCdmFile, CDMOutput,
+                               {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec", ".recf",
+                                ".recm", ".dis", ".disf", ".dism", ".hap", ".cdq", ".err", "EC.cdm"},
+                               "EC.cdm"};
+  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
+  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (chosen == "plm") return kPlm;
+  if (chosen == "cdm") return kCdm;
+  return kMap;
+}
 
 // The population type: the first header value, read by the library's own reader.
-int PopulationTypeOf(const ToolRun& run, const std::string& path) {
+int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::InputFile in;
   int32_t type = 0;
   if (!in.Open(path)) return 0;
-  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, gae::ProfileOf(run.tool).tool_code, type);
+  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, tool.Profile().tool_code, type);
   gae::MessageCode() = 0;  // a bad type shows as "?" in the summary; the run has already said why
   return type;
 }
@@ -108,6 +120,9 @@ long long FlaggedGenotypes(const std::string& err_path) {
 // A marker that shows one genotype class among its typed individuals cannot be placed: each
 // of its pairs is stored as unlinked or as free recombination.
 void PrintUninformative(const MarkerTable& markers) {
+  // Only the bi-parental check keeps the class counts; the pure-line reader refuses a marker
+  // with one allele among its lines outright.
+  if (markers.size_a.empty() && markers.clonal_sizes.empty()) return;
   std::vector<int> found;
   for (int i = 0; i < markers.num_markers; ++i) {
     int classes = 0;
@@ -158,11 +173,12 @@ void PrintParentalMaps(const std::string& stem, const std::vector<std::string>& 
   }
 }
 
-void PrintSummary(const ToolRun& run, const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note) {
-  const int type = PopulationTypeOf(run, file);
+void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerTable& markers,
+                  const FrontEndMap& map, const std::vector<std::pair<const char*, double>>& times,
+                  const std::string& grouping_note) {
+  const int type = PopulationTypeOf(file, tool);
   std::printf("\nSummary of %s\n", file.c_str());
-  const std::string_view name = gae::PopulationName(run.design, type);
+  const std::string_view name = gae::PopulationName(tool.design, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   std::printf("  Markers read      %d\n", markers.num_markers);
   PrintUninformative(markers);
@@ -180,12 +196,12 @@ void PrintSummary(const ToolRun& run, const std::string& file, const MarkerTable
   }
   std::printf("  Unlinked markers  %d\n", m.num_unlinked);
   const std::string stem = gae::ResultStem(file);
-  if (run.tool == gae::MapTool::kCDM) PrintParentalMaps(stem, names);
+  if (tool.id == gae::MapTool::kCDM) PrintParentalMaps(stem, names);
   const long long flagged = FlaggedGenotypes(stem + ".err");
   if (flagged >= 0)
-    std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), run.corrected);
+    std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), tool.corrected);
   std::printf("  Files written    ");
-  for (const char* suffix : run.suffixes)
+  for (const char* suffix : tool.suffixes)
     if (Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix);
   std::printf("\n  Time (wall clock)\n");
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
@@ -241,12 +257,13 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
          " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
 }
 
-int RunMap(const ToolRun& run, const std::string& file, const std::string& lod) {
-  const gae::ToolProfile& tool = gae::ProfileOf(run.tool);
-  // The LOD tree and its threshold belong to the bi-parental pair file; the clonal tools group
-  // by the combined frequency.
-  if (!lod.empty() && run.tool != gae::MapTool::kMAP) {
-    std::fprintf(stderr, "--lod applies to MAP files; a %s run groups by its settled defaults\n",
+int RunMap(const std::string& file, const std::string& chosen, const std::string& lod) {
+  const MapRunTool& run = ToolOfFile(file, chosen);
+  const gae::ToolProfile& tool = run.Profile();
+  // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
+  const bool by_lod = run.id == gae::MapTool::kMAP;
+  if (!by_lod && !lod.empty()) {
+    std::fprintf(stderr, "--lod applies to MAP files; %s groups by recombination frequency\n",
                  std::string(tool.letters).c_str());
     return 1;
   }
@@ -259,8 +276,8 @@ int RunMap(const ToolRun& run, const std::string& file, const std::string& lod) 
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
-  // The settled defaults of a whole run, stage by stage, as the front end passes them; only a
-  // MAP run's grouping threshold may be chosen on the command line.
+  // The settled defaults of a whole run of the tool, stage by stage, as the front end passes
+  // them; only the grouping threshold of MAP may be chosen on the command line.
   const gae::StageDefaults& d = tool.defaults;
   float threshold = d.threshold;
   std::string grouping_note;
@@ -272,7 +289,7 @@ int RunMap(const ToolRun& run, const std::string& file, const std::string& lod) 
   MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
               markers.anchor.data(), m.group.data(), &status);
   map.BuildFromGroups();
-  if (lod.empty() && run.tool == gae::MapTool::kMAP) grouping_note = DefaultThresholdWarning(file, map);
+  if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map);
   times.push_back({"grouping", clock.Lap()});
   MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
                  d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
@@ -289,30 +306,29 @@ int RunMap(const ToolRun& run, const std::string& file, const std::string& lod) 
              m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
              m.position.data(), 1, 1, 1, 1);
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(run, file, markers, map, times, grouping_note);
+  PrintSummary(file, run, markers, map, times, grouping_note);
   return 0;
 }
 
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP or CDM input file with the default settings");
+  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP, CDM or PLM input file with the default settings");
   static std::string file, lod, tool;
-  cmd->add_option("file", file, "MAP or CDM input file")->required();
-  cmd->add_option("--tool", tool, "MAP or CDM; by default from the file's extension (.cdm is CDM, others MAP)")
-      ->check(CLI::IsMember({"MAP", "CDM"}, CLI::ignore_case));
+  cmd->add_option("file", file, "MAP, CDM or PLM input file")->required();
+  cmd->add_option("--tool", tool, "MAP, CDM or PLM; by default from the file's extension (.cdm, .plm; others MAP)")
+      ->check(CLI::IsMember({"MAP", "CDM", "PLM"}, CLI::ignore_case));
   cmd->add_option("--lod", lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)");
   static bool plots = false;
   cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->callback([&exit_code] {
-    std::string chosen = tool;
-    if (chosen.empty()) chosen = file.size() > 4 ? file.substr(file.size() - 4) : "";
-    for (char& c : chosen) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    const ToolRun& run = chosen == "CDM" || chosen == ".CDM" ? kCdmRun : kMapRun;
-    exit_code = RunMap(run, file, lod);
-    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, std::string(gae::ProfileOf(run.tool).letters));
+    exit_code = RunMap(file, tool, lod);
+    // A pure-line map's .sum and pairwise file read as a bi-parental map's do; a clonal map has
+    // its own picture with both parents' maps.
+    const bool clonal = ToolOfFile(file, tool).id == gae::MapTool::kCDM;
+    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, clonal ? "CDM" : "MAP");
   });
 }
 

@@ -20,5 +20,7 @@ struct MarkerTable {
 int CheckMapFile(const std::string& path, MarkerTable& table);
 // CDMFindNumMarkers, then CheckErrorCDM, the same way.
 int CheckCdmFile(const std::string& path, MarkerTable& table);
+// PLMFindNumMarkers, then CheckErrorPLM; the founder counts are not kept (size_x is).
+int CheckPlmFile(const std::string& path, MarkerTable& table);
 
 }  // namespace gaecli

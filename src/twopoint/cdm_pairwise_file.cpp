@@ -1,11 +1,12 @@
 #include "twopoint/cdm_pairwise_file.h"
 
 #include <bit>
+#include <memory>
+#include <utility>
 
 #include "twopoint/clonal_planes.h"
 #include "twopoint/clonal_two_point.h"
-#include "twopoint/pair_file_frame.h"
-#include "twopoint/pair_store_writer.h"
+#include "twopoint/pairwise_frame.h"
 
 namespace gae {
 
@@ -49,29 +50,26 @@ void SettleRecord(float* record, UniformStream& random) {
 
 bool CDMPairwiseFile(const std::string& lrd_name, const ClonalMarkers& markers, int threads,
                      UniformStream& random) {
-  return PairFileFrame(lrd_name, markers.num_markers, kClonalRecordLength, [&] {
-    const ClonalPlanes planes(markers.types, markers.num_markers, markers.num_individuals);
+  PairwiseFrame frame;
+  frame.record_length = kClonalRecordLength;
+  frame.num_markers = markers.num_markers;
+  frame.threads = threads;
+  frame.prepare = [&markers]() -> PairwiseFrame::Estimator {
+    auto planes = std::make_shared<const ClonalPlanes>(markers.types, markers.num_markers,
+                                                       markers.num_individuals);
     const bool clonal = markers.population_type == 1;
-    PairStoreJob job;
-    job.lrd_name = lrd_name;
-    job.num_markers = markers.num_markers;
-    job.record_length = kClonalRecordLength;
-    job.threads = threads;
-    job.estimate = [&](int64_t i, int64_t j, float* record) {
+    return [planes, clonal, &markers](int64_t i, int64_t j, float* record) {
       // The estimators know the pairs with the lower category first.
       int64_t first = i, second = j;
       if (markers.categories[j - 1] < markers.categories[i - 1]) std::swap(first, second);
       float cells[16];
-      planes.Count(first, second, cells);
+      planes->Count(first, second, cells);
       ToRecord(CDMPairDeferred(clonal, markers.categories[first - 1], markers.categories[second - 1], cells),
                record);
     };
-    job.inspect = [&](int64_t i, int64_t j, float* record) {
-      SettleRecord(record, random);
-      WarnHighFrequency(i, j, record[1], -record[0]);
-    };
-    return WritePairStore(job);
-  });
+  };
+  frame.in_order = [&random](int64_t, int64_t, float* record) { SettleRecord(record, random); };
+  return RunPairwiseFrame(lrd_name, frame);
 }
 
 }  // namespace gae

@@ -1,8 +1,9 @@
 #include "twopoint/map_pairwise_file.h"
 
+#include <memory>
+
 #include "twopoint/genotype_planes.h"
-#include "twopoint/pair_file_frame.h"
-#include "twopoint/pair_store_writer.h"
+#include "twopoint/pairwise_frame.h"
 #include "twopoint/two_point.h"
 
 namespace gae {
@@ -18,28 +19,25 @@ bool CountsExchanged(int pair_code) {
 }  // namespace
 
 bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads) {
-  return PairFileFrame(lrd_name, markers.num_markers, kMapRecordLength, [&] {
-    const GenotypePlanes planes(markers.types, markers.num_markers, markers.num_individuals);
-    PairStoreJob job;
-    job.lrd_name = lrd_name;
-    job.num_markers = markers.num_markers;
-    job.record_length = kMapRecordLength;
-    job.threads = threads;
-    job.estimate = [&](int64_t i, int64_t j, float* record) {
+  PairwiseFrame frame;
+  frame.record_length = kMapRecordLength;
+  frame.num_markers = markers.num_markers;
+  frame.threads = threads;
+  frame.prepare = [&markers]() -> PairwiseFrame::Estimator {
+    auto planes = std::make_shared<const GenotypePlanes>(markers.types, markers.num_markers,
+                                                         markers.num_individuals);
+    return [planes, &markers](int64_t i, int64_t j, float* record) {
       const int code = PairCode(markers.kinds[i - 1], markers.kinds[j - 1]);
       float cells[9];
-      if (CountsExchanged(code)) planes.Count(j, i, cells);
-      else planes.Count(i, j, cells);
+      if (CountsExchanged(code)) planes->Count(j, i, cells);
+      else planes->Count(i, j, cells);
       float rec_freq = 0, lod = 0;
       TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
       record[0] = -lod;
       record[1] = rec_freq;
     };
-    job.inspect = [](int64_t i, int64_t j, float* record) {
-      WarnHighFrequency(i, j, record[1], -record[0]);
-    };
-    return WritePairStore(job);
-  });
+  };
+  return RunPairwiseFrame(lrd_name, frame);
 }
 
 }  // namespace gae

@@ -18,6 +18,9 @@ int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nu
 int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
                  std::vector<std::string>* names = nullptr);
 
+// PLMFindNumMarkers, then CheckErrorPLM with arrays of the size read: the status.
+int CheckPlmFile(const std::string& path);
+
 // CDMFindNumMarkers, then CheckErrorCDM with arrays of the size read.
 struct CdmCheck {
   int status = -1, n = 0;
