@@ -42,7 +42,7 @@ bool OrderAroundFrames(const MarkerTable& markers, gae::MapModel& map, std::stri
   const gae::StartSink to_log = [&](const gae::StartRecord& record) {
     if (context.log_only) context.log_only(gae::StartLine(record));
   };
-  note = "co-dominant frame, the other markers inserted by LOD-weighted fit";
+  std::string fallback;
   size_t start = 0;
   for (int g = 0; g < map.num_groups; ++g) {
     const int n = map.group_size[static_cast<size_t>(g)];
@@ -52,15 +52,17 @@ bool OrderAroundFrames(const MarkerTable& markers, gae::MapModel& map, std::stri
         gae::OrderAroundFrame(store.Table(), options, n, kind.data(), map.order.data() + start,
                               map.position.data() + start, *context.random, to_log);
     if (!result.framed && n >= 2) {
-      char text[160];
-      std::snprintf(text, sizeof text, "; group %d has %d co-dominant of %d markers, too few for a frame: default order",
-                    g + 1, result.frame_size, n);
-      note += text;
+      char text[64];
+      std::snprintf(text, sizeof text, "%s%d (%d of %d)", fallback.empty() ? "" : ", ", g + 1, result.frame_size, n);
+      fallback += text;
     }
     map.group_status[static_cast<size_t>(g)] = gae::kGroupRippled;
     start += static_cast<size_t>(n);
   }
   map.map_state = gae::kMapRippled;
+  note = "co-dominant markers ordered first, the others placed by their LOD-weighted fit to them";
+  if (!fallback.empty())
+    note += "\n                    too few co-dominant markers for that, default order in group " + fallback;
   return true;
 }
 
