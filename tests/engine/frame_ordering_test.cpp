@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <numeric>
 #include <random>
 
@@ -40,7 +39,7 @@ Simulated Simulate(uint64_t seed, bool mixed) {
   std::vector<int32_t> number(n);
   std::iota(number.begin(), number.end(), 0);
   std::shuffle(number.begin(), number.end(), rng);
-  Simulated s{{n, std::vector<float>(n * (n - 1))}, std::vector<int32_t>(n), std::vector<double>(n)};
+  Simulated s{testing::MemoryStore(n), std::vector<int32_t>(n), std::vector<double>(n)};
   for (int32_t m = 0; m < n; ++m) {
     const int32_t kind = !mixed || m % 3 == 0 ? 1 : (m % 3 == 1 ? 12 : 10);
     for (char& g : typed[m]) g = kind == 12 && g != 'B' && g != 'X' ? 'D' : kind == 10 && g != 'A' && g != 'X' ? 'R' : g;
@@ -129,10 +128,10 @@ TEST_F(FrameOrdering, CodominantDataAndGroupsWithoutAFrameComeOutAsByDefault) {
 TEST(FramePlacement, FitsTheWeightedDistancesByHand) {
   // Morgan's function, 100 cM a unit. Partners 1, 2, 3 at 0, 10, 20 cM; marker 4 lies 15, 5
   // and 5 cM from them, which only t = 15 (between 2 and 3) fits exactly.
-  testing::MemoryStore store{5, std::vector<float>(20, 0.0f)};
-  for (int32_t j = 1; j <= 3; ++j) store.First(4, j) = -2.0f;
-  store.Second(4, 1) = 0.15f;
-  store.Second(4, 2) = store.Second(4, 3) = 0.05f;
+  testing::MemoryStore store(5);
+  store.Set(4, 1, 2.0f, 0.15f);
+  store.Set(4, 2, 2.0f, 0.05f);
+  store.Set(4, 3, 2.0f, 0.05f);
   const int32_t partners[3] = {1, 2, 3};
   const float at[3] = {0.0f, 10.0f, 20.0f};
   Placement p = BestPlacement(store.Table(3), 4, partners, at, 3);
@@ -140,9 +139,8 @@ TEST(FramePlacement, FitsTheWeightedDistancesByHand) {
   EXPECT_NEAR(p.t, 15.0f, 1e-4f);
   // Partner 1 says 5 cM with LOD 6, partner 3 says 5 cM with LOD 2, partner 2 is silenced by
   // a frequency too large to inform: the LOD-weighted mean 0.75 * 5 + 0.25 * 15.
-  store.First(4, 1) = -6.0f;
-  store.Second(4, 1) = 0.05f;
-  store.Second(4, 2) = 0.45f;
+  store.Set(4, 1, 6.0f, 0.05f);
+  store.Set(4, 2, 2.0f, 0.45f);
   p = BestPlacement(store.Table(3), 4, partners, at, 3);
   EXPECT_EQ(p.gap, 1);
   EXPECT_NEAR(p.t, 7.5f, 1e-4f);
@@ -154,20 +152,15 @@ class FrequencyCap : public testing::InTempDir {};
 TEST_F(FrequencyCap, AChanceLinkAboveTheCapNoLongerJoinsTwoGroups) {
   // Markers 1-3 and 4-6 are two tight chromosomes, unlinked to each other but for a chance
   // LOD of 4 at a frequency of 0.7 between markers 3 and 4.
-  testing::MemoryStore hand{6, std::vector<float>(30, 0.0f)};
+  testing::MemoryStore hand(6);
   for (int32_t i = 2; i <= 6; ++i) {
     for (int32_t j = 1; j < i; ++j) {
       const bool same = (i <= 3) == (j <= 3);
-      hand.First(i, j) = same ? -12.0f : 0.0f;
-      hand.Second(i, j) = same ? 0.05f * static_cast<float>(i - j) : 0.5f;
+      hand.Set(i, j, same ? 12.0f : 0.0f, same ? 0.05f * static_cast<float>(i - j) : 0.5f);
     }
   }
-  hand.First(4, 3) = -4.0f;
-  hand.Second(4, 3) = 0.7f;
-  FILE* file = std::fopen("hand.LRD", "wb");
-  ASSERT_NE(file, nullptr);
-  std::fwrite(hand.records.data(), sizeof(float), hand.records.size(), file);
-  std::fclose(file);
+  hand.Set(4, 3, 4.0f, 0.7f);
+  hand.Write("hand.LRD");
   PairStoreFile store;
   ASSERT_TRUE(store.Open("hand.LRD", 2, 1));
   const std::vector<int32_t> anchor(6, 0), one(6, 1), two{1, 1, 1, 2, 2, 2};
