@@ -1,6 +1,7 @@
 // gaengine map FILE: the whole linkage-map construction with the default settings, run step by
 // step through the exports as the desktop front end does, with a readable summary at the end.
-// A .plm file runs the pure-line tool, any other file the bi-parental one.
+// The tool comes from --tool or the file's extension: .cdm runs the clonal tool (clonal F1 and
+// double cross), .plm the pure-line one, any other file the bi-parental one.
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -46,16 +47,23 @@ struct MapRunTool {
   const gae::ToolProfile& Profile() const { return gae::ProfileOf(id); }
 };
 
-const MapRunTool& ToolOfFile(const std::string& file) {
+// `chosen` is --tool (MAP, CDM or PLM, any case) or empty for the file's extension.
+const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
   static const MapRunTool kMap{gae::MapTool::kMAP, gae::kBiparentalDesign, CheckMapFile, MAPOutput,
                                {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
                                "EC.map"};
   static const MapRunTool kPlm{gae::MapTool::kPLM, gae::kFourWayDesign, CheckPlmFile, PLMOutput,
                                {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"},
                                "EC.plm"};
-  std::string ext = file.size() >= 4 ? file.substr(file.size() - 4) : "";
-  for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return ext == ".plm" ? kPlm : kMap;
+  static const MapRunTool kCdm{gae::MapTool::kCDM, gae::kClonalDesign, CheckCdmFile, CDMOutput,
+                               {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec", ".recf",
+                                ".recm", ".dis", ".disf", ".dism", ".hap", ".cdq", ".err", "EC.cdm"},
+                               "EC.cdm"};
+  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
+  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (chosen == "plm") return kPlm;
+  if (chosen == "cdm") return kCdm;
+  return kMap;
 }
 
 // The population type: the first header value, read by the library's own reader.
@@ -115,10 +123,15 @@ long long FlaggedGenotypes(const std::string& err_path) {
 void PrintUninformative(const MarkerTable& markers) {
   // Only the bi-parental check keeps the class counts; the pure-line reader refuses a marker
   // with one allele among its lines outright.
-  if (markers.size_a.empty()) return;
+  if (markers.size_a.empty() && markers.clonal_sizes.empty()) return;
   std::vector<int> found;
   for (int i = 0; i < markers.num_markers; ++i) {
-    const int classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    int classes = 0;
+    if (markers.clonal_sizes.empty()) {
+      classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    } else {
+      for (int t = 0; t < 11; ++t) classes += markers.clonal_sizes[t][i] > 0;  // XX is missing
+    }
     if (classes <= 1) found.push_back(i);
   }
   if (found.empty()) return;
@@ -127,6 +140,38 @@ void PrintUninformative(const MarkerTable& markers) {
   for (std::size_t k = 0; k < shown; ++k) std::printf(" %s", markers.Name(found[k]).c_str());
   if (shown < found.size()) std::printf(" ...");
   std::printf("\n");
+}
+
+// The chromosome table of a summary file (.sum, .sumf, .summ): each chromosome's marker count
+// and length, the whole genome's last.
+std::vector<std::pair<int, double>> ChromosomeTable(const std::string& path) {
+  std::vector<std::pair<int, double>> rows;
+  std::ifstream in(path);
+  std::string line;
+  bool inside = false;
+  while (std::getline(in, line)) {
+    if (line.find("ChromLength(cM)") != std::string::npos) {
+      inside = true;
+    } else if (inside && line.size() >= 80) {
+      rows.push_back({std::stoi(line.substr(40, 20)), std::stod(line.substr(60, 20))});
+      if (line.find("WholeGenome") != std::string::npos) break;
+    }
+  }
+  return rows;
+}
+
+// Each parent's map of a clonal run leaves out the markers that do not segregate in it.
+void PrintParentalMaps(const std::string& stem, const std::vector<std::string>& names) {
+  for (const auto& [suffix, parent] : {std::pair{".sumf", "First parent"}, std::pair{".summ", "Second parent"}}) {
+    const std::vector<std::pair<int, double>> table = ChromosomeTable(stem + suffix);
+    if (table.empty()) continue;
+    std::printf("  %-17s %d markers, %.1f cM\n", parent, table.back().first, table.back().second);
+    for (size_t g = 0; g + 1 < table.size() && g < names.size(); ++g) {
+      const std::string& label = names[g];
+      std::printf("    %-13s %5d markers %9.1f cM\n", label.substr(0, label.find_last_not_of(' ') + 1).c_str(),
+                  table[g].first, table[g].second);
+    }
+  }
 }
 
 void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerTable& markers,
@@ -153,6 +198,7 @@ void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerT
   }
   std::printf("  Unlinked markers  %d\n", m.num_unlinked);
   const std::string stem = gae::ResultStem(file);
+  if (tool.id == gae::MapTool::kCDM) PrintParentalMaps(stem, names);
   const long long flagged = FlaggedGenotypes(stem + ".err");
   if (flagged >= 0)
     std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), tool.corrected);
@@ -219,8 +265,9 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
          " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
 }
 
-int RunMap(const std::string& file, const std::string& lod, const std::string& order, float max_rf) {
-  const MapRunTool& run = ToolOfFile(file);
+int RunMap(const std::string& file, const std::string& chosen, const std::string& lod, const std::string& order,
+           float max_rf) {
+  const MapRunTool& run = ToolOfFile(file, chosen);
   const gae::ToolProfile& tool = run.Profile();
   // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
   const bool by_lod = run.id == gae::MapTool::kMAP;
@@ -289,9 +336,11 @@ int RunMap(const std::string& file, const std::string& lod, const std::string& o
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP (or .plm pure-line) input file with the default settings");
-  static std::string file, lod;
-  cmd->add_option("file", file, "MAP input file")->required();
+  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP, CDM or PLM input file with the default settings");
+  static std::string file, lod, tool;
+  cmd->add_option("file", file, "MAP, CDM or PLM input file")->required();
+  cmd->add_option("--tool", tool, "MAP, CDM or PLM; by default from the file's extension (.cdm, .plm; others MAP)")
+      ->check(CLI::IsMember({"MAP", "CDM", "PLM"}, CLI::ignore_case));
   cmd->add_option("--lod", lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)");
@@ -308,9 +357,11 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   static bool plots = false;
   cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->callback([&exit_code] {
-    exit_code = RunMap(file, lod, order, max_rf);
-    // A pure-line map's .sum and pairwise file read as a bi-parental map's do.
-    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, "MAP");
+    exit_code = RunMap(file, tool, lod, order, max_rf);
+    // A pure-line map's .sum and pairwise file read as a bi-parental map's do; a clonal map has
+    // its own picture with both parents' maps.
+    const bool clonal = ToolOfFile(file, tool).id == gae::MapTool::kCDM;
+    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, clonal ? "CDM" : "MAP");
   });
 }
 

@@ -62,7 +62,7 @@ void MapPolicy::FillCheckArrays() {
   }
 }
 
-bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
+bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream&) {
   BiparentalMarkers markers;
   markers.population_type = data_.population_type;
   markers.mapping_function = data_.mapping_function;

@@ -44,7 +44,7 @@ class MapPolicy final : public MapToolPolicy {
   std::span<const int32_t> WorkingAnchors() const override { return data_.anchors; }
   void FillCheckArrays() override;
 
-  bool WritePairs(const std::string& lrd_name, int threads) override;
+  bool WritePairs(const std::string& lrd_name, int threads, UniformStream& random) override;
   int32_t StoreMappingFunction() const override { return data_.mapping_function; }
 
   void WriteResults(ResultFiles& files, const FinishedMap& map,

@@ -37,7 +37,7 @@ void PlmPolicy::FillCheckArrays() {
   }
 }
 
-bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads) {
+bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream&) {
   PureLineMarkers markers;
   markers.population_type = data_.population_type;
   markers.num_markers = data_.num_markers;

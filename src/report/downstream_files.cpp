@@ -17,16 +17,6 @@ std::string NumericLine(long long value, std::string_view remark) {
 
 std::string Name35(std::string_view name) { return fmt::A(fmt::PadRight(name, 35), 35); }
 
-// The A2 cells of one marker's genotypes, `per_line` to a line.
-std::string GenotypeCells(std::string_view genotypes, std::size_t marker, int32_t n, std::size_t per_line) {
-  std::string text;
-  for (int32_t i = 0; i < n; ++i) {
-    if (i > 0 && static_cast<std::size_t>(i) % per_line == 0) text += "\n";
-    text += fmt::A(std::string(1, genotypes[marker * n + i]), 2);
-  }
-  return text + "\n";
-}
-
 // What tells the files of one family of populations from another: their remark blocks, and
 // the category field that leads each marker row of the founder-coded families.
 struct FileStyle {
@@ -36,7 +26,24 @@ struct FileStyle {
   std::span<const std::string> categories{};  // by marker; none for bi-parental files
   std::string_view category_gap = "    ";      // after the A8 category field
   std::string_view name_gap = " ";            // between the name and the genotype cells
+  // The clonal files write each stored letter as its two-letter type in a wider cell, and the
+  // map of their QTL file in I3 and F10.3.
+  int cell_width = 2;
+  bool clonal_types = false;
+  bool narrow_map = false;
 };
+
+// The cells of one marker's genotypes, `per_line` to a line.
+std::string GenotypeCells(std::string_view genotypes, std::size_t marker, int32_t n, std::size_t per_line,
+                          const FileStyle& style) {
+  std::string text;
+  for (int32_t i = 0; i < n; ++i) {
+    if (i > 0 && static_cast<std::size_t>(i) % per_line == 0) text += "\n";
+    const char letter = genotypes[marker * n + i];
+    text += fmt::A(style.clonal_types ? ClonalTypeText(letter) : std::string(1, letter), style.cell_width);
+  }
+  return text + "\n";
+}
 
 const FileStyle& BiparentalStyle() {
   static const FileStyle style{BiparentalGeneralBlock(), BiparentalMarkerTypeBlock()};
@@ -81,14 +88,16 @@ std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlF
   const std::vector<int32_t> chromosome =
       LaggingChromosomeNumbers(map.chromosome_sizes, static_cast<int64_t>(map.marker_names.size()));
   for (std::size_t m = 0; m < map.marker_names.size(); ++m)
-    out += Name35(map.marker_names[m]) + " " + fmt::I(chromosome[m], 4) + fmt::F(map.positions[m], 12, 4) + "\n";
+    out += Name35(map.marker_names[m]) + " " +
+           (style.narrow_map ? fmt::I(chromosome[m], 3) + fmt::F(map.positions[m], 10, 3)
+                             : fmt::I(chromosome[m], 4) + fmt::F(map.positions[m], 12, 4)) + "\n";
 
   out += "\n";
   out += BlockText(style.marker_types);
   // A QTL tool reads a row as one list-directed read, so the row stays on one line.
   for (std::size_t m = 0; m < map.marker_names.size(); ++m)
     out += RowLead(style, m, map.marker_names[m]) + std::string(style.name_gap) +
-           GenotypeCells(genotypes, m, map.num_individuals, static_cast<std::size_t>(-1));
+           GenotypeCells(genotypes, m, map.num_individuals, static_cast<std::size_t>(-1), style);
   out += "\n";
   if (kind != QtlFile::kSdl) {
     out += BlockText(PhenotypeBlock());
@@ -113,7 +122,7 @@ std::string CorrectedDataText(const LinkedMapRecord& map, std::string_view corre
   for (std::size_t m = 0; m < map.marker_names.size(); ++m)
     if (kept(m))
       out += RowLead(style, m, map.marker_names[m]) + " " +
-             GenotypeCells(corrected_genotypes, m, map.num_individuals, kCellsPerLine);
+             GenotypeCells(corrected_genotypes, m, map.num_individuals, kCellsPerLine, style);
 
   // Each kept marker is anchored to the chromosome it was mapped on.
   out += "\n";
@@ -146,6 +155,32 @@ std::string PlqText(const LinkedMapRecord& map, std::span<const std::string> cat
   const FileStyle style{PureLineGeneralBlock(), PureLineMarkerTypeBlock(),
                         "!Mapping Population Type (see remarks above)", categories, "     ", ""};
   return QtlText(map, input_genotypes, QtlFile::kFounderCoded, style);
+}
+
+std::string EcCdmText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                      std::string_view corrected_genotypes, std::span<const uint8_t> monomorphic) {
+  FileStyle style{ClonalGeneralBlock(), ClonalMarkerTypeBlock(), "!Mapping Population (see remarks above)",
+                  categories};
+  style.cell_width = 4;
+  style.clonal_types = true;
+  return CorrectedDataText(map, corrected_genotypes, monomorphic, style);
+}
+
+std::string CdqText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                    std::string_view genotypes) {
+  FileStyle style{ClonalGeneralBlock(), ClonalMarkerTypeBlock(), "!Mapping Population Type (see remarks above)",
+                  categories, "     ", ""};
+  style.cell_width = 3;
+  style.clonal_types = true;
+  style.narrow_map = true;
+  return QtlText(map, genotypes, QtlFile::kFounderCoded, style);
+}
+
+std::string ClonalTypeText(char letter) {
+  static constexpr const char* kTypes[] = {"AC", "AD", "BC", "BD", "XC", "XD",
+                                           "AX", "BX", "AA", "AB", "BB"};
+  if (letter >= 'A' && letter <= 'K') return kTypes[letter - 'A'];
+  return "XX";
 }
 
 std::string SdlText(const LinkedMapRecord& map, std::string_view input_genotypes) {

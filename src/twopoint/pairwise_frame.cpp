@@ -27,7 +27,8 @@ bool RunPairwiseFrame(const std::string& lrd_name, const PairwiseFrame& frame) {
   job.record_length = frame.record_length;
   job.threads = frame.threads;
   job.estimate = frame.prepare();
-  job.inspect = [](int64_t i, int64_t j, const float* record) {
+  job.inspect = [&frame](int64_t i, int64_t j, float* record) {
+    if (frame.in_order) frame.in_order(i, j, record);
     if (record[1] > kHighFrequency) {
       MessageCode() = 2802;
       PrintPairwiseMessage(static_cast<int>(i), static_cast<int>(j), record[1], -record[0], 0);

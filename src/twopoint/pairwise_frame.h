@@ -20,6 +20,10 @@ struct PairwiseFrame {
   // words are minus the LOD and the recombination frequency.
   using Estimator = std::function<void(int64_t i, int64_t j, float* record)>;
   std::function<Estimator()> prepare;
+  // When given: sees each record on the calling thread in record order, after its estimate and
+  // before the warning and the write. What must follow record order whatever the threads (a
+  // draw from the random stream) goes here.
+  std::function<void(int64_t i, int64_t j, float* record)> in_order;
 };
 
 // Writes the pairwise file `lrd_name` unless a complete one lies there. Prints 2801, a 2802 warning for each pair whose frequency exceeds 0.9 (the pair is written as

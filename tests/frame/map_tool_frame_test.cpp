@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/cdm_tool_policy.h"
 #include "frame/map_tool_driver.h"
 #include "frame/map_tool_policy.h"
 #include "frame/plm_tool_policy.h"
@@ -79,6 +80,26 @@ ToolRow MapRow() {
   };
 }
 
+// --- CDM ---------------------------------------------------------------------------------------
+
+ToolRow CdmRow() {
+  return {
+      .tool = MapTool::kCDM,
+      .all_by_default = CDMAllByDefault,
+      .output_policy = [] { return std::unique_ptr<MapToolPolicy>(new CdmPolicy()); },
+      .check_input = [](const std::string& path) { return testing::CheckCdmFile(path).status; },
+      .example = "clonal_f1.cdm",
+      .bad_header = "3\n1\n1\n2\n3\n",
+      .bad_header_code = 2006,
+      .bad_header_line = "--Error2006: PopulationType=3 out of range [1:2]!",
+      .bad_body = "1\n1\n1\n2\n3\nABCD M1 AC AD QQ\nABCD M2 AC AD BC\nM1 0\nM2 0\n",
+      .bad_body_code = 2215,
+      .bad_body_line = "--Error2215: Invalid MarkerType! MarkerID=1 LineID=3 Input MarkerType=QQ",
+      .log_trace = "FTP" "GGTT" "OTT" "RTT" "TE",  // one chromosome
+      .result_suffix = ".sum",
+      .rereads = {{"EC.cdm", nullptr, 0}, {".cdq", CheckErrorCDQ, 0}},
+  };
+}
 // --- PLM ---------------------------------------------------------------------------------------
 
 ToolRow PlmRow() {
@@ -100,7 +121,7 @@ ToolRow PlmRow() {
   };
 }
 
-const ToolRow kTools[] = {MapRow(), PlmRow()};
+const ToolRow kTools[] = {MapRow(), CdmRow(), PlmRow()};
 
 void PrintTo(const ToolRow& row, std::ostream* os) { *os << ProfileOf(row.tool).letters; }
 

@@ -53,4 +53,31 @@ int CheckPlmFile(const std::string& path) {
   return status;
 }
 
+std::string CdmCheck::Name(int i) const {
+  std::string name;
+  for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
+  return fmt::Trim(name);
+}
+
+CdmCheck CheckCdmFile(const std::string& path) {
+  CdmCheck c;
+  ::testing::internal::CaptureStdout();
+  CDMFindNumMarkers(static_cast<int>(path.size()), path.data(), &c.n, &c.status);
+  if (c.status == 0) {
+    const int n = c.n;
+    c.names.assign(35 * n, 0);
+    c.anchor.assign(n, 0);
+    c.category.assign(n, 0);
+    c.sizes.assign(12, std::vector<int>(n, 0));
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    auto s = [&](int k) { return c.sizes[k].data(); };
+    CheckErrorCDM(static_cast<int>(path.size()), path.data(), n, c.names.data(), c.anchor.data(), s(0), s(1),
+                  s(2), s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), c.category.data(),
+                  c.chi.data(), c.p.data(), &c.status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return c;
+}
+
 }  // namespace gae::testing
