@@ -72,11 +72,15 @@ std::string SumReport(const MapLayout& map, const PairTable& pairs) {
     base += map.chromosome_sizes[c - 1];
   }
   out += "\n";
+  return out + SumTableSections(map);
+}
 
+std::string SumTableSections(const MapLayout& map) {
+  std::string out;
   for (const char* word : {"ChromosomeID", "ChromosomeName", "NumMarkers", "ChromLength(cM)"})
     out += A(word, 20);
   out += "\n";
-  base = 0;
+  int32_t base = 0;
   float genome = 0.0f;
   for (int32_t c = 1; c <= map.NumChromosomes(); ++c) {
     const int32_t n = map.chromosome_sizes[c - 1];

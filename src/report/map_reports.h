@@ -12,6 +12,9 @@
 namespace gae {
 
 std::string SumReport(const MapLayout& map, const PairTable& pairs);
+// Sections 2 to 4 of `.sum`, the same for every map tool: the chromosome table closed by the
+// whole genome, then the unlinked and the deleted markers.
+std::string SumTableSections(const MapLayout& map);
 std::string MtpReport(const MapLayout& map);
 
 enum class PairMatrix { kLod, kRec, kDis };
