@@ -6,7 +6,7 @@
 #include "input/aov_trial.h"
 #include "input/file_entry.h"
 #include "input/header_fields.h"
-#include "input/map_section.h"
+#include "input/consensus_input.h"
 
 namespace gae {
 
@@ -28,19 +28,13 @@ void CheckAovEntry(int path_len, const char* path, int* status) {
 void CmpFindNumMarkersEntry(int path_len, const char* path, int* space_type, int* space_unit,
                             int* num_chs, int* num_markers, int* status) {
   RunFileEntry("CMP", "DLL CMPFindNumMarkers", path_len, path, status, [&](InputFile& in) {
-    constexpr int kConsensus = 105;
-    int32_t values[3] = {0, 0, 0};
-    int* results[3] = {space_type, space_unit, num_chs};
-    const HeaderField fields[3] = {HeaderField::kSpaceType, HeaderField::kSpaceUnit,
-                                   HeaderField::kNumChs};
-    for (int f = 0; f < 3; ++f) {
-      if (!ReadHeaderField(in, fields[f], kConsensus, values[f])) return;
-      *results[f] = values[f];
-    }
-    MapSection map;
-    if (ReadMapSection(in, kConsensus, values[2], values[0], values[1], map)) {
-      *num_markers = map.distinct.Count();
-    }
+    ConsensusInput data;
+    const bool read = ReadConsensusInput(in, data);
+    // The header values stand in the caller's variables as far as they were read.
+    if (data.space_type != 0) *space_type = data.space_type;
+    if (data.space_unit != 0) *space_unit = data.space_unit;
+    if (data.num_maps != 0) *num_chs = data.num_maps;
+    if (read) *num_markers = data.maps.distinct.Count();
   });
 }
 
