@@ -10,12 +10,16 @@
 
 namespace gae {
 
-// Writes `project path less its last four characters`.LRD unless a complete file lies there,
-// and leaves its name, record length (2 words) and the mapping function in the process state.
-// The mapping function is always Morgan's: the stored frequency is a distance over 100 and
-// must come back as that distance. Prints 2804 and 2805 to the CMP log, never 2801: there is
-// nothing to estimate. False only when the file cannot be written.
-bool CMPPairwiseFile(const std::string& project_path, const std::vector<ChromosomeRecord>& maps,
+// Words per record: the mean distance, then its Morgan frequency.
+inline constexpr int kCmpRecordLength = 2;
+// The stages read the stored frequency back through Morgan's function, which turns it into
+// the very distance it came from (below 50 cM).
+inline constexpr int kCmpMappingFunction = 3;
+
+// Writes the pairwise file `lrd_name` unless a complete one lies there. Prints 2804 once the
+// distances stand and 2805 when the file is written, to the caller's log; never 2801, since
+// nothing is estimated. False only when the file cannot be written.
+bool CMPPairwiseFile(const std::string& lrd_name, const std::vector<ChromosomeRecord>& maps,
                      const DistinctMarkers& table);
 
 }  // namespace gae
