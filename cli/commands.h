@@ -16,6 +16,8 @@ void RegisterPairsCommand(CLI::App& app, int& exit_code);
 void RegisterMapCommand(CLI::App& app, int& exit_code);
 void RegisterCheckCommand(CLI::App& app, int& exit_code);
 void RegisterTwoPointCommand(CLI::App& app, int& exit_code);
+void RegisterSnpCommand(CLI::App& app, int& exit_code);
+void RegisterBinCommand(CLI::App& app, int& exit_code);
 
 // The path argument of the exports: its bytes and their count.
 struct PathArg {

@@ -19,6 +19,8 @@ int main(int argc, char** argv) {
   gaecli::RegisterMapCommand(app, exit_code);
   gaecli::RegisterCheckCommand(app, exit_code);
   gaecli::RegisterTwoPointCommand(app, exit_code);
+  gaecli::RegisterSnpCommand(app, exit_code);
+  gaecli::RegisterBinCommand(app, exit_code);
 
   // The seed must be in place before any sub-command runs.
   app.parse_complete_callback([&] {

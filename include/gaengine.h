@@ -92,6 +92,32 @@ GAE_API void CheckErrorAOV(int PathLen, const char* Path, int* Status);  /* anal
 GAE_API void CMPFindNumMarkers(int PathLen, const char* Path, int* SpaceType, int* SpaceUnit,
                                int* NumChs, int* NumMarkers, int* Status);
 
+/* ---- Checks of the marker tools ----------------------------------------------------------
+ * `ToolCode` gives the population rules: 20 clonal F1 / double cross, 30 four- and eight-way
+ * pure lines, any other value two inbred parents (use 2). Logs: SNP.log and BIN.log. */
+
+/* Reads a SNP input file (header; the parents' section: the method for missing parents, 1
+ * delete the marker or 2 infer the missing parent from the progeny, then each marker's name and
+ * parents' calls, 2, 4 or 8 of them by ToolCode and PopulationType; the progeny section; the
+ * anchors) and converts every marker to the coding of its map tool. A marker without
+ * polymorphism is flagged for deletion with a warning in the log.
+ *   NumMarkers       extent of the arrays (from SNPFindNumMarkers)
+ *   MarkerNameCodes  NumMarkers x 35 character codes, marker index fastest
+ *   Anchor           anchor group of each marker (0 free)
+ *   MarkerCode       two parents: the category, 1 (SNPs are co-dominant); four parents of a
+ *                    clonal F1 or double cross: the category 1 ABCD, 2 A=B, 3 C=D, 4 AB=CD or
+ *                    A=CB=D, 5 A=DB=C; pure lines: the founder pattern (1212: founders 1 and 3
+ *                    carry one allele, 2 and 4 the other); 0 for a marker flagged for deletion
+ *   Status           0, or the code of the first error (see SNP.log) */
+GAE_API void CheckErrorSNP(int ToolCode, int PathLen, const char* Path, int NumMarkers,
+                           int* MarkerNameCodes, int* Anchor, int* MarkerCode, int* Status);
+/* Reads a marker-binning input file (the header, marker section and anchor section of a MAP,
+ * CDM or PLM file by ToolCode) and checks it.
+ *   MarkerCategory   per marker, as the marker section gives it (MAP: 1, 12, 10; CDM: 1..5;
+ *                    PLM: the founder pattern) */
+GAE_API void CheckErrorBIN(int ToolCode, int PathLen, const char* Path, int NumMarkers,
+                           int* MarkerNameCodes, int* Anchor, int* MarkerCategory, int* Status);
+
 /* Header of a genomic-prediction (GSP) input file: training population size, breeding
  * population size, number of traits, then the trait names. No log is written; a failure prints
  * one "--Input error:" line to standard output.

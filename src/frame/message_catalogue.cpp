@@ -251,8 +251,32 @@ const CatalogueEntry kCatalogue[] = {
     {3054, P, "LOD Threshold for additive mapping too small (>0.5)! LOD Threshold={}"},
     {3055, P, "PIN for additive mapping should be less than 0.25! PIN={}"},
 
-    // SNP conversion: a marker without polymorphism among the parents.
+    // SNP conversion: the reader, the rule from parents' and progeny's calls to marker types,
+    // the warning for a marker that is deleted, and the log's account of how each marker's
+    // polymorphism was decided.
+    {3121, P, "cannot read Method to deal with missing markers in parent!"},
+    {3122, P, "Method to deal with missing markers out of range [1,2]! Input value={}"},
+    {3123, P, "cannot read MarkerType of parents in the SNP input file! MarkerID={}"},
+    {3124, P, "Markertype of the parent out of range (AA,TT,GG,CC,AT,AG,AC,TG,TC,GC,NN)! MarkerID={} ParentID={} Input MarkerType={}"},
+    {3125, P, "cannot read MarkerType of progenies in the SNP input file! MarkerID={}"},
+    {3126, P, "Marker name in progenies does not match that in parents! MarkerID={}; Name in progenies={}; Name in parents={}"},
+    {3127, P, "Markertype of the progeny out of range (AA,TT,GG,CC,AT,AG,AC,TG,TC,GC,NN)! MarkerID={} LineID={} Input MarkerType={}"},
+    {3128, P, "illegal marker! MarkerID={} ParentID={} Input MarkerType={}"},
     {3129, N, "Warning: the marker will be deleted for non-polymorphism! MarkerID={}"},
+    {3130, P, "Invalid MarkerType! MarkerID={} LineID={} Input MarkerType={}"},
+    {3131, N, "MarkerID={}. Polymorphism was determined only by parent."},
+    {3132, N, "MarkerID={}. Polymorphism was determined by progeny and parent."},
+    {3133, N, "MarkerID={}. Polymorphism was determined only by progeny."},
+
+    // Parameter section of the binning input file (read by the binning command).
+    {3141, P, "cannot read threshold missing rate!"},
+    {3142, P, "Threshold missing rate out of range (0.00, 0.10)! Threshold missing rate={}"},
+    {3143, P, "cannot read threshold distortion P value!"},
+    {3144, P, "Threshold distortion P value out of range (0.0, 0.1)! Threshold distortion P value={}"},
+    {3145, P, "cannot read indicator to consider anchor information!"},
+    {3146, P, "cannot read indicator to consider missing values!"},
+    {3147, P, "cannot read method to delete redundant markers!"},
+    {3148, P, "method to delete redundant markers out of range [1,2]! Method to delete redundant markers={}"},
 
     // Header of the AOV trial file.
     {3301, P, "cannot read Number of Rows in the input file!"},

@@ -1,0 +1,95 @@
+// gaengine snp FILE -o OUT: SNP calls of parents and progeny to the input file of a map tool.
+// The library's check validates the file and logs to SNP.log; the same conversion then gives
+// the letters that the written file carries.
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "gaengine.h"
+#include "input/list_reader.h"
+#include "prep/map_input_text.h"
+#include "prep/snp_conversion.h"
+#include "prep/snp_reader.h"
+
+namespace gaecli {
+
+namespace {
+
+const char* ToolName(int tool_code) {
+  return tool_code == 20 ? "CDM" : tool_code == 30 ? "PLM" : "MAP";
+}
+
+std::string DefaultOutput(const std::string& file, int tool_code) {
+  const std::string stem = file.size() > 4 ? file.substr(0, file.size() - 4) : file;
+  return stem + (tool_code == 20 ? ".cdm" : tool_code == 30 ? ".plm" : ".map");
+}
+
+int Fail(const std::string& file, int status) {
+  std::fprintf(stderr, "%s: not a valid SNP file (status %d, see SNP.log)\n", file.c_str(), status);
+  return 1;
+}
+
+int RunSnp(const std::string& file, std::string out, int tool_code) {
+  const PathArg path(file);
+  int num_markers = 0, status = 0;
+  SNPFindNumMarkers(tool_code, path.Len(), path.Data(), &num_markers, &status);
+  if (status != 0) return Fail(file, status);
+  std::vector<int> names(static_cast<std::size_t>(num_markers) * 35), anchors(num_markers),
+      codes(num_markers);
+  CheckErrorSNP(tool_code, path.Len(), path.Data(), num_markers, names.data(), anchors.data(),
+                codes.data(), &status);
+  if (status != 0) return Fail(file, status);
+
+  gae::InputFile in;
+  if (!in.Open(file)) return Fail(file, 1002);
+  gae::SnpInput input;
+  gae::ReadSnpInput(in, tool_code, input);
+  const gae::SnpConversion conversion = gae::ConvertSnpInput(input);
+
+  gae::MapInputRecord record;
+  record.tool_code = tool_code;
+  record.population_type = input.population_type;
+  record.mapping_function = input.mapping_function;
+  record.space_type = input.space_type;
+  record.population_size = input.population_size;
+  for (std::size_t m = 0; m < conversion.markers.size(); ++m) {
+    const gae::SnpMarkerResult& r = conversion.markers[m];
+    if (r.code == 0) continue;  // flagged for deletion
+    record.names.push_back(input.names[m]);
+    record.categories.push_back(r.code);
+    record.letters.push_back(r.letters);
+    record.anchors.push_back(input.anchors[m]);
+  }
+  if (out.empty()) out = DefaultOutput(file, tool_code);
+  std::ofstream os(out, std::ios::binary);
+  os << gae::MapInputText(record);
+  if (!os.flush()) {
+    std::fprintf(stderr, "%s: cannot be written\n", out.c_str());
+    return 1;
+  }
+  std::printf("%s: %d markers read, %zu kept, %zu deleted\n", file.c_str(), num_markers,
+              record.names.size(), static_cast<std::size_t>(num_markers) - record.names.size());
+  std::printf("%s input file written: %s\n", ToolName(tool_code), out.c_str());
+  return 0;
+}
+
+}  // namespace
+
+void RegisterSnpCommand(CLI::App& app, int& exit_code) {
+  auto* cmd = app.add_subcommand("snp", "Convert SNP calls of parents and progeny to a map tool's input file");
+  static std::string file, out;
+  static int tool_code = 2;
+  cmd->add_option("file", file, "SNP input file")->required();
+  cmd->add_option("-o,--output", out, "Input file to write (default: FILE less its extension, .map/.cdm/.plm)");
+  cmd->add_option("--tool-code", tool_code,
+                  "Design: 2 two inbred parents (MAP), 20 clonal F1 or double cross (CDM), "
+                  "30 four- or eight-way pure lines (PLM)")
+      ->capture_default_str();
+  cmd->callback([&exit_code] { exit_code = RunSnp(file, out, tool_code); });
+}
+
+}  // namespace gaecli
