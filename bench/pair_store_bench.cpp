@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "bench_support.h"
-#include "frame/check_error_map.h"
+#include "frame/map_tool_driver.h"
+#include "frame/map_tool_policy.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace {
@@ -54,8 +55,8 @@ void BM_CheckErrorMapF2(benchmark::State& state) {
     int status = -1;
     {
       gae::bench::QuietStdout quiet;
-      gae::CheckErrorMapEntry(static_cast<int>(path.size()), path.data(), out, &status,
-                              gae::PairStoreThreads());
+      gae::CheckErrorBody(gae::MapPolicy(&out), static_cast<int>(path.size()), path.data(), &status,
+                          gae::PairStoreThreads());
     }
     if (status != 0) state.SkipWithError("check failed");
   }

@@ -8,7 +8,6 @@
 #include "engine/grouping.h"
 #include "engine/stage_support.h"
 #include "frame/cpu_clock.h"
-#include "frame/run_log.h"
 
 namespace gae {
 
@@ -23,13 +22,13 @@ int32_t RoundedCount(float threshold) {
 }
 
 // Whether the method reads pair values at all.
-bool NeedsStore(int tool, int method) {
-  return tool == 105 ? method == 2 : (method == 1 || method == 2);
+bool NeedsStore(const StageRules& rules, int method) {
+  return rules.consensus ? method == 2 : (method == 1 || method == 2);
 }
 
 // The code that rejects these options (value in *value), or 0.
-int GroupingOptionError(int tool, int method, int by_what, int* value) {
-  if (tool == 105) {
+int GroupingOptionError(const StageRules& rules, int method, int by_what, int* value) {
+  if (rules.consensus) {
     if (by_what != 3) return *value = by_what, 1105;
     return 0;
   }
@@ -40,25 +39,24 @@ int GroupingOptionError(int tool, int method, int by_what, int* value) {
 
 }  // namespace
 
-void GroupingEntry(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
+void GroupingEntry(const StageRules& rules, int Method, int ByWhat, float Threshold, int NumMarkers,
                    const int* Anchor, int* Group, int* Status) {
-  LogSession log(StageLogTool(ToolCode));
   int unused_status = 0;  // a caller without a status still gets the work done
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   PrintStageLine(1104);
   const float t1 = CpuSeconds();
   int value = 0;
-  if (const int code = GroupingOptionError(ToolCode, Method, ByWhat, &value)) {
+  if (const int code = GroupingOptionError(rules, Method, ByWhat, &value)) {
     RejectOption(code, value, Status);
     return;
   }
   PairStoreFile store;
-  if (NeedsStore(ToolCode, Method) && !OpenStageStore(store, Status)) return;
+  if (NeedsStore(rules, Method) && !OpenStageStore(store, Status)) return;
   const PairTable& table = store.Table();
   const int32_t n = NumMarkers > 0 ? NumMarkers : 0;
   std::vector<int32_t> group(Group, Group + n);
-  if (ToolCode == 105) {
+  if (rules.consensus) {
     if (Method == 1) {
       group.assign(group.size(), 1);
     } else if (Method == 2) {

@@ -7,17 +7,14 @@
 #include "engine/stage_support.h"
 #include "frame/cpu_clock.h"
 #include "frame/process_state.h"
-#include "frame/run_log.h"
 
 namespace gae {
 
 namespace {
 
-constexpr int kConsensusTool = 105;
-
 // The code that rejects these options (value in *value), or 0.
-int OrderingOptionError(int tool, int method, int by_what, int* value) {
-  if (tool == kConsensusTool) {
+int OrderingOptionError(const StageRules& rules, int method, int by_what, int* value) {
+  if (rules.consensus) {
     if (method < 1 || method > 2) return *value = method, 1110;
     if (by_what != 3) return *value = by_what, 1111;
     return 0;
@@ -28,11 +25,11 @@ int OrderingOptionError(int tool, int method, int by_what, int* value) {
 }
 
 // One group whose options passed, on an open store.
-void OrderOneGroup(const PairTable& table, int tool, const OrderingOptions& options, int n,
+void OrderOneGroup(const PairTable& table, const StageRules& rules, const OrderingOptions& options, int n,
                    const int* anchor, int* order, float* position) {
   const StartSink to_log = [](const StartRecord& record) { Process().log.Write(StartLine(record)); };
   UniformStream& random = Process().random;
-  if (tool == kConsensusTool) {
+  if (rules.consensus) {
     OrderConsensus(table, options.method, n, anchor, order, position, random, to_log);
   } else {
     OrderGroup(table, options, n, anchor, order, position, random, to_log);
@@ -41,35 +38,33 @@ void OrderOneGroup(const PairTable& table, int tool, const OrderingOptions& opti
 
 }  // namespace
 
-void OrderingEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, int OrderingParam1,
-                   int OrderingParam2, int GroupMarkers, const int* GroupAnchor, int* GroupOrder,
-                   float* GroupPosition, int* Status) {
-  LogSession log(StageLogTool(ToolCode));
+void OrderingEntry(const StageRules& rules, int Method, int ByWhat, int OrderingOption,
+                   int OrderingParam1, int OrderingParam2, int GroupMarkers, const int* GroupAnchor,
+                   int* GroupOrder, float* GroupPosition, int* Status) {
   int unused_status = 0;  // a caller without a status still gets the work done
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   if (GroupMarkers < 2) return;
   int value = 0;
-  if (const int code = OrderingOptionError(ToolCode, Method, ByWhat, &value)) {
+  if (const int code = OrderingOptionError(rules, Method, ByWhat, &value)) {
     RejectOption(code, value, Status);
     return;
   }
   PairStoreFile store;
   if (!OpenStageStore(store, Status)) return;
   const OrderingOptions options{Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2};
-  OrderOneGroup(store.Table(), ToolCode, options, GroupMarkers, GroupAnchor, GroupOrder, GroupPosition);
+  OrderOneGroup(store.Table(), rules, options, GroupMarkers, GroupAnchor, GroupOrder, GroupPosition);
 }
 
-void OrderingAllEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, int OrderingParam1,
-                      int OrderingParam2, int NumMarkers, int NumGroups, const int* GroupSize,
-                      int* GroupStatus, int* MapState, const int* Anchor, const int* Group,
-                      int* Order, float* Position, int* Status) {
-  LogSession log(StageLogTool(ToolCode));
+void OrderingAllEntry(const StageRules& rules, int Method, int ByWhat, int OrderingOption,
+                      int OrderingParam1, int OrderingParam2, int NumMarkers, int NumGroups,
+                      const int* GroupSize, int* GroupStatus, int* MapState, const int* Anchor,
+                      const int* Group, int* Order, float* Position, int* Status) {
   int unused_status = 0;  // a caller without a status still gets the work done
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
-  const int rejected = OrderingOptionError(ToolCode, Method, ByWhat, &value);
+  const int rejected = OrderingOptionError(rules, Method, ByWhat, &value);
   const GroupSlices slices(NumMarkers, NumGroups, GroupSize);
 
   bool needs_store = false;
@@ -100,7 +95,7 @@ void OrderingAllEntry(int ToolCode, int Method, int ByWhat, int OrderingOption, 
       RejectOption(rejected, value, Status);
     } else {
       const std::size_t at = slices.Start(g);
-      OrderOneGroup(store.Table(), ToolCode, options, n, anchor.data(), Order + at, Position + at);
+      OrderOneGroup(store.Table(), rules, options, n, anchor.data(), Order + at, Position + at);
     }
     if (*Status == 0) GroupStatus[g] = kGroupOrdered;
     PrintStageTime(t1, CpuSeconds());

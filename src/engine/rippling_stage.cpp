@@ -6,7 +6,6 @@
 #include "engine/rippling.h"
 #include "engine/stage_support.h"
 #include "frame/cpu_clock.h"
-#include "frame/run_log.h"
 
 namespace gae {
 
@@ -16,8 +15,8 @@ namespace {
 // permutations cannot be counted in 32 bits (13 and more), is refused all the same.
 constexpr int kLargestCountableWindow = 12;
 
-int RipplingOptionError(int tool, int by_what, int window, int* value) {
-  if (tool == 105) {
+int RipplingOptionError(const StageRules& rules, int by_what, int window, int* value) {
+  if (rules.consensus) {
     if (by_what != 3) return *value = by_what, 1115;
     if (window < 1 || window > kLargestCountableWindow) return *value = window, 1117;
     return 0;
@@ -29,14 +28,13 @@ int RipplingOptionError(int tool, int by_what, int window, int* value) {
 
 }  // namespace
 
-void RipplingEntry(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers, int* GroupOrder,
-                   float* GroupPosition, int* Status) {
-  LogSession log(StageLogTool(ToolCode));
+void RipplingEntry(const StageRules& rules, int ByWhat, int WindowSize, int GroupMarkers,
+                   int* GroupOrder, float* GroupPosition, int* Status) {
   int unused_status = 0;  // a caller without a status still gets the work done
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
-  if (const int code = RipplingOptionError(ToolCode, ByWhat, WindowSize, &value)) {
+  if (const int code = RipplingOptionError(rules, ByWhat, WindowSize, &value)) {
     RejectOption(code, value, Status);
     return;
   }
@@ -46,15 +44,14 @@ void RipplingEntry(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers, i
   RippleGroup(store.Table(), ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition);
 }
 
-void RipplingAllEntry(int ToolCode, int ByWhat, int WindowSize, int NumMarkers, int NumGroups,
-                      const int* GroupSize, int* GroupStatus, int* MapState, const int* /*Group*/,
-                      int* Order, float* Position, int* Status) {
-  LogSession log(StageLogTool(ToolCode));
+void RipplingAllEntry(const StageRules& rules, int ByWhat, int WindowSize, int NumMarkers,
+                      int NumGroups, const int* GroupSize, int* GroupStatus, int* MapState,
+                      const int* /*Group*/, int* Order, float* Position, int* Status) {
   int unused_status = 0;  // a caller without a status still gets the work done
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
-  const int rejected = RipplingOptionError(ToolCode, ByWhat, WindowSize, &value);
+  const int rejected = RipplingOptionError(rules, ByWhat, WindowSize, &value);
   const GroupSlices slices(NumMarkers, NumGroups, GroupSize);
   bool needs_store = false;
   for (int g = 0; g < NumGroups && rejected == 0; ++g)

@@ -1,11 +1,12 @@
 // Exports of the map engine: grouping, group bookkeeping, ordering and rippling on the caller's
-// arrays. Each is a shell over the inner entry of the same arguments, which the whole-pipeline
-// drivers call directly.
+// arrays. Each opens the log of its ToolCode and runs the inner entry with the stage rules of
+// that tool; the whole-pipeline drivers call the inner entries directly.
 #include "engine/grouping_stage.h"
 #include "engine/map_state.h"
 #include "engine/ordering_stage.h"
 #include "engine/rippling_stage.h"
 #include "frame/entry.h"
+#include "frame/tool_profile.h"
 #include "gaengine.h"
 
 extern "C" {
@@ -13,7 +14,7 @@ extern "C" {
 GAE_API void MAPGrouping(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
                          const int* Anchor, int* Group, int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status, [&] {
-    gae::GroupingEntry(ToolCode, Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
+    gae::GroupingEntry(gae::StageRulesOf(ToolCode), Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
   });
 }
 
@@ -33,7 +34,7 @@ GAE_API void MAPOrderingAll(int ToolCode, int Method, int ByWhat, int OrderingOp
                             const int* Anchor, const int* Group, int* Order, float* Position,
                             int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status, [&] {
-    gae::OrderingAllEntry(ToolCode, Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+    gae::OrderingAllEntry(gae::StageRulesOf(ToolCode), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                           NumMarkers, NumGroups, GroupSize, GroupStatus, MapState, Anchor, Group,
                           Order, Position, Status);
   });
@@ -44,7 +45,7 @@ GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOptio
                          const int* GroupAnchor, int* GroupOrder, float* GroupPosition,
                          int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status, [&] {
-    gae::OrderingEntry(ToolCode, Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+    gae::OrderingEntry(gae::StageRulesOf(ToolCode), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                        GroupMarkers, GroupAnchor, GroupOrder, GroupPosition, Status);
   });
 }
@@ -53,7 +54,7 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
                             const int* GroupSize, int* GroupStatus, int* MapState, const int* Group,
                             int* Order, float* Position, int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status, [&] {
-    gae::RipplingAllEntry(ToolCode, ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
+    gae::RipplingAllEntry(gae::StageRulesOf(ToolCode), ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
                           GroupStatus, MapState, Group, Order, Position, Status);
   });
 }
@@ -61,7 +62,7 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
 GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
                          int* GroupOrder, float* GroupPosition, int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRippling", Status, [&] {
-    gae::RipplingEntry(ToolCode, ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
+    gae::RipplingEntry(gae::StageRulesOf(ToolCode), ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
   });
 }
 

@@ -1,19 +1,22 @@
 // Exports of the marker-count family: how large the caller's arrays must be.
+#include "frame/map_tool_driver.h"
 #include "gaengine.h"
 #include "input/find_num_markers.h"
 
 extern "C" {
 
-GAE_API void MAPFindNumMarkers(int PathLen, const char* Path, int* NumMarkers, int* Status) {
-  gae::FindNumMarkersEntry("MAP", "DLL MAPFindNumMarkers", 10, PathLen, Path, NumMarkers, Status);
-}
-
+// The map tools' own: their sizes come from the tool's profile.
 GAE_API void CDMFindNumMarkers(int PathLen, const char* Path, int* NumMarkers, int* Status) {
-  gae::FindNumMarkersEntry("CDM", "DLL CDMFindNumMarkers", 20, PathLen, Path, NumMarkers, Status);
+  gae::FindNumMarkersBody(gae::ProfileOf(gae::MapTool::kCDM), PathLen, Path, {.num_markers = NumMarkers}, Status);
 }
 
 GAE_API void PLMFindNumMarkers(int PathLen, const char* Path, int* NumMarkers, int* Status) {
-  gae::FindNumMarkersEntry("PLM", "DLL PLMFindNumMarkers", 30, PathLen, Path, NumMarkers, Status);
+  gae::FindNumMarkersBody(gae::ProfileOf(gae::MapTool::kPLM), PathLen, Path, {.num_markers = NumMarkers}, Status);
+}
+
+GAE_API void CMPFindNumMarkers(int PathLen, const char* Path, int* SpaceType, int* SpaceUnit,
+                               int* NumChs, int* NumMarkers, int* Status) {
+  gae::FindNumMarkersBody(gae::ProfileOf(gae::MapTool::kCMP), PathLen, Path, {SpaceType, SpaceUnit, NumChs, NumMarkers}, Status);
 }
 
 GAE_API void SNPFindNumMarkers(int ToolCode, int PathLen, const char* Path, int* NumMarkers,

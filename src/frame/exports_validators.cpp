@@ -1,5 +1,4 @@
-// Exports of the validators of the QTL and analysis tools, the consensus tool's sizes and the
-// genomic-prediction header.
+// Exports of the validators of the QTL and analysis tools and the genomic-prediction header.
 #include "gaengine.h"
 #include "input/validator_entries.h"
 
@@ -35,11 +34,6 @@ GAE_API void CheckErrorCSL(int PathLen, const char* Path, int* Status) {
 
 GAE_API void CheckErrorAOV(int PathLen, const char* Path, int* Status) {
   gae::CheckAovEntry(PathLen, Path, Status);
-}
-
-GAE_API void CMPFindNumMarkers(int PathLen, const char* Path, int* SpaceType, int* SpaceUnit,
-                               int* NumChs, int* NumMarkers, int* Status) {
-  gae::CmpFindNumMarkersEntry(PathLen, Path, SpaceType, SpaceUnit, NumChs, NumMarkers, Status);
 }
 
 GAE_API void GSPFindNumTraits(int PathLen, const char* Path, int* NumTraits, int* ErrorFlag) {

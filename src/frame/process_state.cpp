@@ -7,6 +7,8 @@ ProcessState& Process() {
   return state;
 }
 
+int32_t& MessageCode() { return Process().message_code; }
+
 void ResetProcessStateForTesting() {
   ProcessState& state = Process();
   while (state.log.IsConnected()) state.log.Close();

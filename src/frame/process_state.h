@@ -7,6 +7,7 @@
 #include <string>
 
 #include "engine/map_state.h"
+#include "frame/message_code.h"
 #include "frame/run_log.h"
 #include "frame/uniform_stream.h"
 
@@ -32,7 +33,6 @@ struct ProcessState {
 };
 
 ProcessState& Process();
-inline int32_t& MessageCode() { return Process().message_code; }
 
 // Brings the process back to the state of a fresh load. Not exported: tests use it.
 void ResetProcessStateForTesting();

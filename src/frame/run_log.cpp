@@ -46,16 +46,6 @@ LogSession::~LogSession() {
   if (opened_here_) Process().log.Close();
 }
 
-std::string_view StageLogTool(int tool_code) {
-  switch (tool_code) {
-    case 104: return "MAP";
-    case 105: return "CMP";
-    case 20: return "CDM";
-    case 30: return "PLM";
-    default: return "";
-  }
-}
-
 void EmitLine(std::string_view line) {
   Process().log.Write(line);
   std::fwrite(line.data(), 1, line.size(), stdout);

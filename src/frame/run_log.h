@@ -52,10 +52,6 @@ class LogSession {
   bool opened_here_ = false;
 };
 
-// The log name of a stage export's tool code: 104 MAP, 105 CMP, 20 CDM, 30 PLM; any other
-// code has no log.
-std::string_view StageLogTool(int tool_code);
-
 // A message line goes first to the log, then to the process's standard output.
 void EmitLine(std::string_view line);
 // Part of a line: the record stays open for the next piece on both streams.

@@ -1,13 +1,26 @@
+// The sizes a front end must know before it allocates: the marker-count reads of the map, SNP
+// and binning tools, and the consensus tool's map dimensions.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
+
+#include "input/list_reader.h"
 
 namespace gae {
 
-// The marker-count entry shared by the map, SNP and binning tools: opens the tool's log, reads
-// PopulationType, MappingFunction, SpaceType and NumMarkers, and ends with the 1102 or 1101
-// line of `dll_name`. The one integer behind `num_markers` is the read's scratch: each field
-// passes through it in turn and the marker count is what stays.
+// PopulationType, MappingFunction, SpaceType and NumMarkers of the header, under the rules of
+// `tool_code`. The one integer behind `scratch` takes each field in turn, so after a success it
+// holds the marker count and after a failure the last field read. `MessageCode` 0 or the code.
+void ReadMarkerCountHeader(InputFile& in, int tool_code, int* scratch);
+
+// The consensus tool's sizes: SpaceType, SpaceUnit and NumChs of the header, each written as it
+// is read, then the number of distinct markers of the whole map section.
+void ReadConsensusSizes(InputFile& in, int* space_type, int* space_unit, int* num_chs,
+                        int* num_markers);
+
+// The marker-count export of the SNP and binning tools: opens the tool's log, reads the header
+// and ends with the 1102 or 1101 line of `dll_name`.
 void FindNumMarkersEntry(std::string_view tool, std::string_view dll_name, int tool_code,
                          int path_len, const char* path, int* num_markers, int* status);
 

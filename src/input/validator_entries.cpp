@@ -6,7 +6,7 @@
 #include "input/aov_trial.h"
 #include "input/file_entry.h"
 #include "input/header_fields.h"
-#include "input/consensus_input.h"
+#include "input/map_section.h"
 
 namespace gae {
 
@@ -22,19 +22,6 @@ void CheckAovEntry(int path_len, const char* path, int* status) {
   RunFileEntry("AOV", "DLL CheckErrorAOV", path_len, path, status, [](InputFile& in) {
     AovTrial trial;
     ReadAovTrial(in, trial, Process().missing_word_seen);
-  });
-}
-
-void CmpFindNumMarkersEntry(int path_len, const char* path, int* space_type, int* space_unit,
-                            int* num_chs, int* num_markers, int* status) {
-  RunFileEntry("CMP", "DLL CMPFindNumMarkers", path_len, path, status, [&](InputFile& in) {
-    ConsensusInput data;
-    const bool read = ReadConsensusInput(in, data);
-    // The header values stand in the caller's variables as far as they were read.
-    if (data.space_type != 0) *space_type = data.space_type;
-    if (data.space_unit != 0) *space_unit = data.space_unit;
-    if (data.num_maps != 0) *num_chs = data.num_maps;
-    if (read) *num_markers = data.maps.distinct.Count();
   });
 }
 

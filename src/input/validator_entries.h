@@ -8,10 +8,6 @@ namespace gae {
 
 void CheckQtlFileEntry(QtlTool tool, int path_len, const char* path, int* status);
 void CheckAovEntry(int path_len, const char* path, int* status);
-// The consensus tool's sizes: SpaceType, SpaceUnit and NumChs of the header, and the number of
-// distinct markers of the whole map section. Each header value is written as it is read.
-void CmpFindNumMarkersEntry(int path_len, const char* path, int* space_type, int* space_unit,
-                            int* num_chs, int* num_markers, int* status);
 
 // The genomic-prediction entries report through a logical flag (bit 0 set: failure) and open
 // no log. On failure nothing else is written.

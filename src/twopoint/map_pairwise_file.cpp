@@ -1,9 +1,8 @@
 #include "twopoint/map_pairwise_file.h"
 
 #include "frame/cpu_clock.h"
+#include "frame/message_code.h"
 #include "frame/messages.h"
-#include "frame/process_state.h"
-#include "frame/run_log.h"
 #include "twopoint/genotype_planes.h"
 #include "twopoint/pair_store_writer.h"
 #include "twopoint/two_point.h"
@@ -23,14 +22,8 @@ constexpr float kHighFrequency = 0.9f;
 
 }  // namespace
 
-bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
-                     int threads) {
-  LogSession log("MAP");
-  PairStoreSettings& settings = Process().pair_store;
-  settings.lrd_name = PairStoreName(project_path);
-  settings.record_length = 2;
-  settings.mapping_function = markers.mapping_function;
-  if (PairStoreIsComplete(settings.lrd_name, markers.num_markers, 2)) return true;
+bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads) {
+  if (PairStoreIsComplete(lrd_name, markers.num_markers, kMapRecordLength)) return true;
 
   MessageCode() = 2801;
   PrintPairwiseMessage(0, 0, 0, 0, 0);
@@ -38,9 +31,9 @@ bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& m
 
   const GenotypePlanes planes(markers.types, markers.num_markers, markers.num_individuals);
   PairStoreJob job;
-  job.lrd_name = settings.lrd_name;
+  job.lrd_name = lrd_name;
   job.num_markers = markers.num_markers;
-  job.record_length = 2;
+  job.record_length = kMapRecordLength;
   job.threads = threads;
   job.estimate = [&](int64_t i, int64_t j, float* record) {
     const int code = PairCode(markers.kinds[i - 1], markers.kinds[j - 1]);

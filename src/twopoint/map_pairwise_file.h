@@ -16,11 +16,12 @@ struct BiparentalMarkers {
   const char* types = nullptr;     // genotype letters, individuals fastest, marker by marker
 };
 
-// Writes `project path less its last four characters`.LRD unless a complete file lies there,
-// and leaves its name, record length (2 words) and the mapping function in the process state
-// for the stages that follow. Prints 2801, any 2802 warnings and 2803 to the MAP log. False
-// only when the file cannot be written.
-bool MAPPairwiseFile(const std::string& project_path, const BiparentalMarkers& markers,
-                     int threads);
+// Words per record: minus the LOD, then the recombination frequency.
+inline constexpr int kMapRecordLength = 2;
+
+// Writes the pairwise file `lrd_name` unless a complete one lies there, estimating the pairs on
+// `threads` cores. Prints 2801, any 2802 warnings and 2803 to the caller's log. False only when
+// the file cannot be written.
+bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads);
 
 }  // namespace gae

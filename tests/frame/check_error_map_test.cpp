@@ -1,4 +1,4 @@
-#include "frame/check_error_map.h"
+#include "frame/map_tool_policy.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/map_tool_driver.h"
 #include "frame/pair_index.h"
 #include "frame/process_state.h"
 #include "support/temp_dir.h"
@@ -69,7 +70,8 @@ class CheckMap : public testing::InTempDir {
   int Run(const std::string& path, Arrays& out, int threads = 2) {
     int status = -1;
     ::testing::internal::CaptureStdout();
-    CheckErrorMapEntry(static_cast<int>(path.size()), path.data(), out.View(), &status, threads);
+    const MapCheckArrays arrays = out.View();
+    CheckErrorBody(MapPolicy(&arrays), static_cast<int>(path.size()), path.data(), &status, threads);
     ::testing::internal::GetCapturedStdout();
     return status;
   }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "frame/process_state.h"
+#include "frame/tool_profile.h"
 #include "support/temp_dir.h"
 
 namespace gae {

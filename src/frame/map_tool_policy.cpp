@@ -1,0 +1,93 @@
+#include "frame/map_tool_policy.h"
+
+#include <algorithm>
+
+#include "frame/name_codes.h"
+#include "report/map_downstream.h"
+#include "report/map_layout.h"
+#include "report/map_reports.h"
+#include "report/segregation.h"
+#include "report/text_file.h"
+#include "twopoint/map_pairwise_file.h"
+
+namespace gae {
+
+namespace {
+
+// The report layout: the caller's finished map with the names and genotypes read.
+MapLayout BuildLayout(MapToolInput& data, const FinishedMap& args) {
+  MapLayout map;
+  map.population_type = data.population_type;
+  map.mapping_function = data.mapping_function;
+  map.space_type = data.space_type;
+  map.num_individuals = data.population_size;
+  map.marker_names = std::move(data.markers.names);
+  map.marker_class = std::move(data.markers.categories);
+  map.types = std::move(data.markers.types);
+  map.num_markers = args.num_markers;
+  map.num_mapped = args.num_mapped;
+  map.num_unlinked = args.num_unlinked;
+  map.anchor.assign(args.anchor, args.anchor + args.num_markers);
+  for (int g = 0; g < args.num_groups; ++g)
+    map.chromosome_names.push_back(GroupNameFromCodes(args.group_name_codes, g));
+  map.chromosome_sizes.assign(args.group_size, args.group_size + args.num_groups);
+  map.order.assign(args.order, args.order + args.num_markers);
+  map.position.assign(args.position, args.position + args.num_mapped);
+  return map;
+}
+
+}  // namespace
+
+MapPolicy::MapPolicy(const MapCheckArrays* check)
+    : MapToolPolicy(ProfileOf(MapTool::kMAP)), check_(check) {}
+
+void MapPolicy::Read(InputFile& in) { ReadMapToolInput(in, Profile().tool_code, data_); }
+
+void MapPolicy::FillCheckArrays() {
+  if (check_ == nullptr) return;
+  const MapCheckArrays& out = *check_;
+  // The caller's extent governs the copy; the file's governs what there is to copy.
+  const int n = std::min<int>(out.num_markers, data_.num_markers);
+  const int64_t lines = data_.population_size;
+  NamesToCodes(data_.markers.names, 35, out.num_markers, out.name_codes);
+  for (int i = 0; i < n; ++i) {
+    out.anchor[i] = data_.anchors[i];
+    out.category[i] = data_.markers.categories[i];
+    const char* types = data_.markers.types.data() + i * lines;
+    const SegregationTest test =
+        SegregationChiSquare(data_.population_type, data_.markers.categories[i], types, lines);
+    out.size_a[i] = test.counts.n2;
+    out.size_h[i] = test.counts.n1;
+    out.size_b[i] = test.counts.n0;
+    out.size_x[i] = test.counts.nx;
+    if (test.tested) {
+      out.chi_square[i] = test.chi_square;
+      out.probability[i] = test.probability;
+    }
+  }
+}
+
+bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
+  BiparentalMarkers markers;
+  markers.population_type = data_.population_type;
+  markers.mapping_function = data_.mapping_function;
+  markers.num_markers = data_.num_markers;
+  markers.num_individuals = data_.population_size;
+  markers.kinds = data_.markers.categories.data();
+  markers.types = data_.markers.types.data();
+  return MAPPairwiseFile(lrd_name, markers, threads);
+}
+
+void MapPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
+                             const OutputSwitches& switches, const PairTable& pairs,
+                             UniformStream& random) {
+  const MapLayout map = BuildLayout(data_, finished);
+  WriteTextFile(stem + ".sum", SumReport(map, pairs));
+  WriteTextFile(stem + ".mtp", MtpReport(map));
+  if (switches.On(0)) WriteTextFile(stem + ".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
+  if (switches.On(1)) WriteTextFile(stem + ".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
+  if (switches.On(2)) WriteTextFile(stem + ".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
+  WriteMapDownstreamFiles(map, stem, switches.On(3), random);
+}
+
+}  // namespace gae

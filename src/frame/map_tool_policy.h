@@ -1,0 +1,49 @@
+// The MAP tool (bi-parental populations) as a policy of the map-tool driver: the worked example
+// of tool_policy.h. Its exports are in exports_map.cpp.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/tool_policy.h"
+#include "input/map_tool_reader.h"
+
+namespace gae {
+
+// Caller-owned arrays of the MAP check, each of extent `num_markers` (names: 35 per marker,
+// the marker index running fastest).
+struct MapCheckArrays {
+  int num_markers = 0;
+  int* name_codes = nullptr;
+  int* anchor = nullptr;
+  int* size_a = nullptr;  // A and D after folding
+  int* size_h = nullptr;
+  int* size_b = nullptr;  // B and R after folding
+  int* size_x = nullptr;
+  int* category = nullptr;
+  float* chi_square = nullptr;
+  float* probability = nullptr;
+};
+
+class MapPolicy final : public MapToolPolicy {
+ public:
+  // `check` is given by CheckErrorMAP only: the arrays that FillCheckArrays fills.
+  explicit MapPolicy(const MapCheckArrays* check = nullptr);
+
+  void Read(InputFile& in) override;
+  int32_t NumMarkers() const override { return data_.num_markers; }
+  std::span<const int32_t> WorkingAnchors() const override { return data_.anchors; }
+  void FillCheckArrays() override;
+
+  bool WritePairs(const std::string& lrd_name, int threads) override;
+  int32_t StoreMappingFunction() const override { return data_.mapping_function; }
+
+  void WriteResults(const std::string& stem, const FinishedMap& map,
+                    const OutputSwitches& switches, const PairTable& pairs,
+                    UniformStream& random) override;
+
+ private:
+  const MapCheckArrays* check_;
+  MapToolInput data_;
+};
+
+}  // namespace gae
