@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -14,6 +15,8 @@
 
 #include "commands.h"
 #include "gaengine.h"
+#include "consensus_run.h"
+#include "front_end_map.h"
 #include "map_check.h"
 
 namespace gaecli {
@@ -37,45 +40,6 @@ int PopulationTypeOf(const std::string& path) {
   }
   return 0;
 }
-
-// The working map that a front end keeps between the stage calls.
-struct FrontEndMap {
-  int num_markers = 0, num_groups = 0, map_state = 0;
-  int num_mapped = 0, num_unlinked = 0;
-  std::vector<int> group, group_size, group_status, order;
-  std::vector<float> position;
-
-  // From the marker groups: the group table, then the order (each group's markers by number,
-  // then the unlinked, then the deleted markers) with zero positions.
-  void BuildFromGroups() {
-    num_groups = std::max(0, group.empty() ? 0 : *std::max_element(group.begin(), group.end()));
-    MapGroupCheck(num_markers, &num_groups, group.data());
-    group_size.assign(num_groups, 0);
-    group_status.assign(num_groups, 1);
-    order.clear();
-    for (int g = 1; g <= num_groups; ++g)
-      for (int m = 1; m <= num_markers; ++m)
-        if (group[m - 1] == g) order.push_back(m), ++group_size[g - 1];
-    num_mapped = static_cast<int>(order.size());
-    for (int m = 1; m <= num_markers; ++m)
-      if (group[m - 1] == 0) order.push_back(m);
-    num_unlinked = static_cast<int>(order.size()) - num_mapped;
-    for (int m = 1; m <= num_markers; ++m)
-      if (group[m - 1] < 0) order.push_back(m);
-    position.assign(num_markers, 0.0f);
-    map_state = 1;
-  }
-
-  std::vector<int> NameCodes() const {
-    std::vector<int> codes;
-    for (int g = 1; g <= num_groups; ++g) {
-      std::string name = (group_status[g - 1] >= 2 ? "Chromsome" : "Group") + std::to_string(g);
-      name.resize(19, ' ');
-      for (char c : name) codes.push_back(static_cast<unsigned char>(c));
-    }
-    return codes;
-  }
-};
 
 class Stopwatch {
  public:
@@ -164,13 +128,21 @@ int RunMap(const std::string& file) {
   return 0;
 }
 
+// A consensus-map file goes by its extension, as the desktop program tells its tools apart.
+bool IsConsensusFile(const std::string& file) {
+  if (file.size() < 4) return false;
+  std::string ext = file.substr(file.size() - 4);
+  std::transform(ext.begin(), ext.end(), ext.begin(), [](unsigned char c) { return std::tolower(c); });
+  return ext == ".cmp";
+}
+
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file with the default settings");
+  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file, or a consensus of the maps of a CMP file, with the default settings");
   static std::string file;
-  cmd->add_option("file", file, "MAP input file")->required();
-  cmd->callback([&exit_code] { exit_code = RunMap(file); });
+  cmd->add_option("file", file, "MAP or CMP input file")->required();
+  cmd->callback([&exit_code] { exit_code = IsConsensusFile(file) ? RunConsensus(file) : RunMap(file); });
 }
 
 }  // namespace gaecli

@@ -65,6 +65,20 @@ TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
   EXPECT_EQ(ReadText("f2.err"), err);
 }
 
+TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
+  testing::WriteText("maps.cmp", ReadText(testing::SourcePath("examples/three_maps_3b.cmp")));
+  const Result cli = Gaengine("--seed 5 map maps.cmp");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("  Markers           16"));
+  EXPECT_THAT(cli.out, HasSubstr("  Input maps        3"));
+  EXPECT_THAT(cli.out, HasSubstr("  Shared markers    16 (on two maps or more)"));
+  // Each map's own length (last position less first), in the order of the file.
+  EXPECT_THAT(cli.out, HasSubstr("  PopA_3B                    14   109.5 cM"));
+  EXPECT_THAT(cli.out, HasSubstr("  PopB_3B                    13   117.2 cM"));
+  EXPECT_THAT(cli.out, HasSubstr("  PopC_3B                    14    96.2 cM"));
+  EXPECT_TRUE(testing::FileExists("maps.sum") && testing::FileExists("maps.dis"));
+}
+
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   Result r = Gaengine("markers MAP f2.map");
   EXPECT_EQ(r.exit_code, 0);

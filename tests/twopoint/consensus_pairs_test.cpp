@@ -5,11 +5,9 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <string>
 #include <vector>
 
-#include "engine/order_group.h"
 #include "input/map_section.h"
 #include "support/temp_dir.h"
 #include "twopoint/cmp_pairwise_file.h"
@@ -106,47 +104,6 @@ TEST_F(ConsensusPairFileTest, IntervalsAndMorganGiveThePairFileOfPositionsInCent
   EXPECT_THAT(said, HasSubstr("Re-calculate pair-wise marker distance (cM) ..."));
   EXPECT_THAT(said, HasSubstr("Calculating marker distance was complted!"));
   EXPECT_THAT(said, Not(HasSubstr("Calculating pair-wise recombination frequency")));
-}
-
-TEST(ConsensusOrderTest, NoisyStretchedCopiesOfOneMapComeBackInTheTrueOrder) {
-  // One true map of 30 markers 3 to 6 cM apart; four copies, each stretched by its own factor,
-  // with its own noise on every position and a fifth of the markers missing.
-  std::mt19937 rng(7);
-  std::vector<float> truth = {0};
-  std::uniform_real_distribution<float> gap(3, 6);
-  while (truth.size() < 30) truth.push_back(truth.back() + gap(rng));
-  std::vector<ChromosomeRecord> maps;
-  for (float stretch : {0.8f, 1.0f, 1.15f, 1.3f}) {
-    std::normal_distribution<float> noise(0, 0.4f);
-    std::bernoulli_distribution missing(0.2);
-    std::vector<std::pair<float, std::string>> rows;
-    for (std::size_t k = 0; k < truth.size(); ++k)
-      if (!missing(rng)) rows.push_back({stretch * truth[k] + noise(rng), "m" + std::to_string(k)});
-    std::sort(rows.begin(), rows.end());
-    ChromosomeRecord map;
-    for (const auto& [cm, name] : rows) map.marker_names.push_back(name), map.positions.push_back(cm);
-    maps.push_back(map);
-  }
-  const DistinctMarkers table = BuildDistinctMarkers(maps);
-  const std::vector<float> mean = ConsensusMeanDistances(maps, table);
-  std::vector<float> records(mean.size() * 2);
-  for (std::size_t k = 0; k < mean.size(); ++k) ConsensusPairRecord(mean[k], &records[2 * k]);
-  const PairTable pairs{records.data(), static_cast<int64_t>(mean.size()), 2, 3};
-
-  for (int method : {1, 2}) {
-    const int32_t n = table.Count();
-    std::vector<int32_t> order(n), anchor(table.maps_holding.begin(), table.maps_holding.end());
-    for (int32_t i = 0; i < n; ++i) order[i] = i + 1;
-    std::vector<float> position(n);
-    UniformStream random;
-    OrderConsensus(pairs, method, n, anchor.data(), order.data(), position.data(), random, {});
-    std::vector<int> truth_index;  // the true rank of each marker in the consensus order
-    for (int32_t marker : order) truth_index.push_back(std::stoi(table.names[marker - 1].substr(1)));
-    if (truth_index.front() > truth_index.back()) std::reverse(truth_index.begin(), truth_index.end());
-    std::vector<int> expected(truth_index);
-    std::sort(expected.begin(), expected.end());
-    EXPECT_EQ(truth_index, expected) << "method " << method;
-  }
 }
 
 }  // namespace
