@@ -5,6 +5,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cmath>
 #include <cstdio>
 #include <numeric>
@@ -102,8 +104,75 @@ void BM_OrderingDefault(benchmark::State& state) {
   state.counters["length_cM"] = position.back();
   std::remove(map.path.c_str());
 }
-// A dense chromosome (100 cM: most neighbours show no recombinant, many ties) and a long one.
-BENCHMARK(BM_OrderingDefault)->Args({1000, 100})->Args({1000, 400})->Unit(benchmark::kSecond)->Iterations(1);
+// A dense chromosome (100 cM: most neighbours show no recombinant, many ties) and a long one;
+// then one group of 5,000 markers over 150 cM, the size a SNP array gives (target: 10 s).
+BENCHMARK(BM_OrderingDefault)->Args({1000, 100})->Args({1000, 400})->Args({5000, 150})->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
+
+// One chromosome bred meiosis by meiosis: a backcross of 300 gametes, markers at random
+// positions over `length` cM (Haldane), each pair's frequency the share of recombinant
+// gametes and its LOD from that share. Unlike the independent draws above, the estimates
+// agree with one another as real data do (blocks of markers with no recombinant between them).
+SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
+  constexpr int kGametes = 300, kWords = (kGametes + 63) / 64;
+  SyntheticMap map{"/tmp/gaengine-bench-bred-" + std::to_string(markers) + ".LRD", markers};
+  std::mt19937_64 rng(seed);
+  std::uniform_real_distribution<double> unit(0.0, 1.0);
+  std::vector<double> pos(static_cast<std::size_t>(markers));
+  for (double& p : pos) p = unit(rng) * length;
+  std::vector<std::size_t> by_position(pos.size());
+  std::iota(by_position.begin(), by_position.end(), 0);
+  std::sort(by_position.begin(), by_position.end(), [&](std::size_t a, std::size_t b) { return pos[a] < pos[b]; });
+  std::vector<uint64_t> bits(static_cast<std::size_t>(markers) * kWords, 0);
+  for (int g = 0; g < kGametes; ++g) {
+    int origin = unit(rng) < 0.5;
+    double last = 0.0;
+    for (const std::size_t m : by_position) {
+      if (unit(rng) < 0.5 * (1.0 - std::exp(-2.0 * (pos[m] - last) / 100.0))) origin = 1 - origin;
+      last = pos[m];
+      if (origin) bits[m * kWords + static_cast<std::size_t>(g / 64)] |= uint64_t{1} << (g % 64);
+    }
+  }
+  std::FILE* f = std::fopen(map.path.c_str(), "wb");
+  std::vector<float> row;
+  for (int i = 1; i < markers; ++i) {
+    row.clear();
+    for (int j = 0; j < i; ++j) {
+      int recombinants = 0;
+      for (int w = 0; w < kWords; ++w)
+        recombinants += std::popcount(bits[static_cast<std::size_t>(i) * kWords + w] ^ bits[static_cast<std::size_t>(j) * kWords + w]);
+      const double r = static_cast<double>(recombinants) / kGametes;
+      const double rr = std::clamp(r, 1e-4, 1.0 - 1e-4);
+      const double lod = kGametes * (rr * std::log10(rr) + (1.0 - rr) * std::log10(1.0 - rr) + std::log10(2.0));
+      row.push_back(static_cast<float>(-std::max(lod, 0.0)));
+      row.push_back(static_cast<float>(r));
+    }
+    std::fwrite(row.data(), sizeof(float), row.size(), f);
+  }
+  std::fclose(f);
+  gae::PairStoreSettings& settings = gae::Process().pair_store;
+  settings.lrd_name = map.path;
+  settings.record_length = 2;
+  settings.mapping_function = 1;
+  return map;
+}
+
+// A 5,000-marker group of a bred chromosome of 150 cM ordered with the MAP defaults (target:
+// at most 10 s on two cores).
+void BM_OrderingDefaultBred(benchmark::State& state) {
+  const int markers = static_cast<int>(state.range(0));
+  const SyntheticMap map = WriteBredStore(markers, 150.0, 17);
+  setenv("GAENGINE_SEED", "12345", 1);
+  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), order(static_cast<std::size_t>(markers));
+  std::vector<float> position(static_cast<std::size_t>(markers));
+  int status = 0;
+  for (auto _ : state) {
+    std::iota(order.begin(), order.end(), 1);
+    MAPOrdering(0, 2, 2, 1, 5, 3, markers, anchor.data(), order.data(), position.data(), &status);
+  }
+  state.counters["length_cM"] = position.back();
+  std::remove(map.path.c_str());
+}
+BENCHMARK(BM_OrderingDefaultBred)->Arg(5000)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
 
 // Rippling that group, ordered first, with a window of 5 on the LOD value.
 void BM_RipplingWindow5(benchmark::State& state) {

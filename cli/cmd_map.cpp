@@ -3,42 +3,43 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
-#include "gaengine.h"
 #include "consensus_run.h"
+#include "frame/message_code.h"
+#include "frame/name_codes.h"
 #include "front_end_map.h"
+#include "frame/population.h"
+#include "frame/tool_profile.h"
+#include "gaengine.h"
+#include "input/header_fields.h"
+#include "lod_tree_view.h"
 #include "map_check.h"
+#include "plot_sources.h"
+#include "twopoint/pair_store_writer.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
 namespace {
 
-const char* const kPopulationNames[] = {
-    "P1BC1F1", "P2BC1F1", "F1DH",    "RIL",     "P1BC1RIL", "P2BC1RIL", "F2",
-    "F3",      "P1BC2F1", "P2BC2F1", "P1BC2RIL", "P2BC2RIL", "P1BC1F2",  "P2BC1F2",
-    "P1BC2F2", "P2BC2F2", "P1BC1DH", "P2BC1DH", "P1BC2DH",  "P2BC2DH"};
-
-// The population type: the first value of the file, after its remark lines.
+// The population type: the first header value, read by the library's own reader.
 int PopulationTypeOf(const std::string& path) {
-  std::ifstream in(path);
-  std::string line;
-  while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '!' || line.find_first_not_of(" \t\r") == std::string::npos) continue;
-    std::istringstream fields(line);
-    int type = 0;
-    return fields >> type ? type : 0;
-  }
-  return 0;
+  gae::InputFile in;
+  int32_t type = 0;
+  if (!in.Open(path)) return 0;
+  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, gae::ProfileOf(gae::MapTool::kMAP).tool_code, type);
+  gae::MessageCode() = 0;  // a bad type shows as "?" in the summary; the run has already said why
+  return type;
 }
 
 class Stopwatch {
@@ -70,21 +71,26 @@ long long FlaggedGenotypes(const std::string& err_path) {
 }
 
 void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times) {
+                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note) {
   const int type = PopulationTypeOf(file);
   std::printf("\nSummary of %s\n", file.c_str());
-  std::printf("  Population        %s (type %d)\n", type >= 1 && type <= 20 ? kPopulationNames[type - 1] : "?", type);
+  const std::string_view name = gae::PopulationName(gae::kBiparentalDesign, type);
+  std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   std::printf("  Markers read      %d\n", markers.num_markers);
-  std::printf("  Linkage groups    %d\n", map.num_groups);
+  if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
+  const gae::MapModel& m = map.model;
+  const std::vector<std::string> names = map.Names();
+  std::printf("  Linkage groups    %d\n", m.num_groups);
   int start = 0;
-  for (int g = 0; g < map.num_groups; ++g) {
-    const int size = map.group_size[g];
-    const float length = size > 0 ? map.position[start + size - 1] - map.position[start] : 0.0f;
-    std::printf("    Chromsome%-4d %5d markers %9.1f cM\n", g + 1, size, length);
+  for (int g = 0; g < m.num_groups; ++g) {
+    const int size = m.group_size[g];
+    const float length = size > 0 ? m.position[start + size - 1] - m.position[start] : 0.0f;
+    const std::string& label = names[static_cast<size_t>(g)];
+    std::printf("    %-13s %5d markers %9.1f cM\n", label.substr(0, label.find_last_not_of(' ') + 1).c_str(), size, length);
     start += size;
   }
-  std::printf("  Unlinked markers  %d\n", map.num_unlinked);
-  const std::string stem = ResultStem(file);
+  std::printf("  Unlinked markers  %d\n", m.num_unlinked);
+  const std::string stem = gae::ResultStem(file);
   const long long flagged = FlaggedGenotypes(stem + ".err");
   if (flagged >= 0) std::printf("  Suspect genotypes %lld set to missing in %sEC.map\n", flagged, stem.c_str());
   std::printf("  Files written    ");
@@ -94,7 +100,57 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
 
-int RunMap(const std::string& file) {
+// The default threshold of a whole run, a LOD score, as the library's MAP profile holds it.
+float DefaultLod() { return gae::ProfileOf(gae::MapTool::kMAP).defaults.threshold; }
+
+// The LOD threshold of the run from --lod ("auto", a number, or empty for the default), with
+// the words the summary gives about it. False when the option cannot be used.
+bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float& threshold,
+                     std::string& note) {
+  threshold = DefaultLod();
+  if (lod.empty()) return true;
+  if (lod != "auto") {
+    try {
+      size_t used = 0;
+      threshold = std::stof(lod, &used);
+      if (used != lod.size()) throw std::invalid_argument(lod);
+    } catch (const std::exception&) {
+      std::fprintf(stderr, "--lod takes a number or \"auto\", not \"%s\"\n", lod.c_str());
+      return false;
+    }
+    char text[64];
+    std::snprintf(text, sizeof text, "LOD %.1f, as asked", static_cast<double>(threshold));
+    note = text;
+    return true;
+  }
+  std::vector<gae::LodTreeRow> rows;
+  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows)) {
+    std::fprintf(stderr, "%s: cannot read %s\n", file.c_str(), gae::PairStoreName(file).c_str());
+    return false;
+  }
+  const AutoLod choice = ChooseLod(rows, num_markers);
+  if (choice.found) {
+    threshold = choice.threshold;
+    note = choice.reason;
+  }
+  return true;
+}
+
+// With the default threshold: a warning when one group holds most markers while the LOD tree
+// shows more groups that hold together over a run of higher thresholds.
+std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& map) {
+  const gae::MapModel& m = map.model;
+  const int largest = m.group_size.empty() ? 0 : *std::max_element(m.group_size.begin(), m.group_size.end());
+  if (2 * largest <= m.num_markers) return "";
+  std::vector<gae::LodTreeRow> rows;
+  if (!ProjectLodTree(file, m.num_markers, 2.0f, 15.0f, 1.0f, rows)) return "";
+  const AutoLod choice = ChooseLod(rows, m.num_markers);
+  if (!choice.found || choice.threshold <= DefaultLod() || choice.groups < 2) return "";
+  return "warning: one group holds " + std::to_string(largest) + " of " + std::to_string(m.num_markers) +
+         " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
+}
+
+int RunMap(const std::string& file, const std::string& lod) {
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
@@ -103,46 +159,65 @@ int RunMap(const std::string& file) {
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
+  // The settled defaults of a whole MAP run, stage by stage, as the front end passes them;
+  // only the grouping threshold may be chosen on the command line.
+  const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kMAP);
+  const gae::StageDefaults& d = tool.defaults;
+  float threshold = d.threshold;
+  std::string grouping_note;
+  if (!ChooseThreshold(file, lod, markers.num_markers, threshold, grouping_note)) return 1;
   FrontEndMap map;
-  map.num_markers = markers.num_markers;
-  map.group.assign(map.num_markers, 0);
+  gae::MapModel& m = map.model;
+  gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
-  MAPGrouping(104, 1, 1, 3.0f, map.num_markers, markers.anchor.data(), map.group.data(), &status);
+  MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
+              markers.anchor.data(), m.group.data(), &status);
   map.BuildFromGroups();
+  if (lod.empty()) grouping_note = DefaultThresholdWarning(file, map);
   times.push_back({"grouping", clock.Lap()});
-  MAPOrderingAll(104, 2, 2, 1, 5, 3, map.num_markers, map.num_groups, map.group_size.data(),
-                 map.group_status.data(), &map.map_state, markers.anchor.data(), map.group.data(),
-                 map.order.data(), map.position.data(), &status);
+  MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
+                 d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
+                 m.group_size.data(), m.group_status.data(), &m.map_state, markers.anchor.data(),
+                 m.group.data(), m.order.data(), m.position.data(), &status);
   times.push_back({"ordering", clock.Lap()});
-  MAPRipplingAll(104, 1, 5, map.num_markers, map.num_groups, map.group_size.data(),
-                 map.group_status.data(), &map.map_state, map.group.data(), map.order.data(),
-                 map.position.data(), &status);
+  MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
+                 m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
+                 m.order.data(), m.position.data(), &status);
   times.push_back({"rippling", clock.Lap()});
-  const std::vector<int> names = map.NameCodes();
+  const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
-  MAPOutput(path.Len(), path.Data(), map.num_markers, markers.anchor.data(), map.num_mapped,
-            map.num_unlinked, map.num_groups, names.data(), map.group_size.data(), map.order.data(),
-            map.position.data(), 1, 1, 1, 1);
+  MAPOutput(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
+            m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
+            m.position.data(), 1, 1, 1, 1);
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, markers, map, times);
+  PrintSummary(file, markers, map, times, grouping_note);
   return 0;
-}
-
-// A consensus-map file goes by its extension, as the desktop program tells its tools apart.
-bool IsConsensusFile(const std::string& file) {
-  if (file.size() < 4) return false;
-  std::string ext = file.substr(file.size() - 4);
-  std::transform(ext.begin(), ext.end(), ext.begin(), [](unsigned char c) { return std::tolower(c); });
-  return ext == ".cmp";
 }
 
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file, or a consensus of the maps of a CMP file, with the default settings");
-  static std::string file;
-  cmd->add_option("file", file, "MAP or CMP input file")->required();
-  cmd->callback([&exit_code] { exit_code = IsConsensusFile(file) ? RunConsensus(file) : RunMap(file); });
+  auto* cmd = app.add_subcommand(
+      "map", "Build a linkage map from a MAP input file, or the consensus of the maps of a CMP file, with the default settings");
+  static std::string file, lod;
+  cmd->add_option("file", file, "MAP input file, or CMP (by its extension .cmp)")->required();
+  cmd->add_option("--lod", lod,
+                  "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
+                  "run over which the groups stay the same (default 3)");
+  static bool plots = false;
+  cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+  cmd->callback([&exit_code] {
+    MapTool tool = MapTool::kMap;
+    const bool consensus = MapToolOf(file, tool) && tool == MapTool::kCmp;
+    if (consensus && !lod.empty()) {
+      // A consensus is one group of all markers: there is no threshold to choose.
+      std::fprintf(stderr, "--lod applies to MAP files only\n");
+      exit_code = 1;
+      return;
+    }
+    exit_code = consensus ? RunConsensus(file) : RunMap(file, lod);
+    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, consensus ? "CMP" : "MAP");
+  });
 }
 
 }  // namespace gaecli

@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "map_check.h"
+#include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
 
@@ -25,7 +26,7 @@ void RegisterPairsCommand(CLI::App& app, int& exit_code) {
     }
     const int n = t.num_markers;
     std::printf("%d markers, %lld pairs in %s\n", n, static_cast<long long>(n) * (n - 1) / 2,
-                PairFileName(file).c_str());
+                gae::PairStoreName(file).c_str());
     if (show_markers) {
       std::printf("%-20s %6s %6s %6s %6s %8s %12s %10s\n", "Marker", "A/D", "H", "B/R", "X",
                   "Category", "Chi-square", "Pr>ChiSq");

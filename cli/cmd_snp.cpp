@@ -12,6 +12,7 @@
 #include "gaengine.h"
 #include "input/list_reader.h"
 #include "prep/map_input_text.h"
+#include "frame/path_stem.h"
 #include "prep/snp_conversion.h"
 #include "prep/snp_reader.h"
 
@@ -24,8 +25,7 @@ const char* ToolName(int tool_code) {
 }
 
 std::string DefaultOutput(const std::string& file, int tool_code) {
-  const std::string stem = file.size() > 4 ? file.substr(0, file.size() - 4) : file;
-  return stem + (tool_code == 20 ? ".cdm" : tool_code == 30 ? ".plm" : ".map");
+  return gae::PathStem(file) + (tool_code == 20 ? ".cdm" : tool_code == 30 ? ".plm" : ".map");
 }
 
 int Fail(const std::string& file, int status) {

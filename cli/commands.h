@@ -18,6 +18,12 @@ void RegisterCheckCommand(CLI::App& app, int& exit_code);
 void RegisterTwoPointCommand(CLI::App& app, int& exit_code);
 void RegisterSnpCommand(CLI::App& app, int& exit_code);
 void RegisterBinCommand(CLI::App& app, int& exit_code);
+void RegisterPlotCommand(CLI::App& app, int& exit_code);
+void RegisterGroupsCommand(CLI::App& app, int& exit_code);
+
+// Draws <stem>.map.svg and <stem>.rf.png of a finished map from its result files. `tool_name`
+// is MAP, CDM or CMP; empty to take it from the file name. Returns the exit status.
+int WriteMapPictures(const std::string& file, const std::string& tool_name);
 
 // The path argument of the exports: its bytes and their count.
 struct PathArg {

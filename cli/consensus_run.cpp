@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "commands.h"
+#include "frame/message_code.h"
+#include "frame/name_codes.h"
+#include "frame/tool_profile.h"
 #include "front_end_map.h"
 #include "gaengine.h"
-#include "map_check.h"
+#include "input/consensus_input.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -24,41 +26,24 @@ struct ConsensusCheck {
 };
 
 // The names and lengths of the input maps, for the summary only: the exports hand back the
-// places of the markers, not their positions. The file has passed the library's check, so
-// its rows are read plainly: remarks skipped, the three header values, the list of maps, then
-// one row per marker whose last value is a position or an interval.
+// places of the markers, not their positions. The file is read again by the library's reader.
 struct InputMap {
   std::string name;
-  float length = 0.0f;
+  float length = 0.0f;  // last position less first, cM
 };
 
-std::vector<InputMap> ReadInputMaps(const std::string& path, const ConsensusCheck& check) {
-  std::ifstream in(path);
-  std::vector<std::string> rows;
-  for (std::string line; std::getline(in, line);) {
-    const size_t first = line.find_first_not_of(" \t\r");
-    if (first != std::string::npos && line[first] != '!') rows.push_back(line);
-  }
-  std::vector<InputMap> maps(check.num_maps);
-  std::vector<int> sizes(check.num_maps, 0);
-  size_t row = 3;
-  for (int c = 0; c < check.num_maps && row < rows.size(); ++c, ++row) {
-    std::istringstream fields(rows[row]);
-    fields >> maps[c].name >> sizes[c];
-  }
-  const float unit = check.space_unit == 2 ? 100.0f : 1.0f;
-  for (int c = 0; c < check.num_maps; ++c) {
-    float first = 0.0f, last = 0.0f;
-    for (int j = 0; j < sizes[c] && row < rows.size(); ++j, ++row) {
-      std::istringstream fields(rows[row]);
-      std::string name, id;
-      float value = 0.0f;
-      fields >> name >> id >> value;
-      last = check.space_type == 1 ? last + value * unit : value * unit;
-      if (j == 0) first = last;
+std::vector<InputMap> ReadInputMaps(const std::string& path) {
+  gae::InputFile in;
+  gae::ConsensusInput data;
+  std::vector<InputMap> maps;
+  if (in.Open(path) && gae::ReadConsensusInput(in, data)) {
+    for (size_t c = 0; c < data.maps.chromosomes.size(); ++c) {
+      const std::vector<float>& p = data.maps.chromosomes[c].positions;
+      const std::string& name = data.maps.chromosome_names[c];
+      maps.push_back({name.substr(0, name.find_last_not_of(' ') + 1), p.empty() ? 0.0f : p.back() - p.front()});
     }
-    maps[c].length = last - first;
   }
+  gae::MessageCode() = 0;  // the check has already passed this file
   return maps;
 }
 
@@ -66,8 +51,8 @@ std::vector<InputMap> ReadInputMaps(const std::string& path, const ConsensusChec
 // markers of that map that the consensus places; 2 (no value) for fewer than two of them.
 double RankCorrelation(const ConsensusCheck& check, int map, const FrontEndMap& consensus) {
   std::vector<std::pair<int, int>> pairs;  // (place on the map, rank in the consensus)
-  for (int k = 0; k < consensus.num_mapped; ++k) {
-    const int place = check.Place(consensus.order[k] - 1, map);
+  for (int k = 0; k < consensus.model.num_mapped; ++k) {
+    const int place = check.Place(consensus.model.order[k] - 1, map);
     if (place > 0) pairs.push_back({place, k});
   }
   const double n = static_cast<double>(pairs.size());
@@ -102,11 +87,12 @@ int CheckConsensusFile(const std::string& file, ConsensusCheck& check) {
 void PrintSummary(const std::string& file, const ConsensusCheck& check, const FrontEndMap& map) {
   const long shared = std::count_if(check.maps_holding.begin(), check.maps_holding.end(),
                                     [](int held) { return held >= 2; });
+  const gae::MapModel& m = map.model;
   float length = 0.0f;
   int start = 0;
-  for (int g = 0; g < map.num_groups; ++g) {
-    const int size = map.group_size[g];
-    if (size > 0) length += map.position[start + size - 1] - map.position[start];
+  for (int g = 0; g < m.num_groups; ++g) {
+    const int size = m.group_size[g];
+    if (size > 0) length += m.position[start + size - 1] - m.position[start];
     start += size;
   }
   std::printf("\nConsensus of %s\n", file.c_str());
@@ -123,7 +109,8 @@ void PrintSummary(const std::string& file, const ConsensusCheck& check, const Fr
     if (rho[c] <= 1.0) sum += rho[c];
   }
   const double sign = sum < 0.0 ? -1.0 : 1.0;
-  const std::vector<InputMap> inputs = ReadInputMaps(file, check);
+  const std::vector<InputMap> inputs = ReadInputMaps(file);
+  if (inputs.size() != static_cast<size_t>(check.num_maps)) return;
   std::printf("  %-20s %8s %10s %16s\n", "Input map", "markers", "length", "rank correlation");
   for (int c = 0; c < check.num_maps; ++c) {
     int held = 0;
@@ -132,8 +119,13 @@ void PrintSummary(const std::string& file, const ConsensusCheck& check, const Fr
     if (rho[c] <= 1.0) std::printf(" %16.3f\n", sign * rho[c]);
     else std::printf(" %16s\n", "-");
   }
-  const std::string stem = ResultStem(file);
+  const std::string stem = gae::ResultStem(file);
   std::printf("  Files written     %s.LRD %s.sum %s.dis\n", stem.c_str(), stem.c_str(), stem.c_str());
+}
+
+int StageFailed(const std::string& file, const char* stage, int status) {
+  std::fprintf(stderr, "%s: %s stopped with status %d (see CMP.log)\n", file.c_str(), stage, status);
+  return 1;
 }
 
 }  // namespace
@@ -144,25 +136,32 @@ int RunConsensus(const std::string& file) {
     std::fprintf(stderr, "%s: check failed with status %d (see CMP.log)\n", file.c_str(), status);
     return 1;
   }
-  // The settled defaults of a whole consensus run: one group, the shared markers ordered
-  // first by distance, a window of five.
+  // The settled defaults of a whole consensus run, as the library's CMP profile holds them:
+  // one group, the shared markers ordered first by distance, a window of five.
+  const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kCMP);
+  const gae::StageDefaults& d = tool.defaults;
   FrontEndMap map;
-  map.num_markers = check.num_markers;
-  map.group.assign(map.num_markers, 0);
+  gae::MapModel& m = map.model;
+  gae::AllocateMapState(m, check.num_markers);
   int status = 0;
-  MAPGrouping(105, 1, 3, 3.0f, map.num_markers, check.maps_holding.data(), map.group.data(), &status);
+  MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, d.threshold, m.num_markers,
+              check.maps_holding.data(), m.group.data(), &status);
+  if (status != 0) return StageFailed(file, "grouping", status);
   map.BuildFromGroups();
-  MAPOrderingAll(105, 2, 3, 1, 5, 3, map.num_markers, map.num_groups, map.group_size.data(),
-                 map.group_status.data(), &map.map_state, check.maps_holding.data(),
-                 map.group.data(), map.order.data(), map.position.data(), &status);
-  MAPRipplingAll(105, 3, 5, map.num_markers, map.num_groups, map.group_size.data(),
-                 map.group_status.data(), &map.map_state, map.group.data(), map.order.data(),
-                 map.position.data(), &status);
-  const std::vector<int> names = map.NameCodes();
+  MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
+                 d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
+                 m.group_size.data(), m.group_status.data(), &m.map_state,
+                 check.maps_holding.data(), m.group.data(), m.order.data(), m.position.data(),
+                 &status);
+  if (status != 0) return StageFailed(file, "ordering", status);
+  MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
+                 m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
+                 m.order.data(), m.position.data(), &status);
+  if (status != 0) return StageFailed(file, "rippling", status);
+  const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
-  CMPOutput(path.Len(), path.Data(), map.num_markers, map.num_mapped, map.num_unlinked,
-            map.num_groups, names.data(), map.group_size.data(), map.order.data(),
-            map.position.data(), 1);
+  CMPOutput(path.Len(), path.Data(), m.num_markers, m.num_mapped, m.num_unlinked, m.num_groups,
+            names.data(), m.group_size.data(), m.order.data(), m.position.data(), 1);
   PrintSummary(file, check, map);
   return 0;
 }

@@ -21,6 +21,8 @@ int main(int argc, char** argv) {
   gaecli::RegisterTwoPointCommand(app, exit_code);
   gaecli::RegisterSnpCommand(app, exit_code);
   gaecli::RegisterBinCommand(app, exit_code);
+  gaecli::RegisterPlotCommand(app, exit_code);
+  gaecli::RegisterGroupsCommand(app, exit_code);
 
   // The seed must be in place before any sub-command runs.
   app.parse_complete_callback([&] {

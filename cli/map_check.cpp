@@ -10,6 +10,7 @@
 
 #include "commands.h"
 #include "gaengine.h"
+#include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
 
@@ -45,12 +46,6 @@ std::string MarkerTable::Name(int i) const {
   return name.substr(0, name.find_last_not_of(' ') + 1);
 }
 
-std::string ResultStem(const std::string& path) {
-  return path.substr(0, path.size() > 4 ? path.size() - 4 : 0);
-}
-
-std::string PairFileName(const std::string& path) { return ResultStem(path) + ".LRD"; }
-
 int CheckMapFile(const std::string& path, MarkerTable& t) {
   const PathArg arg(path);
   int n = 0, status = 0;
@@ -62,7 +57,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
   std::atomic<bool> done{false};
-  std::thread progress(ShowProgress, PairFileName(path), 8LL * n * (n - 1) / 2, std::cref(done));
+  std::thread progress(ShowProgress, gae::PairStoreName(path), 8LL * n * (n - 1) / 2, std::cref(done));
   CheckErrorMAP(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), t.size_a.data(),
                 t.size_h.data(), t.size_b.data(), t.size_x.data(), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);

@@ -14,11 +14,6 @@ struct MarkerTable {
   std::string Name(int i) const;  // trailing blanks dropped
 };
 
-// The stem of a project's result files: its path less the last four characters.
-std::string ResultStem(const std::string& path);
-// The .LRD name of a project file: its stem plus ".LRD".
-std::string PairFileName(const std::string& path);
-
 // MAPFindNumMarkers, then CheckErrorMAP. Returns the Status of the first that fails, or 0.
 int CheckMapFile(const std::string& path, MarkerTable& table);
 

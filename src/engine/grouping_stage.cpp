@@ -8,6 +8,7 @@
 #include "engine/grouping.h"
 #include "engine/stage_support.h"
 #include "frame/cpu_clock.h"
+#include "frame/frame_codes.h"
 
 namespace gae {
 
@@ -29,22 +30,23 @@ bool NeedsStore(const StageRules& rules, int method) {
 // The code that rejects these options (value in *value), or 0.
 int GroupingOptionError(const StageRules& rules, int method, int by_what, int* value) {
   if (rules.consensus) {
-    if (by_what != 3) return *value = by_what, 1105;
+    if (by_what != 3) return *value = by_what, kGroupingByWhatConsensus;
     return 0;
   }
-  if ((method == 1 || method == 2) && (by_what < 1 || by_what > 3)) return *value = by_what, 1106;
-  if (method < 1 || method > 3) return *value = method, 1107;
+  if ((method == 1 || method == 2) && (by_what < 1 || by_what > 3)) return *value = by_what, kGroupingByWhat;
+  if (method < 1 || method > 3) return *value = method, kGroupingMethod;
   return 0;
 }
 
 }  // namespace
 
-void GroupingEntry(const StageRules& rules, int Method, int ByWhat, float Threshold, int NumMarkers,
+void GroupingEntry(const StageContext& context, int Method, int ByWhat, float Threshold, int NumMarkers,
                    const int* Anchor, int* Group, int* Status) {
   int unused_status = 0;  // a caller without a status still gets the work done
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
-  PrintStageLine(1104);
+  const StageRules& rules = context.rules;
+  PrintStageLine(kGroupingRunning);
   const float t1 = CpuSeconds();
   int value = 0;
   if (const int code = GroupingOptionError(rules, Method, ByWhat, &value)) {
@@ -52,7 +54,7 @@ void GroupingEntry(const StageRules& rules, int Method, int ByWhat, float Thresh
     return;
   }
   PairStoreFile store;
-  if (NeedsStore(rules, Method) && !OpenStageStore(store, Status)) return;
+  if (NeedsStore(rules, Method) && !OpenStageStore(store, context.store, Status)) return;
   const PairTable& table = store.Table();
   const int32_t n = NumMarkers > 0 ? NumMarkers : 0;
   std::vector<int32_t> group(Group, Group + n);
@@ -74,7 +76,7 @@ void GroupingEntry(const StageRules& rules, int Method, int ByWhat, float Thresh
   }
   std::copy(group.begin(), group.end(), Group);
   const float t2 = CpuSeconds();
-  PrintStageLine(1108);
+  PrintStageLine(kGroupingDone);
   PrintStageTime(t1, t2);
 }
 

@@ -1,5 +1,5 @@
 // The grouping stage as the export and the pipeline drivers call it, with the arguments of the
-// exported function: reads the pairwise store of the last CheckError of the process and fills
+// exported function: reads the pairwise store that the context names and fills
 // Group from Anchor. The caller holds the tool's run log.
 #pragma once
 
@@ -11,7 +11,7 @@ namespace gae {
 // 2 to a number of groups (Threshold rounded, halves away from zero), 3 by anchors alone.
 // A consensus map takes ByWhat 3 only: its method 1 puts every marker in one group and its
 // method 2 groups by distance, its Anchor holding map counts, not anchors.
-void GroupingEntry(const StageRules& rules, int Method, int ByWhat, float Threshold, int NumMarkers,
+void GroupingEntry(const StageContext& context, int Method, int ByWhat, float Threshold, int NumMarkers,
                    const int* Anchor, int* Group, int* Status);
 
 }  // namespace gae

@@ -1,10 +1,13 @@
 #include "engine/ordering_methods.h"
 
 #include <algorithm>
+#include <atomic>
+#include <thread>
 #include <limits>
 #include <numeric>
 
 #include "engine/local_search.h"
+#include "engine/neighbour_lists.h"
 #include "engine/sort_sample.h"
 #include "engine/tour_primitives.h"
 #include "frame/fixed_format.h"
@@ -17,6 +20,24 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 void Report(const StartSink& sink, const StartRecord& record) {
   if (sink) sink(record);
+}
+
+// Runs job(0) .. job(count-1) on as many threads as the machine has cores, each job once.
+// Small matrices stay on the calling thread, where a thread would cost more than the search.
+void RunSideBySide(int32_t count, const std::function<void(int32_t)>& job, bool worth_threads) {
+  const int32_t threads = worth_threads ? std::min<int32_t>(count, static_cast<int32_t>(std::max(1u, std::thread::hardware_concurrency()))) : 1;
+  if (threads <= 1) {
+    for (int32_t s = 0; s < count; ++s) job(s);
+    return;
+  }
+  std::atomic<int32_t> next{0};
+  auto worker = [&] {
+    for (int32_t s = next++; s < count; s = next++) job(s);
+  };
+  std::vector<std::thread> pool;
+  for (int32_t t = 1; t < threads; ++t) pool.emplace_back(worker);
+  worker();
+  for (std::thread& t : pool) t.join();
 }
 
 }  // namespace
@@ -50,21 +71,33 @@ void OrderMultiStart(const TourMatrix& d, int32_t starts, int32_t search, Unifor
   RNSRI(count, n, random, drawn.data());
   random.SetSeed(saved);
 
-  float best = kInfinity;
-  Tour tour;
-  for (int32_t s = 0; s < count; ++s) {
-    StartRecord record{n, s + 1};
+  // The starts are independent searches on one matrix: they run side by side, and their
+  // results are judged afterwards in the order of the draw, so the earliest start still wins
+  // ties and the log lines come in the same order.
+  const NeighbourLists near(d);
+  std::vector<StartRecord> records(static_cast<std::size_t>(count));
+  std::vector<Tour> tours(static_cast<std::size_t>(count));
+  auto run = [&](int32_t s) {
+    StartRecord& record = records[static_cast<std::size_t>(s)];
+    Tour& tour = tours[static_cast<std::size_t>(s)];
+    record = {n, s + 1};
     NearestNeighbourTour(d, drawn[static_cast<std::size_t>(s)], tour);
     float longest = 0.0f;
     ClosedLength(d, tour, &record.closed_before, &longest);
     record.open_before = record.closed_before - longest;
-    RunLocalSearch(search, d, tour);
+    RunLocalSearch(search, d, tour, &near);
     float closing = 0.0f;
     OpenLength(d, tour, &record.open_after, &closing);
     record.closed_after = record.open_after + closing;
+  };
+  RunSideBySide(count, run, n >= 200);
+
+  float best = kInfinity;
+  for (int32_t s = 0; s < count; ++s) {
+    const StartRecord& record = records[static_cast<std::size_t>(s)];
     if (record.open_after < best) {
       best = record.open_after;
-      perm = tour;
+      perm = tours[static_cast<std::size_t>(s)];
     }
     Report(sink, record);
   }

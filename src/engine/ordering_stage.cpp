@@ -6,7 +6,7 @@
 #include "engine/order_group.h"
 #include "engine/stage_support.h"
 #include "frame/cpu_clock.h"
-#include "frame/process_state.h"
+#include "frame/frame_codes.h"
 
 namespace gae {
 
@@ -15,21 +15,25 @@ namespace {
 // The code that rejects these options (value in *value), or 0.
 int OrderingOptionError(const StageRules& rules, int method, int by_what, int* value) {
   if (rules.consensus) {
-    if (method < 1 || method > 2) return *value = method, 1110;
-    if (by_what != 3) return *value = by_what, 1111;
+    if (method < 1 || method > 2) return *value = method, kOrderingMethodConsensus;
+    if (by_what != 3) return *value = by_what, kOrderingByWhatConsensus;
     return 0;
   }
-  if (method < 1 || method > 4) return *value = method, 1112;
-  if (by_what < 1 || by_what > 3) return *value = by_what, 1113;
+  if (method < 1 || method > 4) return *value = method, kOrderingMethod;
+  if (by_what < 1 || by_what > 3) return *value = by_what, kOrderingByWhat;
   return 0;
 }
 
 // One group whose options passed, on an open store.
-void OrderOneGroup(const PairTable& table, const StageRules& rules, const OrderingOptions& options, int n,
-                   const int* anchor, int* order, float* position) {
-  const StartSink to_log = [](const StartRecord& record) { Process().log.Write(StartLine(record)); };
-  UniformStream& random = Process().random;
-  if (rules.consensus) {
+void OrderOneGroup(const PairTable& table, const StageContext& context,
+                   const OrderingOptions& options, int n, const int* anchor, int* order,
+                   float* position) {
+  const StartSink to_log = [&](const StartRecord& record) {
+    if (context.log_only) context.log_only(StartLine(record));
+  };
+  UniformStream local;  // a caller without a stream of its own starts from the default seeds
+  UniformStream& random = context.random != nullptr ? *context.random : local;
+  if (context.rules.consensus) {
     OrderConsensus(table, options.method, n, anchor, order, position, random, to_log);
   } else {
     OrderGroup(table, options, n, anchor, order, position, random, to_log);
@@ -38,7 +42,7 @@ void OrderOneGroup(const PairTable& table, const StageRules& rules, const Orderi
 
 }  // namespace
 
-void OrderingEntry(const StageRules& rules, int Method, int ByWhat, int OrderingOption,
+void OrderingEntry(const StageContext& context, int Method, int ByWhat, int OrderingOption,
                    int OrderingParam1, int OrderingParam2, int GroupMarkers, const int* GroupAnchor,
                    int* GroupOrder, float* GroupPosition, int* Status) {
   int unused_status = 0;  // a caller without a status still gets the work done
@@ -46,17 +50,17 @@ void OrderingEntry(const StageRules& rules, int Method, int ByWhat, int Ordering
   *Status = 0;
   if (GroupMarkers < 2) return;
   int value = 0;
-  if (const int code = OrderingOptionError(rules, Method, ByWhat, &value)) {
+  if (const int code = OrderingOptionError(context.rules, Method, ByWhat, &value)) {
     RejectOption(code, value, Status);
     return;
   }
   PairStoreFile store;
-  if (!OpenStageStore(store, Status)) return;
+  if (!OpenStageStore(store, context.store, Status)) return;
   const OrderingOptions options{Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2};
-  OrderOneGroup(store.Table(), rules, options, GroupMarkers, GroupAnchor, GroupOrder, GroupPosition);
+  OrderOneGroup(store.Table(), context, options, GroupMarkers, GroupAnchor, GroupOrder, GroupPosition);
 }
 
-void OrderingAllEntry(const StageRules& rules, int Method, int ByWhat, int OrderingOption,
+void OrderingAllEntry(const StageContext& context, int Method, int ByWhat, int OrderingOption,
                       int OrderingParam1, int OrderingParam2, int NumMarkers, int NumGroups,
                       const int* GroupSize, int* GroupStatus, int* MapState, const int* Anchor,
                       const int* Group, int* Order, float* Position, int* Status) {
@@ -64,13 +68,13 @@ void OrderingAllEntry(const StageRules& rules, int Method, int ByWhat, int Order
   if (Status == nullptr) Status = &unused_status;
   *Status = 0;
   int value = 0;
-  const int rejected = OrderingOptionError(rules, Method, ByWhat, &value);
+  const int rejected = OrderingOptionError(context.rules, Method, ByWhat, &value);
   const GroupSlices slices(NumMarkers, NumGroups, GroupSize);
 
   bool needs_store = false;
   for (int g = 0; g < NumGroups && rejected == 0; ++g) needs_store |= GroupSize[g] >= 2 && slices.Fits(g);
   PairStoreFile store;
-  if (needs_store && !OpenStageStore(store, Status)) return;
+  if (needs_store && !OpenStageStore(store, context.store, Status)) return;
 
   // Each group's anchors by ascending marker number; entry k goes with position k of the
   // group's slice, whatever order the slice is in now.
@@ -80,7 +84,7 @@ void OrderingAllEntry(const StageRules& rules, int Method, int ByWhat, int Order
 
   const OrderingOptions options{Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2};
   for (int g = 0; g < NumGroups; ++g) {
-    PrintStageLine(1109, g + 1);
+    PrintStageLine(kOrderingRunning, g + 1);
     const int n = GroupSize[g];
     if (n < 2) {
       GroupStatus[g] = kGroupOrdered;
@@ -95,7 +99,7 @@ void OrderingAllEntry(const StageRules& rules, int Method, int ByWhat, int Order
       RejectOption(rejected, value, Status);
     } else {
       const std::size_t at = slices.Start(g);
-      OrderOneGroup(store.Table(), rules, options, n, anchor.data(), Order + at, Position + at);
+      OrderOneGroup(store.Table(), context, options, n, anchor.data(), Order + at, Position + at);
     }
     if (*Status == 0) GroupStatus[g] = kGroupOrdered;
     PrintStageTime(t1, CpuSeconds());

@@ -1,5 +1,6 @@
 #include "engine/search_pass.h"
 
+#include "engine/candidate_moves.h"
 #include "frame/pair_index.h"
 
 namespace gae {
@@ -27,6 +28,12 @@ PassView ViewPass(const TourMatrix& d, const Successors& next, bool open_path) {
     }
   }
   return v;
+}
+
+std::vector<int32_t> PositionsOf(const PassView& v) {
+  std::vector<int32_t> pos(static_cast<std::size_t>(v.m + 1), 0);
+  for (int32_t p = 0; p < v.m; ++p) pos[static_cast<std::size_t>(v.city[static_cast<std::size_t>(p)])] = p;
+  return pos;
 }
 
 }  // namespace gae

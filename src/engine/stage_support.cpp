@@ -1,16 +1,17 @@
 #include "engine/stage_support.h"
 
 #include "engine/map_state.h"
+#include "frame/frame_codes.h"
+#include "frame/message_code.h"
 #include "frame/messages.h"
-#include "frame/process_state.h"
 
 namespace gae {
 
-bool OpenStageStore(PairStoreFile& store, int* status) {
-  if (OpenProcessPairStore(store)) return true;
-  MessageCode() = 1002;
-  PrintMessage(1002, {MsgArg::Field(Process().pair_store.lrd_name)});
-  if (status != nullptr) *status = 1002;
+bool OpenStageStore(PairStoreFile& store, const PairStoreSettings& settings, int* status) {
+  if (OpenPairStore(store, settings)) return true;
+  MessageCode() = kMissingFile;
+  PrintMessage(kMissingFile, {MsgArg::Field(settings.lrd_name)});
+  if (status != nullptr) *status = kMissingFile;
   return false;
 }
 
@@ -26,7 +27,7 @@ void PrintStageLine(int code, int value) {
 }
 
 void PrintStageTime(float t1, float t2) {
-  MessageCode() = 1103;
+  MessageCode() = kCpuTime;
   PrintFrameMessage("", t1, t2, 0);
 }
 

@@ -9,11 +9,10 @@
 
 namespace gae {
 
-// Opens the pairwise store that the last CheckError of this process left. When there is none
-// (no CheckError ran, or its file has gone) the stage cannot work: the 1002 line names the
-// store (empty when there is no name), MessageCode and Status become 1002, and the caller
-// returns without changing anything.
-bool OpenStageStore(PairStoreFile& store, int* status);
+// Opens the pairwise store that `settings` name. When there is none (no CheckError ran, or its
+// file has gone) the stage cannot work: the 1002 line names the store (empty when there is no
+// name), MessageCode and Status become 1002, and the caller returns without changing anything.
+bool OpenStageStore(PairStoreFile& store, const PairStoreSettings& settings, int* status);
 
 // A rejected option: MessageCode and Status take `code`, and its line is printed with `value`.
 void RejectOption(int code, int value, int* status);

@@ -1,20 +1,17 @@
 // Which genotype states a population can show at one marker, and how a pair of flanking
 // states and a middle state become indices into the probability tables.
 //
-// A design code names the family of population: 10 bi-parental (population types 1 to 20),
-// 20 clonal F1 and double cross (types 1, 2), 31 four-way pure lines (1 DH, 2 RIL) and 32
-// eight-way pure lines (3 DH, 4 RIL). All indices here are 0-based.
+// The design codes (the family of population) are those of frame/population.h. All indices
+// here are 0-based.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
+#include "frame/population.h"
+
 namespace gae {
 
-inline constexpr int32_t kBiparentalDesign = 10;
-inline constexpr int32_t kClonalDesign = 20;
-inline constexpr int32_t kFourWayDesign = 31;
-inline constexpr int32_t kEightWayDesign = 32;
 
 // What the probability tables of a run depend on.
 struct PopulationModel {

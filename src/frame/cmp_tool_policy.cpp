@@ -34,9 +34,8 @@ int32_t CmpPolicy::StoreMappingFunction() const { return kCmpMappingFunction; }
 void CmpPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& /*random*/) {
-  MapLayout map;
+  FinishedMapLayout map;
   map.mapping_function = kCmpMappingFunction;
-  map.space_type = data_.space_type;
   map.marker_names = data_.maps.distinct.names;
   map.num_markers = finished.num_markers;
   map.num_mapped = finished.num_mapped;

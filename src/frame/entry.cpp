@@ -9,24 +9,20 @@ std::string EntryPath(int path_len, const char* path) {
   return end == std::string::npos ? std::string() : text.substr(0, end + 1);
 }
 
-std::string PathStem(const std::string& path) {
-  return path.substr(0, path.size() > 4 ? path.size() - 4 : 0);
-}
-
 void ReportMissingInput(const std::string& path, std::string_view dll_name, int* status) {
-  MessageCode() = 1002;
-  PrintMessage(1002, {MsgArg::Field(path)});
+  MessageCode() = kMissingFile;
+  PrintMessage(kMissingFile, {MsgArg::Field(path)});
   ReportEntryFailure(dll_name, status);
 }
 
 void ReportEntryFailure(std::string_view dll_name, int* status) {
   if (status != nullptr) *status = MessageCode();
-  MessageCode() = 1101;
+  MessageCode() = kEntryFailed;
   PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
 }
 
 void ReportEntrySuccess(std::string_view dll_name) {
-  MessageCode() = 1102;
+  MessageCode() = kEntrySucceeded;
   PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
 }
 

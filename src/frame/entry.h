@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "frame/frame_codes.h"
 #include "frame/messages.h"
+#include "frame/path_stem.h"
 #include "frame/process_state.h"
 #include "frame/run_log.h"
 
@@ -13,10 +15,6 @@ namespace gae {
 
 // The `PathLen` bytes at `path`, trailing blanks trimmed; empty when `PathLen` is below 1.
 std::string EntryPath(int path_len, const char* path);
-
-// The path less its last four characters (its extension): the stem that the pairwise file and
-// every result file are named by. Empty for a path of four characters or fewer.
-std::string PathStem(const std::string& path);
 
 // The input file is missing or unreadable: the 1002 line (the path followed by " does not
 // exist, and the program stops!"), `Status` 1002, then the entry's 1101 line.
@@ -38,12 +36,12 @@ void GuardedEntry(std::string_view tool, std::string_view dll_name, int* status,
     try {
       body();
     } catch (...) {
-      if (status != nullptr) *status = 1101;
-      MessageCode() = 1101;
+      if (status != nullptr) *status = kEntryFailed;
+      MessageCode() = kEntryFailed;
       PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
     }
   } catch (...) {
-    if (status != nullptr) *status = 1101;
+    if (status != nullptr) *status = kEntryFailed;
   }
 }
 

@@ -4,6 +4,7 @@
 // the best-place search allocates).
 #include "engine/edit_group_order.h"
 #include "engine/edit_marker_move.h"
+#include "frame/process_state.h"
 #include "gaengine.h"
 #include "twopoint/pair_store_file.h"
 

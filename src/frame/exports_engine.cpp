@@ -6,6 +6,7 @@
 #include "engine/ordering_stage.h"
 #include "engine/rippling_stage.h"
 #include "frame/entry.h"
+#include "frame/map_tool_driver.h"
 #include "frame/tool_profile.h"
 #include "gaengine.h"
 
@@ -14,7 +15,7 @@ extern "C" {
 GAE_API void MAPGrouping(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
                          const int* Anchor, int* Group, int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status, [&] {
-    gae::GroupingEntry(gae::StageRulesOf(ToolCode), Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
+    gae::GroupingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
   });
 }
 
@@ -34,7 +35,7 @@ GAE_API void MAPOrderingAll(int ToolCode, int Method, int ByWhat, int OrderingOp
                             const int* Anchor, const int* Group, int* Order, float* Position,
                             int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status, [&] {
-    gae::OrderingAllEntry(gae::StageRulesOf(ToolCode), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+    gae::OrderingAllEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                           NumMarkers, NumGroups, GroupSize, GroupStatus, MapState, Anchor, Group,
                           Order, Position, Status);
   });
@@ -45,7 +46,7 @@ GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOptio
                          const int* GroupAnchor, int* GroupOrder, float* GroupPosition,
                          int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status, [&] {
-    gae::OrderingEntry(gae::StageRulesOf(ToolCode), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
+    gae::OrderingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                        GroupMarkers, GroupAnchor, GroupOrder, GroupPosition, Status);
   });
 }
@@ -54,7 +55,7 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
                             const int* GroupSize, int* GroupStatus, int* MapState, const int* Group,
                             int* Order, float* Position, int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status, [&] {
-    gae::RipplingAllEntry(gae::StageRulesOf(ToolCode), ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
+    gae::RipplingAllEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
                           GroupStatus, MapState, Group, Order, Position, Status);
   });
 }
@@ -62,7 +63,7 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
 GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
                          int* GroupOrder, float* GroupPosition, int* Status) {
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRippling", Status, [&] {
-    gae::RipplingEntry(gae::StageRulesOf(ToolCode), ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
+    gae::RipplingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
   });
 }
 

@@ -1,7 +1,7 @@
 // Exports of the marker-count family: how large the caller's arrays must be.
 #include "frame/map_tool_driver.h"
 #include "gaengine.h"
-#include "input/find_num_markers.h"
+#include "frame/validator_entries.h"
 
 extern "C" {
 

@@ -1,6 +1,6 @@
 // Exports of the validators of the QTL and analysis tools and the genomic-prediction header.
 #include "gaengine.h"
-#include "input/validator_entries.h"
+#include "frame/validator_entries.h"
 
 extern "C" {
 

@@ -15,8 +15,8 @@ std::string RightJustify(const std::string& text, int width) {
   return std::string(width - text.size(), ' ') + text;
 }
 
-// Non-finite values are written as fixed-field numeric output has always written them:
-// "NaN", "Infinity" (or "Inf" in a narrow field), with the sign of a negative infinity.
+// Non-finite values are written as words that no reader mistakes for a number: "NaN",
+// "Infinity" (or "Inf" in a narrow field), with the sign of a negative infinity.
 std::string NonFinite(double value, int width) {
   if (std::isnan(value)) return width < 3 ? Stars(width) : RightJustify("NaN", width);
   const bool negative = value < 0;

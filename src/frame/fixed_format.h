@@ -2,8 +2,9 @@
 //   I(v, w)     integer right-justified in w columns
 //   F(v, w, d)  real with d decimals right-justified in w columns
 //   A(s, w)     text right-justified in w columns, cut to its first w characters
-// A value that does not fit its field fills the field with asterisks, as the reports of
-// earlier versions of the program did, so downstream readers see a field that is clearly unusable.
+// A value that does not fit its field fills the field with asterisks: a reader of the fixed
+// columns then sees a field that is clearly unusable rather than a number shifted into its
+// neighbour's columns.
 #pragma once
 
 #include <string>

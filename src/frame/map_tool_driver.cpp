@@ -128,21 +128,21 @@ bool ReadAndPair(MapToolPolicy& policy, const std::string& path, MapModel& map, 
 // options no stage rejects its arguments; each runs on what the last one left.
 void BuildMap(const ToolProfile& p, MapModel& map) {
   const StageDefaults& d = p.defaults;
-  const StageRules& rules = p.stage_rules;
+  const StageContext context = ProcessStageContext(p.stage_rules);
   int stage_status = 0;
   float t1 = CpuSeconds();
-  GroupingEntry(rules, d.grouping_method, d.grouping_by, d.threshold, map.num_markers,
+  GroupingEntry(context, d.grouping_method, d.grouping_by, d.threshold, map.num_markers,
                 map.anchor.data(), map.group.data(), &stage_status);
   PrintTime("DLL MAPGrouping", t1, CpuSeconds());
   RebuildGroupModel(map);
   t1 = CpuSeconds();
-  OrderingAllEntry(rules, d.ordering_method, d.ordering_by, d.ordering_option, d.ordering_param1,
+  OrderingAllEntry(context, d.ordering_method, d.ordering_by, d.ordering_option, d.ordering_param1,
                    d.ordering_param2, map.num_markers, map.num_groups, map.group_size.data(),
                    map.group_status.data(), &map.map_state, map.anchor.data(), map.group.data(),
                    map.order.data(), map.position.data(), &stage_status);
   PrintTime("DLL MAPOrderingAll", t1, CpuSeconds());
   t1 = CpuSeconds();
-  RipplingAllEntry(rules, d.rippling_by, d.window_size, map.num_markers, map.num_groups,
+  RipplingAllEntry(context, d.rippling_by, d.window_size, map.num_markers, map.num_groups,
                    map.group_size.data(), map.group_status.data(), &map.map_state,
                    map.group.data(), map.order.data(), map.position.data(), &stage_status);
   PrintTime("DLL MAPRipplingAll", t1, CpuSeconds());
@@ -170,6 +170,28 @@ void NameAndWrite(MapToolPolicy& policy, const std::string& path, const MapModel
 }
 
 }  // namespace
+
+StageContext ProcessStageContext(const StageRules& rules) {
+  StageContext context;
+  context.rules = rules;
+  context.store = Process().pair_store;
+  context.random = &Process().random;
+  context.log_only = [](std::string_view line) { Process().log.Write(line); };
+  return context;
+}
+
+void FillFinishedLayout(const FinishedMap& args, FinishedMapLayout& out) {
+  out.num_markers = args.num_markers;
+  out.num_mapped = args.num_mapped;
+  out.num_unlinked = args.num_unlinked;
+  if (args.anchor != nullptr) out.anchor.assign(args.anchor, args.anchor + args.num_markers);
+  out.chromosome_names.clear();
+  for (int g = 0; g < args.num_groups; ++g)
+    out.chromosome_names.push_back(GroupNameFromCodes(args.group_name_codes, g));
+  out.chromosome_sizes.assign(args.group_size, args.group_size + args.num_groups);
+  out.order.assign(args.order, args.order + args.num_markers);
+  out.position.assign(args.position, args.position + args.num_mapped);
+}
 
 OutputSwitches OutputSwitches::AllOn(int count) {
   OutputSwitches s;

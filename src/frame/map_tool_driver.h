@@ -35,6 +35,10 @@ void OutputBody(MapToolPolicy& policy, int path_len, const char* path, const Fin
 void AllByDefaultBody(MapToolPolicy& policy, int path_len, const char* path, int* status,
                       int threads);
 
+// What the stages of a run or a stage export are given: `rules`, the store of the last
+// CheckError, the process's random stream, and the run log for the ordering's start lines.
+StageContext ProcessStageContext(const StageRules& rules);
+
 // The exports make their policy on the spot.
 inline void CheckErrorBody(MapToolPolicy&& policy, int path_len, const char* path, int* status,
                            int threads) {

@@ -5,7 +5,7 @@
 #include "frame/messages.h"
 #include "frame/name_codes.h"
 #include "frame/process_state.h"
-#include "input/file_entry.h"
+#include "frame/file_entry.h"
 #include "input/map_tool_reader.h"
 #include "prep/snp_calls.h"
 #include "prep/snp_reader.h"

@@ -7,6 +7,10 @@ ProcessState& Process() {
   return state;
 }
 
+bool OpenProcessPairStore(PairStoreFile& store) {
+  return OpenPairStore(store, Process().pair_store);
+}
+
 int32_t& MessageCode() { return Process().message_code; }
 
 void ResetProcessStateForTesting() {

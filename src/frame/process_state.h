@@ -10,21 +10,14 @@
 #include "frame/message_code.h"
 #include "frame/run_log.h"
 #include "frame/uniform_stream.h"
+#include "twopoint/pair_store_file.h"
 
 namespace gae {
-
-// Where the pairwise store of the last successful CheckError lies, and how to read it. The
-// stage exports that follow (grouping, ordering, rippling, output) depend on it.
-struct PairStoreSettings {
-  std::string lrd_name;        // empty until a CheckError export has written or found one
-  int32_t record_length = 0;   // in 4-byte words: 2, or 7 for clonal populations
-  int32_t mapping_function = 1;  // 1 Kosambi, 2 Haldane, 3 Morgan: how stored frequencies become cM
-};
 
 struct ProcessState {
   int32_t message_code = 0;   // selects the catalogue text; non-zero after a failure
   RunLog log;
-  PairStoreSettings pair_store;
+  PairStoreSettings pair_store;  // the store of the last CheckError, for the stages after it
   UniformStream random;
   MapModel map;               // the working map of the whole-pipeline drivers
   // Set by the first phenotype row that uses a word ("NA", "*", ...) for a missing value;
@@ -33,6 +26,10 @@ struct ProcessState {
 };
 
 ProcessState& Process();
+
+// Opens the store that the last successful CheckError export of this process wrote or found.
+// False when there is none or it cannot be read.
+bool OpenProcessPairStore(PairStoreFile& store);
 
 // Brings the process back to the state of a fresh load. Not exported: tests use it.
 void ResetProcessStateForTesting();

@@ -24,6 +24,7 @@
 
 #include "frame/tool_profile.h"
 #include "input/list_reader.h"
+#include "report/map_layout.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
@@ -53,6 +54,10 @@ struct OutputSwitches {
   bool On(int k) const { return k < count && value[k] == 1; }
   static OutputSwitches AllOn(int count);
 };
+
+// Copies the caller's finished map into the part of a report layout that every tool's writer
+// shares; the marker names and the mapping function are the policy's to add.
+void FillFinishedLayout(const FinishedMap& map, FinishedMapLayout& out);
 
 class MapToolPolicy {
  public:

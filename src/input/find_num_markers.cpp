@@ -1,6 +1,5 @@
 #include "input/find_num_markers.h"
 
-#include "input/file_entry.h"
 #include "input/header_fields.h"
 #include "input/consensus_input.h"
 
@@ -25,12 +24,6 @@ void ReadConsensusSizes(InputFile& in, int* space_type, int* space_unit, int* nu
   if (data.space_unit != 0) *space_unit = data.space_unit;
   if (data.num_maps != 0) *num_chs = data.num_maps;
   if (read) *num_markers = data.maps.distinct.Count();
-}
-
-void FindNumMarkersEntry(std::string_view tool, std::string_view dll_name, int tool_code,
-                         int path_len, const char* path, int* num_markers, int* status) {
-  RunFileEntry(tool, dll_name, path_len, path, status,
-               [&](InputFile& in) { ReadMarkerCountHeader(in, tool_code, num_markers); });
 }
 
 }  // namespace gae

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 
 #include "input/list_reader.h"
 
@@ -18,10 +17,5 @@ void ReadMarkerCountHeader(InputFile& in, int tool_code, int* scratch);
 // is read, then the number of distinct markers of the whole map section.
 void ReadConsensusSizes(InputFile& in, int* space_type, int* space_unit, int* num_chs,
                         int* num_markers);
-
-// The marker-count export of the SNP and binning tools: opens the tool's log, reads the header
-// and ends with the 1102 or 1101 line of `dll_name`.
-void FindNumMarkersEntry(std::string_view tool, std::string_view dll_name, int tool_code,
-                         int path_len, const char* path, int* num_markers, int* status);
 
 }  // namespace gae

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "frame/messages.h"
-#include "frame/process_state.h"
+#include "frame/message_code.h"
 
 namespace gae {
 

@@ -28,8 +28,8 @@ enum class HeaderField {
 // code, its line has been printed, and the result is false.
 bool ReadHeaderField(InputFile& in, HeaderField field, int tool_code, int32_t& value);
 
-// The number of four-byte cells of the pairwise store of n markers, n(n-1)/2, computed as the
-// file format has always computed it: in 32-bit integers, wrapping on overflow.
+// The number of four-byte cells of the pairwise store of n markers, n(n-1)/2, computed in
+// 32-bit integers like the store's record numbers, wrapping on overflow.
 int32_t PairCellCount(int32_t num_markers);
 // Whether an array of that many cells could be allocated now (it is freed at once). A count
 // below 1 is an empty array and always fits. `allocate` is replaceable for tests.

@@ -4,7 +4,7 @@
 
 #include "frame/fixed_format.h"
 #include "frame/messages.h"
-#include "frame/process_state.h"
+#include "frame/message_code.h"
 #include "input/repeated_names.h"
 
 namespace gae {

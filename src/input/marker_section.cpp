@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "frame/messages.h"
-#include "frame/process_state.h"
+#include "frame/message_code.h"
 #include "input/marker_decoders.h"
 #include "input/repeated_names.h"
 

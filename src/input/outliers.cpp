@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "frame/messages.h"
-#include "frame/process_state.h"
+#include "frame/message_code.h"
 #include "input/phenotype_row.h"
 
 namespace gae {

@@ -17,7 +17,7 @@ using fmt::TrimRight;
 
 }  // namespace
 
-std::string ConsensusSumReport(const MapLayout& map, const DistinctMarkers& table,
+std::string ConsensusSumReport(const FinishedMapLayout& map, const DistinctMarkers& table,
                                int32_t num_maps) {
   const int32_t m = table.Count();
   std::vector<int32_t> places(static_cast<std::size_t>(m) * std::max(num_maps, 0), 0);
@@ -45,10 +45,10 @@ std::string ConsensusSumReport(const MapLayout& map, const DistinctMarkers& tabl
     base += n;
   }
   out += "\n";
-  return out + SumTableSections(map);
+  return out + SumMapSections(map);
 }
 
-std::string ConsensusDisReport(const MapLayout& map, const PairTable& pairs) {
+std::string ConsensusDisReport(const FinishedMapLayout& map, const PairTable& pairs) {
   // Like the matrices of the other tools, cut at 100 markers: it is meant for reading by eye.
   const int32_t n = std::min<int32_t>(map.num_mapped, 100);
   std::string out = A("NewMarkerID", 12) + A("MarkerName", 20);

@@ -14,11 +14,11 @@ namespace gae {
 
 // `map` holds the distinct markers (their names) and the caller's consensus map; `table` says
 // where each input map has each marker; `num_maps` is the number of input maps.
-std::string ConsensusSumReport(const MapLayout& map, const DistinctMarkers& table,
+std::string ConsensusSumReport(const FinishedMapLayout& map, const DistinctMarkers& table,
                                int32_t num_maps);
 
 // The first min(linked markers, 100) markers of the consensus order; each cell is the pair's
 // stored frequency turned back into a distance by the store's mapping function (Morgan's).
-std::string ConsensusDisReport(const MapLayout& map, const PairTable& pairs);
+std::string ConsensusDisReport(const FinishedMapLayout& map, const PairTable& pairs);
 
 }  // namespace gae

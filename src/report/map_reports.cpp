@@ -39,11 +39,11 @@ void SumChromosomeRows(const MapLayout& map, const PairTable& pairs, int32_t chr
   }
 }
 
-float ChromosomeLength(const MapLayout& map, int32_t base, int32_t n) {
+float ChromosomeLength(const FinishedMapLayout& map, int32_t base, int32_t n) {
   return n > 0 ? map.position[base + n - 1] - map.position[base] : 0.0f;
 }
 
-void MarkerListSection(const MapLayout& map, const char* heading, int32_t first, int32_t count,
+void MarkerListSection(const FinishedMapLayout& map, const char* heading, int32_t first, int32_t count,
                        std::string& out) {
   out += A(heading, 20) + A("MarkerName", 20) + "\n";
   for (int32_t k = first; k < first + count; ++k) {
@@ -72,10 +72,10 @@ std::string SumReport(const MapLayout& map, const PairTable& pairs) {
     base += map.chromosome_sizes[c - 1];
   }
   out += "\n";
-  return out + SumTableSections(map);
+  return out + SumMapSections(map);
 }
 
-std::string SumTableSections(const MapLayout& map) {
+std::string SumMapSections(const FinishedMapLayout& map) {
   std::string out;
   for (const char* word : {"ChromosomeID", "ChromosomeName", "NumMarkers", "ChromLength(cM)"})
     out += A(word, 20);
@@ -133,7 +133,7 @@ std::string MtpReport(const MapLayout& map) {
   return out;
 }
 
-std::string PairMatrixReport(const MapLayout& map, const PairTable& pairs, PairMatrix which) {
+std::string PairMatrixReport(const FinishedMapLayout& map, const PairTable& pairs, PairMatrix which) {
   // Larger maps are cut at their first 100 markers: the matrices are for reading by eye.
   const int32_t n = std::min<int32_t>(map.num_mapped, 100);
   std::string out = A("NewMarkerID", 12) + A("MarkerName", 36) + A("Anchor", 12);

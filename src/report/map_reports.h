@@ -12,13 +12,14 @@
 namespace gae {
 
 std::string SumReport(const MapLayout& map, const PairTable& pairs);
-// Sections 2 to 4 of `.sum`, the same for every map tool: the chromosome table closed by the
-// whole genome, then the unlinked and the deleted markers.
-std::string SumTableSections(const MapLayout& map);
+// What every tool's .sum has after its own map rows: the chromosome table, then the unlinked
+// and the deleted markers.
+std::string SumMapSections(const FinishedMapLayout& map);
 std::string MtpReport(const MapLayout& map);
 
 enum class PairMatrix { kLod, kRec, kDis };
-std::string PairMatrixReport(const MapLayout& map, const PairTable& pairs, PairMatrix which);
+// Any tool's finished map: the pair values in map order, distances by its mapping function.
+std::string PairMatrixReport(const FinishedMapLayout& map, const PairTable& pairs, PairMatrix which);
 
 // Interference between three consecutive markers from the frequencies left-middle (r1),
 // middle-right (r2) and left-right (r3); 0.0 when r1 r2 is at most 0.000001.

@@ -1,7 +1,7 @@
 #include "report/remark_blocks.h"
 
-// The remark lines are the program's own words, misspellings included: files written by
-// earlier versions carry them, and users compare files by eye.
+// The remark lines are the program's own words, misspellings included: the downstream tools'
+// input files are compared by eye and by text, so every written file must carry the same lines.
 
 namespace gae {
 

@@ -10,8 +10,8 @@ SegregationCounts CountSegregation(int population_type, const char* types, int64
   // In a backcross to P1 a recessive score R ("not P1") can only be the heterozygote; in a
   // backcross to P2 a dominant score D ("not P2") likewise. Elsewhere D joins the P1 class and
   // R the P2 class.
-  const bool to_p1 = population_type == 1 || population_type == 9;
-  const bool to_p2 = population_type == 2 || population_type == 10;
+  const bool to_p1 = BackcrossToP1(population_type);
+  const bool to_p2 = BackcrossToP2(population_type);
   SegregationCounts n;
   for (int64_t i = 0; i < num_individuals; ++i) {
     char g = types[i];
@@ -30,11 +30,6 @@ SegregationCounts CountSegregation(int population_type, const char* types, int64
 
 namespace {
 
-bool IsF2Like(int population_type) {
-  return population_type == 7 || population_type == 8 ||
-         (population_type >= 13 && population_type <= 16);
-}
-
 float Term(float observed, float expected) {
   const float d = observed - expected;
   return d * d / expected;
@@ -52,7 +47,7 @@ SegregationTest SegregationChiSquare(int population_type, int marker_class, cons
   const ClassRatios p = ExpectedRatios(population_type);
   float chi = 0.0f;
   int df = 1;
-  if (IsF2Like(population_type)) {
+  if (SelfedGeneration(population_type)) {
     const float n = n2 + n1 + n0;
     const float e2 = n * p.p2, e1 = n * p.p1, e0 = n * p.p0;
     if (marker_class == 1) {
@@ -65,10 +60,10 @@ SegregationTest SegregationChiSquare(int population_type, int marker_class, cons
     } else {
       return test;  // a class this population cannot test: the caller's field keeps its value
     }
-  } else if (population_type == 1 || population_type == 9) {
+  } else if (BackcrossToP1(population_type)) {
     const float n = n2 + n1;
     chi = Term(n2, n * p.p2) + Term(n1, n * p.p1);
-  } else if (population_type == 2 || population_type == 10) {
+  } else if (BackcrossToP2(population_type)) {
     const float n = n1 + n0;
     chi = Term(n1, n * p.p1) + Term(n0, n * p.p0);
   } else if (population_type >= 1 && population_type <= 20) {

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "input/population_ratios.h"
+#include "frame/population.h"
 
 namespace gae {
 

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "frame/entry.h"
+#include "frame/path_stem.h"
 
 namespace gae {
 

@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "frame/process_state.h"
-
 namespace gae {
 
 bool PairStoreFile::Open(const std::string& path, int record_length, int mapping_function) {
@@ -47,8 +45,7 @@ void PairStoreFile::Close() {
   open_ = false;
 }
 
-bool OpenProcessPairStore(PairStoreFile& store) {
-  const PairStoreSettings& settings = Process().pair_store;
+bool OpenPairStore(PairStoreFile& store, const PairStoreSettings& settings) {
   if (settings.lrd_name.empty()) return false;
   return store.Open(settings.lrd_name, settings.record_length, settings.mapping_function);
 }

@@ -3,11 +3,20 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "twopoint/pair_table.h"
 
 namespace gae {
+
+// Where a pairwise store lies and how to read it: the last successful CheckError of a process
+// leaves these for the stage exports that follow.
+struct PairStoreSettings {
+  std::string lrd_name;          // empty until a CheckError export has written or found one
+  int32_t record_length = 0;     // in 4-byte words: 2, or 7 for clonal populations
+  int32_t mapping_function = 1;  // 1 Kosambi, 2 Haldane, 3 Morgan: how stored frequencies become cM
+};
 
 class PairStoreFile {
  public:
@@ -30,8 +39,7 @@ class PairStoreFile {
   PairTable table_;
 };
 
-// Opens the store that the last successful CheckError export of this process wrote or found,
-// with its record length and mapping function. False when there is none or it cannot be read.
-bool OpenProcessPairStore(PairStoreFile& store);
+// Opens the store that `settings` describe. False when there is none or it cannot be read.
+bool OpenPairStore(PairStoreFile& store, const PairStoreSettings& settings);
 
 }  // namespace gae

@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "frame/entry.h"
+#include "frame/path_stem.h"
 #include "frame/pair_index.h"
 
 namespace gae {

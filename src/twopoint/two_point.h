@@ -64,6 +64,9 @@ float TwoPointNewton(int population_type, int pair_code, const float cells[9], f
 // -1/h is not positive or NaN.
 void TwoPointScore(int population_type, int pair_code, const float cells[9], float rec_freq,
                    float& lod, float& std_err);
+// The same, the standard error left out when `std_err` is null (the pair store keeps none).
+void TwoPointScore(int population_type, int pair_code, const float cells[9], float rec_freq,
+                   float& lod, float* std_err);
 
 // Sum of N(i) log10 P(i) over the cells with P(i) above 0, in cell order: a class that cannot
 // occur is dropped whatever its count.

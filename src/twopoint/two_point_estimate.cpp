@@ -1,6 +1,7 @@
 // The estimator frame: one phase, both phases, and the guard the pair store relies on.
 #include <limits>
 
+#include "frame/population.h"
 #include "twopoint/closed_forms.h"
 #include "twopoint/two_point.h"
 
@@ -12,11 +13,6 @@ float CellSum(const float cells[9]) {
   float n = 0.0f;
   for (int k = 0; k < 9; ++k) n += cells[k];
   return n;
-}
-
-bool Iterated(int population_type) {
-  return population_type == 7 || population_type == 8 ||
-         (population_type >= 13 && population_type <= 16);
 }
 
 // Exchanging the alleles of one marker reorders the table. In a backcross only the two classes
@@ -35,27 +31,50 @@ constexpr int kSwapColumns13[9] = {3, 2, 1, 6, 5, 4, 9, 8, 7};
 
 // Null `perm` for a type that is not a population type: there is no second phase.
 PhaseExchange ExchangeFor(int population_type, int pair_code) {
-  switch (population_type) {
-    case 1:
-    case 9: return {kSwapRows12, pair_code};
-    case 2:
-    case 10: return {kSwapRows23, pair_code};
-    case 7:
-    case 8:
-    case 13:
-    case 14:
-    case 15:
-    case 16:
-      switch (pair_code) {
-        case 1212: return {kSwapColumns13, 1210};
-        case 1210:
-        case 1012: return {kSwapColumns13, 1212};
-        case 1010: return {kSwapRows13, 1210};
-        default: return {kSwapRows13, pair_code};
-      }
-    default:
-      if (population_type >= 1 && population_type <= 20) return {kSwapRows13, pair_code};
-      return {nullptr, pair_code};
+  if (BackcrossToP1(population_type)) return {kSwapRows12, pair_code};
+  if (BackcrossToP2(population_type)) return {kSwapRows23, pair_code};
+  if (SelfedGeneration(population_type)) {
+    switch (pair_code) {
+      case 1212: return {kSwapColumns13, 1210};
+      case 1210:
+      case 1012: return {kSwapColumns13, 1212};
+      case 1010: return {kSwapRows13, 1210};
+      default: return {kSwapRows13, pair_code};
+    }
+  }
+  if (population_type >= 1 && population_type <= 20) return {kSwapRows13, pair_code};
+  return {nullptr, pair_code};
+}
+
+}  // namespace
+
+namespace {
+
+// The estimators with the standard error optional: the pair store keeps none, and leaving it
+// out spares the second derivatives of the score.
+void OnePhase(int population_type, int pair_code, const float cells[9], float& rec_freq,
+              float& lod, float* std_err) {
+  const float n = CellSum(cells);
+  if (!TwoPointClosedForm(population_type, pair_code, cells, n, rec_freq)) {
+    rec_freq = SelfedGeneration(population_type) ? TwoPointNewton(population_type, pair_code, cells, n)
+                                         : std::numeric_limits<float>::quiet_NaN();
+  }
+  TwoPointScore(population_type, pair_code, cells, rec_freq, lod, std_err);
+}
+
+void Estimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
+              float& lod, float* std_err) {
+  OnePhase(population_type, pair_code, cells, rec_freq, lod, std_err);
+  const PhaseExchange exchange = ExchangeFor(population_type, pair_code);
+  if (exchange.perm == nullptr) return;
+  float swapped[9];
+  for (int k = 0; k < 9; ++k) swapped[k] = cells[exchange.perm[k] - 1];
+  float r2 = 0.0f, lod2 = 0.0f, se2 = 0.0f;
+  OnePhase(population_type, exchange.pair_code, swapped, r2, lod2, std_err != nullptr ? &se2 : nullptr);
+  if (r2 < rec_freq) {  // false when either is NaN: the first phase stands
+    rec_freq = 1 - r2;
+    lod = lod2;
+    if (std_err != nullptr) *std_err = se2;
   }
 }
 
@@ -63,28 +82,12 @@ PhaseExchange ExchangeFor(int population_type, int pair_code) {
 
 void TwoPointOnePhase(int population_type, int pair_code, const float cells[9], float& rec_freq,
                       float& lod, float& std_err) {
-  const float n = CellSum(cells);
-  if (!TwoPointClosedForm(population_type, pair_code, cells, n, rec_freq)) {
-    rec_freq = Iterated(population_type) ? TwoPointNewton(population_type, pair_code, cells, n)
-                                         : std::numeric_limits<float>::quiet_NaN();
-  }
-  TwoPointScore(population_type, pair_code, cells, rec_freq, lod, std_err);
+  OnePhase(population_type, pair_code, cells, rec_freq, lod, &std_err);
 }
 
 void TwoPointEstimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
                       float& lod, float& std_err) {
-  TwoPointOnePhase(population_type, pair_code, cells, rec_freq, lod, std_err);
-  const PhaseExchange exchange = ExchangeFor(population_type, pair_code);
-  if (exchange.perm == nullptr) return;
-  float swapped[9];
-  for (int k = 0; k < 9; ++k) swapped[k] = cells[exchange.perm[k] - 1];
-  float r2 = 0.0f, lod2 = 0.0f, se2 = 0.0f;
-  TwoPointOnePhase(population_type, exchange.pair_code, swapped, r2, lod2, se2);
-  if (r2 < rec_freq) {  // false when either is NaN: the first phase stands
-    rec_freq = 1 - r2;
-    lod = lod2;
-    std_err = se2;
-  }
+  Estimate(population_type, pair_code, cells, rec_freq, lod, &std_err);
 }
 
 void TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
@@ -94,8 +97,7 @@ void TwoPointGuarded(int population_type, int pair_code, const float cells[9], f
     lod = 0.0f;
     return;
   }
-  float std_err = 0.0f;
-  TwoPointEstimate(population_type, pair_code, cells, rec_freq, lod, std_err);
+  Estimate(population_type, pair_code, cells, rec_freq, lod, nullptr);
   if (lod < 0.0f) lod = 0.0f;
 }
 

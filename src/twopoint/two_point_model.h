@@ -75,15 +75,21 @@ struct ClassModel {
       if (h != nullptr) *h = std::numeric_limits<Real>::quiet_NaN();
       return;
     }
-    // d ln P / dr = P'/P and d2 ln P / dr2 = P''/P - (P'/P)^2, summed in cell order.
+    // d ln P / dr = P'/P and d2 ln P / dr2 = P''/P - (P'/P)^2, summed in cell order. The
+    // quotients are formed for all nine cells at once (the unused ones are thrown away), which
+    // lets the compiler divide several at a time; the sums keep their order.
+    Real t[9], u[9];
+    for (int k = 0; k < 9; ++k) {
+      t[k] = d1[k] / p[k];
+      u[k] = d2[k] / p[k] - t[k] * t[k];
+    }
     Real sum_g = 0;
     Real sum_h = 0;
     for (int k = 0; k < 9; ++k) {
       if (!((used >> k) & 1u)) continue;
       const Real n = cells[k];
-      const Real t = d1[k] / p[k];
-      sum_g += n * t;
-      sum_h += n * (d2[k] / p[k] - t * t);
+      sum_g += n * t[k];
+      sum_h += n * u[k];
     }
     if (g != nullptr) *g = sum_g;
     if (h != nullptr) *h = sum_h;

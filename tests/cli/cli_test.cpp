@@ -97,5 +97,31 @@ TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   EXPECT_THAT(r.out, HasSubstr("0.2"));
 }
 
+TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
+  // The tree's row at a threshold counts the groups that the map command makes there.
+  Result r = Gaengine("groups --from 2 --to 12 --step 2 f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr("LOD tree of f2.map: 150 markers"));
+  const auto row_at = [&](const std::string& lod) {
+    const std::size_t at = r.out.find("\n" + lod);
+    return at == std::string::npos ? std::string() : r.out.substr(at + 1, r.out.find('\n', at + 1) - at - 1);
+  };
+  EXPECT_EQ(row_at("   4.0").substr(0, 14), "   4.0       5");
+  EXPECT_EQ(row_at("  12.0").empty(), false);
+  EXPECT_EQ(row_at("   3.0"), "");  // not on the grid of the step
+  EXPECT_THAT(r.out, HasSubstr("--lod auto takes LOD "));
+  r = Gaengine("--seed 5 map --lod 4 f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr("  Grouping          LOD 4.0, as asked"));
+  EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
+  r = Gaengine("--seed 5 map --lod auto f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr(": the groups stay the same from "));
+  EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
+  r = Gaengine("map --lod high f2.map");
+  EXPECT_EQ(r.exit_code, 1);
+  EXPECT_THAT(r.out, HasSubstr("--lod takes a number or \"auto\""));
+}
+
 }  // namespace
 }  // namespace gae

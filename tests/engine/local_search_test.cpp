@@ -7,12 +7,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <numeric>
 #include <random>
 
 #include "engine/engine_test_support.h"
+#include "engine/neighbour_lists.h"
 #include "engine/sort_sample.h"
 #include "frame/pair_index.h"
 
@@ -232,14 +234,35 @@ std::vector<int32_t> LitSearch(int search, int32_t n, const Packed& packed, std:
   return out;
 }
 
-void RunOurs(int search, const TourMatrix& d, Tour& tour, MoveLog& moves) {
+void RunOurs(int search, const TourMatrix& d, Tour& tour, MoveLog& moves, const NeighbourLists* near) {
   switch (search) {
-    case 1: TwoOptWithDummy(d, tour, &moves); break;
-    case 2: ThreeOptWithDummy(d, tour, &moves); break;
-    case 3: TwoOptOpenPath(d, tour, &moves); break;
-    case 4: ThreeOptOpenPath(d, tour, &moves); break;
+    case 1: TwoOptWithDummy(d, tour, &moves, near); break;
+    case 2: ThreeOptWithDummy(d, tour, &moves, near); break;
+    case 3: TwoOptOpenPath(d, tour, &moves, near); break;
+    case 4: ThreeOptOpenPath(d, tour, &moves, near); break;
   }
 }
+
+// Markers on a line: values grow with the distance, rounded to a coarse grid (ties, zeros),
+// with some noise so that the order is worth searching; negated and shifted like minus-LOD
+// values when `lod`, and scaled up so that 32-bit rounding reaches the 0.0001 bar.
+Packed LinePacked(int32_t n, std::mt19937& rng, bool lod, float scale) {
+  std::uniform_real_distribution<float> where(0.0f, 10.0f), noise(0.0f, 1.0f);
+  std::vector<float> x(static_cast<std::size_t>(n) + 1);
+  for (float& v : x) v = std::round(where(rng) * 2.0f) / 2.0f;
+  Packed d(static_cast<std::size_t>(PairCount(n)));
+  for (int32_t i = 2; i <= n; ++i) {
+    for (int32_t j = 1; j < i; ++j) {
+      float v = std::fabs(x[i] - x[j]) + (noise(rng) < 0.2f ? std::round(noise(rng) * 4.0f) / 2.0f : 0.0f);
+      if (lod) v -= 12.0f;
+      d[GroupPairIndex(i, j) - 1] = v * scale;
+    }
+  }
+  return d;
+}
+
+// Lists of two neighbours force the whole-row fallback often; the default length rarely.
+constexpr int32_t kListLengths[] = {2, NeighbourLists::kDefaultLength};
 
 void CompareOnRandomMatrices(int search, int32_t largest_n, int trials) {
   std::mt19937 rng(1000 + search);
@@ -247,32 +270,67 @@ void CompareOnRandomMatrices(int search, int32_t largest_n, int trials) {
   int moved = 0;
   for (int trial = 0; trial < trials; ++trial) {
     const int32_t n = size(rng);
-    // Alternate small integers (ties everywhere) with fractional values; negative half the time.
-    const Packed packed = trial % 2 == 0 ? testing::RandomPacked(n, rng, -9, 9)
-                                         : testing::RandomPacked(n, rng, trial % 4 == 1 ? -50 : 0, 50, true);
+    // Small integers (ties everywhere), fractional values, negative half the time, and markers
+    // on a line at three scales (the largest puts rounding above the 0.0001 bar).
+    Packed packed;
+    switch (trial % 5) {
+      case 0: packed = testing::RandomPacked(n, rng, -9, 9); break;
+      case 1: packed = testing::RandomPacked(n, rng, trial % 2 == 1 ? -50 : 0, 50, true); break;
+      case 2: packed = LinePacked(n, rng, false, 0.05f); break;
+      case 3: packed = LinePacked(n, rng, true, 1.0f); break;
+      default: packed = LinePacked(n, rng, trial % 2 == 0, 300.0f); break;
+    }
+    std::vector<int32_t> start(n);
+    std::iota(start.begin(), start.end(), 1);
+    std::shuffle(start.begin(), start.end(), rng);
+    MoveLog literal_moves;
+    const std::vector<int32_t> literal = LitSearch(search, n, packed, start, literal_moves);
+    const TourMatrix matrix = testing::ToTourMatrix(n, packed);
+    for (const int32_t length : kListLengths) {
+      const NeighbourLists near(matrix, length);
+      MoveLog our_moves;
+      Tour ours = start;
+      RunOurs(search, matrix, ours, our_moves, &near);
+      ASSERT_EQ(ours, literal) << "search " << search << " trial " << trial << " n " << n << " list " << length;
+      ASSERT_EQ(our_moves, literal_moves) << "search " << search << " trial " << trial << " list " << length;
+      moved += !our_moves.empty();
+    }
+    Tour sorted = literal;
+    std::sort(sorted.begin(), sorted.end());
+    std::vector<int32_t> all(n);
+    std::iota(all.begin(), all.end(), 1);
+    ASSERT_EQ(sorted, all);
+  }
+  EXPECT_GT(moved, trials);  // the comparison is about moves, not about idle searches
+}
+
+TEST(LocalSearch, TwoOptThroughDummyCityMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(1, 60, 400); }
+TEST(LocalSearch, ThreeOptThroughDummyCityMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(2, 22, 250); }
+TEST(LocalSearch, TwoOptOnOpenPathMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(3, 60, 400); }
+TEST(LocalSearch, ThreeOptOnOpenPathMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(4, 22, 250); }
+
+TEST(LocalSearch, ValuesThatAreNotAllFiniteScoreEveryMove) {
+  // With an infinite value the rounding bounds say nothing, so the lists are set aside and
+  // every move is scored: the same moves as the literal rule on the finite matrix it is given.
+  std::mt19937 rng(77);
+  for (int search = 1; search <= 4; ++search) {
+    const int32_t n = 12;
+    const Packed packed = LinePacked(n, rng, search % 2 == 0, 1.0f);
+    Packed with_infinity = packed;
+    with_infinity[3] = std::numeric_limits<float>::infinity();
+    const NeighbourLists unusable(testing::ToTourMatrix(n, with_infinity));
+    ASSERT_FALSE(unusable.Usable());
     std::vector<int32_t> start(n);
     std::iota(start.begin(), start.end(), 1);
     std::shuffle(start.begin(), start.end(), rng);
     MoveLog literal_moves, our_moves;
     const std::vector<int32_t> literal = LitSearch(search, n, packed, start, literal_moves);
     Tour ours = start;
-    RunOurs(search, testing::ToTourMatrix(n, packed), ours, our_moves);
-    ASSERT_EQ(ours, literal) << "search " << search << " trial " << trial << " n " << n;
-    ASSERT_EQ(our_moves, literal_moves) << "search " << search << " trial " << trial;
-    Tour sorted = ours;
-    std::sort(sorted.begin(), sorted.end());
-    std::vector<int32_t> all(n);
-    std::iota(all.begin(), all.end(), 1);
-    ASSERT_EQ(sorted, all);
-    moved += !our_moves.empty();
+    RunOurs(search, testing::ToTourMatrix(n, packed), ours, our_moves, &unusable);
+    EXPECT_EQ(ours, literal) << search;
+    EXPECT_EQ(our_moves, literal_moves) << search;
   }
-  EXPECT_GT(moved, trials / 2);  // the comparison is about moves, not about idle searches
 }
-
-TEST(LocalSearch, TwoOptThroughDummyCityMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(1, 30, 400); }
-TEST(LocalSearch, ThreeOptThroughDummyCityMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(2, 13, 250); }
-TEST(LocalSearch, TwoOptOnOpenPathMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(3, 30, 400); }
-TEST(LocalSearch, ThreeOptOnOpenPathMatchesLiteralRuleMoveForMove) { CompareOnRandomMatrices(4, 13, 250); }
 
 TEST(LocalSearch, SmallTourMakesNoMoveAndIsOnlyReadBack) {
   // Three cities cannot be 2-opted, four cannot be 3-opted: the open-path result is the cycle

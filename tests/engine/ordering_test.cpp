@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <numeric>
@@ -13,6 +14,8 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/ordering_methods.h"
+#include "engine/sort_sample.h"
+#include "engine/local_search.h"
 #include "engine/tour_primitives.h"
 #include "twopoint/mapping_function.h"
 
@@ -231,6 +234,45 @@ TEST_F(OrderGroupOnALine, MultiStartDrawsAtMostNStartsAndRestoresTheStream) {
   EXPECT_EQ(again, third);
   EXPECT_EQ(StartLine({6, 2, 12.0f, 10.5f, 9.25f, 1234567.0f}),
             "           6           2       12.00       10.50        9.25  1234567.00");
+}
+
+TEST_F(OrderGroupOnALine, StartsRunSideBySideButTheEarliestDrawWinsTies) {
+  // 300 markers on a coarse grid of positions: many starts end at the same open length, so
+  // the choice among equals shows whether the results are judged in the order of the draw.
+  const int32_t n = 300;
+  std::mt19937 rng(8);
+  std::uniform_int_distribution<int> slot(0, 40);
+  std::vector<int> x(n + 1);
+  for (int& v : x) v = slot(rng);
+  TourMatrix d(n);
+  for (int32_t i = 2; i <= n; ++i)
+    for (int32_t j = 1; j < i; ++j) d.Set(i, j, 0.01f * static_cast<float>(std::abs(x[i] - x[j])));
+  for (const int32_t search : {1, 3}) {
+    UniformStream random;
+    std::vector<StartRecord> records;
+    std::vector<int32_t> perm(n);
+    std::iota(perm.begin(), perm.end(), 1);
+    OrderMultiStart(d, 8, search, random, perm, [&](const StartRecord& r) { records.push_back(r); });
+    // The same draw, then the starts one after another.
+    UniformStream draw;
+    draw.SeedFromClock();
+    std::vector<int32_t> starts(8);
+    RNSRI(8, n, draw, starts.data());
+    float best = std::numeric_limits<float>::infinity();
+    std::vector<int32_t> expected;
+    ASSERT_EQ(records.size(), 8u);
+    for (int k = 0; k < 8; ++k) {
+      Tour tour;
+      NearestNeighbourTour(d, starts[k], tour);
+      RunLocalSearch(search, d, tour);
+      float open = 0.0f;
+      OpenLength(d, tour, &open, nullptr);
+      EXPECT_EQ(records[k].counter, k + 1);
+      EXPECT_EQ(records[k].open_after, open) << "start " << k + 1;
+      if (open < best) best = open, expected = tour;
+    }
+    EXPECT_EQ(perm, expected) << "search " << search;
+  }
 }
 
 TEST_F(OrderGroupOnALine, ConsensusOrdersSharedMarkersFirstThenInsertsTheRest) {

@@ -32,7 +32,7 @@ TEST(ConsensusReportsTest, SumShowsEachMarkersMapsAndDisTheMorganDistances) {
   maps[0].marker_names = {"x", "y", "z"};
   maps[1].marker_names = {"z", "w", "x"};
   const DistinctMarkers table = BuildDistinctMarkers(maps);  // x 1, y 2, z 3, w 4
-  MapLayout map;
+  FinishedMapLayout map;
   map.mapping_function = 3;
   map.marker_names = table.names;
   map.num_markers = 4;

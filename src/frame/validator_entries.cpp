@@ -1,10 +1,11 @@
-#include "input/validator_entries.h"
+#include "frame/validator_entries.h"
 
 #include <string>
 
 #include "frame/process_state.h"
 #include "input/aov_trial.h"
-#include "input/file_entry.h"
+#include "input/find_num_markers.h"
+#include "frame/file_entry.h"
 #include "input/header_fields.h"
 #include "input/map_section.h"
 
@@ -23,6 +24,12 @@ void CheckAovEntry(int path_len, const char* path, int* status) {
     AovTrial trial;
     ReadAovTrial(in, trial, Process().missing_word_seen);
   });
+}
+
+void FindNumMarkersEntry(std::string_view tool, std::string_view dll_name, int tool_code,
+                         int path_len, const char* path, int* num_markers, int* status) {
+  RunFileEntry(tool, dll_name, path_len, path, status,
+               [&](InputFile& in) { ReadMarkerCountHeader(in, tool_code, num_markers); });
 }
 
 }  // namespace gae

@@ -1,4 +1,4 @@
-#include "input/file_entry.h"
+#include "frame/file_entry.h"
 
 #include <string>
 

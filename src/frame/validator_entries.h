@@ -2,12 +2,19 @@
 // report (see file_entry.h).
 #pragma once
 
+#include <string_view>
+
 #include "input/qtl_file_reader.h"
 
 namespace gae {
 
 void CheckQtlFileEntry(QtlTool tool, int path_len, const char* path, int* status);
 void CheckAovEntry(int path_len, const char* path, int* status);
+
+// The marker-count export of the SNP and binning tools: opens the tool's log, reads the header
+// under the caller's `tool_code` and ends with the 1102 or 1101 line of `dll_name`.
+void FindNumMarkersEntry(std::string_view tool, std::string_view dll_name, int tool_code,
+                         int path_len, const char* path, int* num_markers, int* status);
 
 // The genomic-prediction entries report through a logical flag (bit 0 set: failure) and open
 // no log. On failure nothing else is written.

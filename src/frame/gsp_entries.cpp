@@ -4,7 +4,7 @@
 #include "frame/entry.h"
 #include "frame/name_codes.h"
 #include "input/gsp_header.h"
-#include "input/validator_entries.h"
+#include "frame/validator_entries.h"
 
 namespace gae {
 
@@ -17,7 +17,7 @@ bool ReadHeaderOf(int path_len, const char* path, bool with_names, GspHeader& he
   const std::string file_path = EntryPath(path_len, path);
   InputFile in;
   if (!in.Open(file_path)) {
-    PrintMessage(1002, {MsgArg::Field(file_path)});
+    PrintMessage(kMissingFile, {MsgArg::Field(file_path)});
     return false;
   }
   return ReadGspHeader(in, with_names, header);

@@ -1,0 +1,20 @@
+// Small helpers over cairo's text calls shared by the two pictures.
+#pragma once
+
+#include <cairo.h>
+
+#include <string>
+
+namespace gaecli {
+
+enum class TextAlign { kLeft, kCentre, kRight };
+
+void SetFont(cairo_t* cr, double size, bool bold);
+// Draws `text` with its baseline at `y`, aligned on `x`.
+void ShowText(cairo_t* cr, const std::string& text, double x, double y, TextAlign align);
+// The advance of `text` in the sans-serif face at `font_size`.
+double CairoTextWidth(const std::string& text, double font_size);
+// A scale number: no decimals when it is whole, else up to two.
+std::string FormatNumber(double value);
+
+}  // namespace gaecli

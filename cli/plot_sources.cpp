@@ -1,0 +1,209 @@
+#include "plot_sources.h"
+
+#include <algorithm>
+#include <cctype>
+#include <deque>
+#include <fstream>
+#include <sstream>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "frame/fixed_format.h"
+#include "frame/process_state.h"
+#include "input/header_fields.h"
+#include "input/map_section.h"
+#include "input/map_tool_reader.h"
+#include "plot_sum_file.h"
+#include "report/text_file.h"
+#include "twopoint/pair_store_writer.h"
+
+namespace gaecli {
+
+namespace {
+
+constexpr std::size_t kPrintedName = 19;  // a summary cuts marker names to this
+
+std::string PrintedName(const std::string& name) {
+  return gae::fmt::Trim(gae::fmt::TrimRight(name).substr(0, kPrintedName));
+}
+
+std::string Upper(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+bool ReadFile(const std::string& path, std::string& text, std::string& error) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    error = path + " is missing: run the map first";
+    return false;
+  }
+  std::ostringstream all;
+  all << in.rdbuf();
+  text = all.str();
+  return true;
+}
+
+bool ReadSum(const std::string& path, SumFile& sum, std::string& error) {
+  std::string text;
+  if (!ReadFile(path, text, error)) return false;
+  if (!ParseSumText(text, sum, error)) {
+    error = path + ": " + error;
+    return false;
+  }
+  return true;
+}
+
+struct InputMarkers {
+  std::vector<std::string> names;           // in the pair store's numbering
+  std::vector<std::string> map_names;       // a consensus file's input maps
+  std::vector<gae::ChromosomeRecord> maps;
+};
+
+bool ReadInputMarkers(const std::string& path, MapTool tool, InputMarkers& out, std::string& error) {
+  gae::InputFile in;
+  if (!in.Open(path)) {
+    error = path + " does not exist";
+    return false;
+  }
+  gae::MessageCode() = 0;
+  if (tool == MapTool::kCmp) {
+    constexpr int kConsensus = 105;
+    int32_t space_type = 0, space_unit = 0, num_chs = 0;
+    gae::MapSection section;
+    if (gae::ReadHeaderField(in, gae::HeaderField::kSpaceType, kConsensus, space_type) &&
+        gae::ReadHeaderField(in, gae::HeaderField::kSpaceUnit, kConsensus, space_unit) &&
+        gae::ReadHeaderField(in, gae::HeaderField::kNumChs, kConsensus, num_chs) &&
+        gae::ReadMapSection(in, kConsensus, num_chs, space_type, space_unit, section)) {
+      out.names = section.distinct.names;
+      out.map_names = section.chromosome_names;
+      out.maps = section.chromosomes;
+    }
+  } else {
+    gae::MapToolInput data;
+    gae::ReadMapToolInput(in, tool == MapTool::kMap ? 104 : 20, data);
+    out.names = data.markers.names;
+  }
+  if (gae::MessageCode() != 0) {
+    error = path + " does not read (message code " + std::to_string(gae::MessageCode()) + ")";
+    gae::MessageCode() = 0;
+    return false;
+  }
+  return true;
+}
+
+ChartBar BarOf(const SumFile& sum, int32_t group, const std::string& title) {
+  ChartBar bar{title, {}};
+  for (const SumMarker* m : sum.MarkersOf(group)) bar.ticks.push_back({m->name, m->position});
+  return bar;
+}
+
+// The consensus of each group beside every input map that shares a marker with it, two maps
+// to a block with the consensus between them, so that each map is joined to it directly.
+void AddConsensusBlocks(const SumGroup& group, const ChartBar& consensus, const InputMarkers& input,
+                        std::vector<ChartBlock>& blocks) {
+  std::unordered_set<std::string> names;
+  for (const ChartTick& t : consensus.ticks) names.insert(t.name);
+  std::vector<ChartBar> shared;
+  for (std::size_t c = 0; c < input.maps.size(); ++c) {
+    ChartBar bar{gae::fmt::Trim(input.map_names[c]), {}};
+    bool shares = false;
+    for (int32_t k = 0; k < input.maps[c].NumMarkers(); ++k) {
+      bar.ticks.push_back({PrintedName(input.maps[c].marker_names[k]), input.maps[c].positions[k]});
+      shares = shares || names.count(bar.ticks.back().name) > 0;
+    }
+    if (shares) shared.push_back(std::move(bar));
+  }
+  if (shared.empty()) blocks.push_back({group.name, {consensus}});
+  for (std::size_t k = 0; k < shared.size(); k += 2) {
+    ChartBlock block{group.name, {shared[k], consensus}};
+    if (k + 1 < shared.size()) block.bars.push_back(shared[k + 1]);
+    blocks.push_back(std::move(block));
+  }
+}
+
+std::string FileName(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+}  // namespace
+
+bool MapToolOf(const std::string& word_or_path, MapTool& tool) {
+  std::string word = Upper(word_or_path);
+  if (word.size() > 4 && word[word.size() - 4] == '.') word = word.substr(word.size() - 3);
+  if (word == "MAP") tool = MapTool::kMap;
+  else if (word == "CDM") tool = MapTool::kCdm;
+  else if (word == "CMP") tool = MapTool::kCmp;
+  else return false;
+  return true;
+}
+
+std::vector<int64_t> MatchMarkerNumbers(const std::vector<std::string>& printed_names,
+                                        const std::vector<std::string>& input_names) {
+  std::unordered_map<std::string, std::deque<int64_t>> numbers;
+  for (std::size_t i = 0; i < input_names.size(); ++i)
+    numbers[PrintedName(input_names[i])].push_back(static_cast<int64_t>(i) + 1);
+  std::vector<int64_t> matched;
+  for (const std::string& name : printed_names) {
+    auto found = numbers.find(name);
+    if (found == numbers.end() || found->second.empty()) {
+      matched.push_back(-1);
+    } else {
+      matched.push_back(found->second.front());
+      found->second.pop_front();
+    }
+  }
+  return matched;
+}
+
+bool LoadPlotSources(const std::string& input_path, MapTool tool, PlotSources& out, std::string& error) {
+  out = PlotSources{};
+  out.stem = gae::ResultStem(input_path);
+  out.lrd_path = gae::PairStoreName(input_path);
+  // The clonal store keeps both parents' values beside the combined ones.
+  out.record_length = tool == MapTool::kCdm ? 7 : 2;
+  SumFile sum;
+  InputMarkers input;
+  if (!ReadSum(out.stem + ".sum", sum, error) || !ReadInputMarkers(input_path, tool, input, error)) return false;
+
+  const std::string name = FileName(input_path);
+  std::vector<ChartBlock>& blocks = out.chart.blocks;
+  if (tool == MapTool::kMap) {
+    out.chart.title = name + ": " + std::to_string(sum.markers.size()) + " markers on " +
+                      std::to_string(sum.groups.size()) + " linkage groups";
+    for (const SumGroup& g : sum.groups) blocks.push_back({g.name, {BarOf(sum, g.number, g.name)}});
+  } else if (tool == MapTool::kCdm) {
+    SumFile first, second;
+    if (!ReadSum(out.stem + ".sumf", first, error) || !ReadSum(out.stem + ".summ", second, error)) return false;
+    out.chart.title = name + ": combined map between the maps of the two parents";
+    for (const SumGroup& g : sum.groups)
+      blocks.push_back({g.name, {BarOf(first, g.number, "Parent 1"), BarOf(sum, g.number, "Combined"),
+                                 BarOf(second, g.number, "Parent 2")}});
+  } else {
+    out.chart.title = name + ": consensus map beside each of the " + std::to_string(input.maps.size()) + " input maps";
+    for (const SumGroup& g : sum.groups) AddConsensusBlocks(g, BarOf(sum, g.number, "Consensus"), input, blocks);
+  }
+
+  HeatMapData& heat = out.heat;
+  heat.title = tool == MapTool::kCmp ? name + ": pairwise recombination frequency"
+                                     : name + ": pairwise recombination frequency and LOD score";
+  heat.lower_is_lod = tool != MapTool::kCmp;
+  std::vector<std::string> printed;
+  for (const SumMarker& m : sum.markers) printed.push_back(m.name);
+  heat.markers = MatchMarkerNumbers(printed, input.names);
+  for (std::size_t k = 0; k < printed.size(); ++k) {
+    if (heat.markers[k] < 0) {
+      error = "marker " + printed[k] + " of " + out.stem + ".sum is not in " + input_path;
+      return false;
+    }
+  }
+  for (const SumGroup& g : sum.groups) heat.groups.push_back({g.name, g.num_markers});
+  if (!gae::PairStoreIsComplete(out.lrd_path, static_cast<int64_t>(input.names.size()), out.record_length)) {
+    out.pairs_problem = out.lrd_path + " does not hold the pairs of the " + std::to_string(input.names.size()) +
+                        " markers of " + input_path;
+  }
+  return true;
+}
+
+}  // namespace gaecli

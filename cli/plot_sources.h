@@ -1,0 +1,39 @@
+// What the two pictures of a finished map are drawn from: the summary reports of the run, the
+// input file (for the marker numbers of the pair store, and a consensus's input maps) and the
+// pairwise file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "plot_chart.h"
+#include "plot_heatmap.h"
+
+namespace gaecli {
+
+enum class MapTool { kMap, kCdm, kCmp };
+
+// "MAP", "CDM", "CMP" in any case, or a file name ending in .map, .cdm or .cmp.
+bool MapToolOf(const std::string& word_or_path, MapTool& tool);
+
+struct PlotSources {
+  std::string stem;      // of the result files, where the pictures go too
+  std::string lrd_path;
+  int record_length = 2;
+  MapChart chart;
+  HeatMapData heat;      // all but the pair table, which the caller opens from `lrd_path`
+  std::string pairs_problem;  // why the heat map cannot be drawn; empty when it can
+};
+
+// Reads the run's summaries and the input file. False with a one-line `error` when a file is
+// missing or the files do not belong together. A pairwise file that does not fit the input
+// spoils only the heat map: it is told in `pairs_problem`.
+bool LoadPlotSources(const std::string& input_path, MapTool tool, PlotSources& out, std::string& error);
+
+// The pair-store number of each name as a summary prints it (cut to 19 characters), matched
+// against the input file's names in input order; a name cut to the same text as an earlier one
+// takes the next marker of that text. -1 for a name the input does not hold.
+std::vector<int64_t> MatchMarkerNumbers(const std::vector<std::string>& printed_names,
+                                        const std::vector<std::string>& input_names);
+
+}  // namespace gaecli

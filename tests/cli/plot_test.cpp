@@ -1,0 +1,362 @@
+// The pictures of a finished map: drawn from the reports and the pairwise file, read back here.
+#include <gtest/gtest.h>
+
+#include <cairo.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <numeric>
+#include <random>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "frame/fixed_format.h"
+#include "frame/pair_index.h"
+#include "plot_cairo.h"
+#include "plot_chart.h"
+#include "plot_heatmap.h"
+#include "plot_label_spread.h"
+#include "plot_sources.h"
+#include "plot_sum_file.h"
+#include "report/map_layout.h"
+#include "report/map_reports.h"
+#include "report/text_file.h"
+#include "support/temp_dir.h"
+#include "xml_check.h"
+
+namespace gae {
+namespace {
+
+using gaecli::SpreadLabels;
+
+TEST(LabelSpread, MovesCrowdedNamesApartAsLittleAsPossible) {
+  // Three names on one tick share the room evenly around it.
+  std::vector<double> y = SpreadLabels({10, 10, 10}, 2.0, -100, 100);
+  EXPECT_DOUBLE_EQ(y[0], 8.0);
+  EXPECT_DOUBLE_EQ(y[1], 10.0);
+  EXPECT_DOUBLE_EQ(y[2], 12.0);
+  // Names already apart stay where their ticks are.
+  EXPECT_EQ(SpreadLabels({0, 5, 10}, 2.0, -100, 100), (std::vector<double>{0, 5, 10}));
+  // Against the top edge the pair moves down only: the least displacement that respects it.
+  y = SpreadLabels({0, 0}, 4.0, 0.0, 100.0);
+  EXPECT_DOUBLE_EQ(y[0], 0.0);
+  EXPECT_DOUBLE_EQ(y[1], 4.0);
+  // A cluster and a lone name: the lone one keeps its place when the cluster does not reach it.
+  y = SpreadLabels({50, 1, 1, 1}, 3.0, -100, 100);
+  EXPECT_DOUBLE_EQ(y[0], 50.0);
+  EXPECT_DOUBLE_EQ(y[1] + y[2] + y[3], 3.0);
+
+  // Random columns, sorted or not, fitting or not: order kept, no two names closer than the pitch,
+  // inside the bounds whenever they fit there.
+  std::mt19937 random(7);
+  for (int trial = 0; trial < 300; ++trial) {
+    const int n = 1 + static_cast<int>(random() % 80);
+    const double pitch = 1.0 + (random() % 100) / 10.0;
+    std::uniform_real_distribution<double> at(0.0, 400.0);
+    std::vector<double> wanted(n);
+    for (double& w : wanted) w = std::round(at(random));
+    if (trial % 2 == 0) std::sort(wanted.begin(), wanted.end());
+    const std::vector<double> placed = SpreadLabels(wanted, pitch, 0.0, 400.0);
+    std::vector<int> rank(n);
+    std::iota(rank.begin(), rank.end(), 0);
+    std::stable_sort(rank.begin(), rank.end(), [&](int a, int b) { return wanted[a] < wanted[b]; });
+    for (int k = 1; k < n; ++k) ASSERT_GE(placed[rank[k]] - placed[rank[k - 1]], pitch - 1e-9) << trial;
+    if ((n - 1) * pitch <= 400.0) {
+      for (double p : placed) ASSERT_TRUE(p >= -1e-9 && p <= 400.0 + 1e-9) << trial;
+    }
+  }
+}
+
+// A pairwise store the test fills pair by pair, written to disk as the .LRD file.
+struct Store {
+  explicit Store(int m) : words(2 * PairCount(m), 0.0f) {}
+  void Set(int i, int j, float lod, float r) {
+    words[2 * (GroupPairIndex(i, j) - 1)] = -lod;
+    words[2 * (GroupPairIndex(i, j) - 1) + 1] = r;
+  }
+  PairTable Table() const {
+    PairTable t;
+    t.records = words.data();
+    t.num_records = static_cast<int64_t>(words.size() / 2);
+    return t;
+  }
+  void Write(const std::string& path) const {
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(words.data()), static_cast<std::streamsize>(words.size() * 4));
+  }
+  std::vector<float> words;
+};
+
+std::string Pad(const std::string& s, std::size_t n) { return s + std::string(n - s.size(), ' '); }
+
+struct Png {
+  explicit Png(const std::string& path) : surface(cairo_image_surface_create_from_png(path.c_str())) {}
+  ~Png() { cairo_surface_destroy(surface); }
+  int Width() const { return cairo_image_surface_get_width(surface); }
+  int Height() const { return cairo_image_surface_get_height(surface); }
+  gaecli::Rgb At(int x, int y) const {
+    const unsigned char* row = cairo_image_surface_get_data(surface) + y * cairo_image_surface_get_stride(surface);
+    const uint32_t v = reinterpret_cast<const uint32_t*>(row)[x];
+    return {static_cast<uint8_t>(v >> 16), static_cast<uint8_t>(v >> 8), static_cast<uint8_t>(v)};
+  }
+  cairo_surface_t* surface;
+};
+
+class Pictures : public testing::InTempDir {};
+
+// Six F2 markers; two long names print alike in the summary ("LongMarkerNameNumbe").
+// Chromsome1: 3, 2, 1 at 0, 12.5, 30.25 cM; Chromsome2: 4, 6 at 0, 45 cM; 5 unlinked.
+TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
+  const std::vector<std::string> names = {"M1", "LongMarkerNameNumber_A", "M3", "LongMarkerNameNumber_B", "M5", "M6"};
+  std::string input = "7\n1\n1\n6\n4\n";
+  const char* rows[] = {"A H B A", "H H A B", "B A H H", "A A B H", "H B A A", "B H H A"};
+  for (int m = 0; m < 6; ++m) input += names[m] + " " + rows[m] + "\n";
+  for (const std::string& n : names) input += n + " 0\n";
+  testing::WriteText("small.map", input);
+
+  Store store(6);
+  for (int i = 2; i <= 6; ++i)
+    for (int j = 1; j < i; ++j) store.Set(i, j, 3.0f, 0.3f);
+  store.Set(3, 2, 20.0f, 0.0f);   // tightest: past the LOD cap
+  store.Set(3, 1, 6.0f, 0.25f);   // half way on both scales
+  store.Set(4, 6, 0.0f, 0.5f);    // unlinked
+  store.Write("small.LRD");
+
+  MapLayout layout;
+  layout.population_type = 7;
+  for (const std::string& n : names) layout.marker_names.push_back(Pad(n, 35));
+  layout.num_markers = 6;
+  layout.num_mapped = 5;
+  layout.num_unlinked = 1;
+  layout.anchor.assign(6, 0);
+  layout.chromosome_names = {Pad("Chromsome1", 19), Pad("Chromsome2", 19)};
+  layout.chromosome_sizes = {3, 2};
+  layout.order = {3, 2, 1, 4, 6, 5};
+  layout.position = {0.0f, 12.5f, 30.25f, 0.0f, 45.0f};
+  ASSERT_TRUE(WriteTextFile("small.sum", SumReport(layout, store.Table())));
+
+  gaecli::PlotSources sources;
+  std::string error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("small.map", gaecli::MapTool::kMap, sources, error)) << error;
+  EXPECT_EQ(sources.pairs_problem, "");
+  ASSERT_EQ(sources.chart.blocks.size(), 2u);
+  const gaecli::ChartBar& first = sources.chart.blocks[0].bars.at(0);
+  EXPECT_EQ(sources.chart.blocks[0].title, "Chromsome1");
+  ASSERT_EQ(first.ticks.size(), 3u);
+  EXPECT_EQ(first.ticks[1].name, "LongMarkerNameNumbe");
+  EXPECT_FLOAT_EQ(first.ticks[1].position, 12.5f);
+  EXPECT_EQ(first.ticks[2].name, "M1");
+  EXPECT_FLOAT_EQ(first.ticks[2].position, 30.25f);
+  EXPECT_EQ(sources.chart.blocks[1].bars.at(0).ticks.at(1).name, "M6");
+  EXPECT_FLOAT_EQ(sources.chart.blocks[1].bars.at(0).ticks.at(1).position, 45.0f);
+  // The like-printed names go to their markers in input order.
+  EXPECT_EQ(sources.heat.markers, (std::vector<int64_t>{3, 2, 1, 4, 6}));
+
+  // Every tick stands at its position on one cM scale, and no two names touch.
+  const gaecli::ChartGeometry g = gaecli::LayOutChart(sources.chart, gaecli::CairoTextWidth);
+  for (std::size_t b = 0; b < g.blocks.size(); ++b) {
+    const auto& ticks = g.blocks[b].at(0).ticks;
+    const auto& source = sources.chart.blocks[b].bars[0].ticks;
+    for (std::size_t k = 0; k < ticks.size(); ++k) {
+      EXPECT_EQ(ticks[k].name, source[k].name);
+      EXPECT_NEAR(ticks[k].tick_y, g.plot_top + source[k].position * g.px_per_cm, 1e-9);
+      if (k > 0) {
+        EXPECT_GE(ticks[k].label_y - ticks[k - 1].label_y, g.pitch - 1e-9);
+      }
+    }
+  }
+  EXPECT_GT(g.blocks[1][0].x, g.blocks[0][0].column_right);
+
+  ASSERT_TRUE(gaecli::WriteChartSvg(sources.chart, "small.map.svg", error)) << error;
+  const testing::XmlCheck xml = testing::CheckXml(testing::ReadText("small.map.svg"));
+  ASSERT_TRUE(xml.ok) << xml.error;
+  EXPECT_EQ(xml.root, "svg");
+  EXPECT_NE(xml.root_attributes.find("width=\"" + std::to_string(static_cast<int>(g.width))), std::string::npos)
+      << xml.root_attributes;
+  // The file itself holds each marker's tick across its bar at the height of its .sum position
+  // (cairo writes text as glyph outlines, so the names are checked on the layout above, and
+  // it keeps coordinates in 1/256 units).
+  const std::string svg = testing::ReadText("small.map.svg");
+  const std::regex segment(R"(M ([-0-9.]+) ([-0-9.]+) L ([-0-9.]+) ([-0-9.]+))");
+  std::vector<std::array<double, 4>> lines;
+  for (auto it = std::sregex_iterator(svg.begin(), svg.end(), segment); it != std::sregex_iterator(); ++it)
+    lines.push_back({std::stod((*it)[1]), std::stod((*it)[2]), std::stod((*it)[3]), std::stod((*it)[4])});
+  for (std::size_t b = 0; b < 2; ++b) {
+    const gaecli::PlacedBar& bar = g.blocks[b][0];
+    for (const gaecli::ChartTick& t : sources.chart.blocks[b].bars[0].ticks) {
+      const double y = g.plot_top + t.position * g.px_per_cm;
+      const bool found = std::any_of(lines.begin(), lines.end(), [&](const std::array<double, 4>& l) {
+        return std::abs(l[1] - y) < 5e-3 && std::abs(l[3] - y) < 5e-3 && l[0] < bar.x && l[2] > bar.x + 5.0;
+      });
+      EXPECT_TRUE(found) << t.name;
+    }
+  }
+
+  sources.heat.pairs = store.Table();
+  ASSERT_TRUE(gaecli::WriteHeatMapPng(sources.heat, "small.rf.png", error)) << error;
+  const gaecli::HeatGeometry h = gaecli::LayOutHeatMap(sources.heat.groups, sources.heat.title);
+  // Five markers get 40-pixel cells, and the two groups a 2-pixel boundary.
+  EXPECT_EQ(h.cell, 40);
+  EXPECT_EQ(h.matrix_side, 5 * 40 + 2);
+  const Png png("small.rf.png");
+  ASSERT_EQ(png.Width(), h.width);
+  ASSERT_EQ(png.Height(), h.height);
+  // Centre of the cell in map-order row r and column c.
+  auto cell = [&](int r, int c) {
+    auto at = [&](int k) { return k * 40 + (k >= 3 ? 2 : 0) + 20; };
+    return png.At(h.matrix_left + at(c), h.matrix_top + at(r));
+  };
+  const gaecli::Rgb tight{165, 0, 38}, middle{255, 255, 191}, none{49, 54, 149};
+  EXPECT_EQ(cell(0, 1), tight);   // markers 3 and 2, frequency 0
+  EXPECT_EQ(cell(1, 0), tight);   // LOD 20, past the cap of 12
+  EXPECT_EQ(cell(0, 2), middle);  // markers 3 and 1, frequency 0.25
+  EXPECT_EQ(cell(2, 0), middle);  // LOD 6
+  EXPECT_EQ(cell(3, 4), none);    // markers 4 and 6, frequency 0.5
+  EXPECT_EQ(cell(4, 3), none);    // LOD 0
+  EXPECT_EQ(cell(2, 2), (gaecli::Rgb{32, 32, 32}));  // the diagonal
+  EXPECT_EQ(png.At(h.matrix_left + 3 * 40, h.matrix_top + 20), (gaecli::Rgb{255, 255, 255}));  // the boundary
+}
+
+// A consensus: the input maps of the bundled 3B example beside a hand-written consensus summary.
+// A summary of one group "Chromsome1" in the fixed columns of the reports. The tool's further
+// columns: `header_tail` after the first five headers, `extra` after each marker row.
+std::string OneGroupSummary(const std::vector<std::string>& markers, const std::vector<float>& positions,
+                            const std::string& header_tail, const std::string& extra) {
+  auto field = [](const std::string& s) { return fmt::A(s, 20); };
+  std::string sum;
+  for (const char* h : {"ChromsomeID", "ChromosomeName", "MarkerName", "Interval(cM)", "Position(cM)"}) sum += field(h);
+  sum += header_tail + "\n";
+  for (std::size_t k = 0; k < markers.size(); ++k) {
+    sum += fmt::I(1, 20) + fmt::A("Chromsome1", 20) + " " + fmt::A(markers[k], 19) +
+           fmt::F(k == 0 ? 0.0 : positions[k] - positions[k - 1], 20, 4) + fmt::F(positions[k], 20, 4) + extra + "\n";
+  }
+  const int n = static_cast<int>(markers.size());
+  const double length = markers.empty() ? 0.0 : positions.back() - positions.front();
+  sum += "\n";
+  sum += field("ChromosomeID") + field("ChromosomeName") + field("NumMarkers") + field("ChromLength(cM)") + "\n";
+  sum += fmt::I(1, 20) + " " + fmt::A("Chromsome1", 19) + fmt::I(n, 20) + fmt::F(length, 20, 4) + "\n";
+  sum += field("WholeGenome") + field("WholeGenome") + fmt::I(n, 20) + fmt::F(length, 20, 4) + "\n\n";
+  sum += field("UnlinkedMarkerID") + field("MarkerName") + "\n\n" + field("DeletedMarkerID") + field("MarkerName") + "\n";
+  return sum;
+}
+
+// A clonal map: the bundled clonal F1's markers, the parents' maps beside the combined one.
+TEST_F(Pictures, ClonalChartSetsTheParentsMapsBesideTheCombinedMap) {
+  testing::WriteText("cf1.cdm", testing::ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  const std::string rf = fmt::F(0.1, 20, 4);
+  // CM03 (A=B) tells nothing of the first parent, CM04 (C=D) nothing of the second.
+  testing::WriteText("cf1.sum", OneGroupSummary({"CM01", "CM02", "CM03", "CM04"}, {0.0f, 3.5f, 12.0f, 20.0f}, fmt::A("RecomFrequency", 20), rf));
+  testing::WriteText("cf1.sumf", OneGroupSummary({"CM01", "CM02", "CM04"}, {0.0f, 4.0f, 24.0f}, fmt::A("RecomFrequency", 20), rf));
+  gaecli::PlotSources sources;
+  std::string error;
+  EXPECT_FALSE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error));
+  EXPECT_NE(error.find("cf1.summ is missing"), std::string::npos) << error;
+  testing::WriteText("cf1.summ", OneGroupSummary({"CM01", "CM02", "CM03"}, {0.0f, 3.0f, 10.0f}, fmt::A("RecomFrequency", 20), rf));
+  ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error)) << error;
+  ASSERT_EQ(sources.chart.blocks.size(), 1u);
+  const auto& bars = sources.chart.blocks[0].bars;
+  ASSERT_EQ(bars.size(), 3u);
+  EXPECT_EQ(bars[0].title, "Parent 1");
+  EXPECT_EQ(bars[1].title, "Combined");
+  EXPECT_EQ(bars[2].title, "Parent 2");
+  EXPECT_EQ(bars[0].ticks.back().name, "CM04");
+  EXPECT_FLOAT_EQ(bars[0].ticks.back().position, 24.0f);
+  EXPECT_EQ(bars[2].ticks.back().name, "CM03");
+  EXPECT_FLOAT_EQ(bars[2].ticks.back().position, 10.0f);
+  EXPECT_EQ(sources.heat.markers, (std::vector<int64_t>{1, 2, 3, 4}));
+  EXPECT_EQ(sources.record_length, 7);
+  EXPECT_TRUE(sources.heat.lower_is_lod);
+}
+
+// A consensus: the input maps of the bundled 3B example beside a hand-written consensus summary.
+TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
+  testing::WriteText("c3b.cmp", testing::ReadText(testing::SourcePath("examples/three_maps_3b.cmp")));
+  // NumMaps, then the place of the marker on each of the three maps.
+  const std::string sum = OneGroupSummary({"gwm100", "gwm113", "gwm126"}, {0.0f, 5.5f, 7.25f},
+                                          fmt::A("NumMaps", 20) + fmt::I(1, 20) + fmt::I(2, 20) + fmt::I(3, 20),
+                                          fmt::I(2, 20) + fmt::I(1, 20) + fmt::I(1, 20) + fmt::I(0, 20));
+  testing::WriteText("c3b.sum", sum);
+
+  gaecli::PlotSources sources;
+  std::string error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("c3b.cmp", gaecli::MapTool::kCmp, sources, error)) << error;
+  // Three input maps share markers with the consensus: two blocks, the consensus in each.
+  ASSERT_EQ(sources.chart.blocks.size(), 2u);
+  const auto& block = sources.chart.blocks[0].bars;
+  ASSERT_EQ(block.size(), 3u);
+  EXPECT_EQ(block[0].title, "PopA_3B");
+  EXPECT_EQ(block[1].title, "Consensus");
+  EXPECT_EQ(block[2].title, "PopB_3B");
+  EXPECT_EQ(block[0].ticks.size(), 14u);
+  EXPECT_FLOAT_EQ(block[0].ticks[0].position, 9.3f);
+  EXPECT_EQ(block[1].ticks[2].name, "gwm126");
+  EXPECT_FLOAT_EQ(block[1].ticks[2].position, 7.25f);
+  EXPECT_EQ(sources.chart.blocks[1].bars.size(), 2u);
+  EXPECT_EQ(sources.chart.blocks[1].bars[0].title, "PopC_3B");
+  // The consensus store holds no LOD; there is no store here at all.
+  EXPECT_FALSE(sources.heat.lower_is_lod);
+  EXPECT_NE(sources.pairs_problem, "");
+  ASSERT_TRUE(gaecli::WriteChartSvg(sources.chart, "c3b.map.svg", error)) << error;
+  const testing::XmlCheck xml = testing::CheckXml(testing::ReadText("c3b.map.svg"));
+  EXPECT_TRUE(xml.ok) << xml.error;
+
+  // A summary that does not add up is refused, not drawn.
+  gaecli::SumFile parsed;
+  std::string broken = sum;
+  const std::string row = fmt::I(3, 20) + fmt::F(7.25, 20, 4);
+  broken.replace(broken.find(row), row.size(), fmt::I(4, 20) + fmt::F(7.25, 20, 4));
+  EXPECT_FALSE(gaecli::ParseSumText(broken, parsed, error));
+  EXPECT_TRUE(gaecli::ParseSumText(sum, parsed, error)) << error;
+}
+
+int Gaengine(const std::string& arguments) {
+  const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " > out.txt 2>&1";
+  const int status = std::system(command.c_str());
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// The bundled example through the command: the heat map shows the frequencies and LOD scores
+// of the run's own .rec and .lod reports, cell for cell, in the order of its .sum.
+TEST_F(Pictures, TheCommandDrawsWhatTheReportsSay) {
+  testing::WriteText("f2.map", testing::ReadText(testing::SourcePath("examples/f2_five_chromosomes.map")));
+  ASSERT_EQ(Gaengine("--seed 31 map --plots f2.map"), 0) << testing::ReadText("out.txt");
+  ASSERT_TRUE(testing::FileExists("f2.map.svg"));
+  std::remove("f2.map.svg");
+  std::remove("f2.rf.png");
+  ASSERT_EQ(Gaengine("plot f2.map"), 0) << testing::ReadText("out.txt");
+  EXPECT_TRUE(testing::CheckXml(testing::ReadText("f2.map.svg")).ok);
+
+  gaecli::SumFile sum;
+  std::string error;
+  ASSERT_TRUE(gaecli::ParseSumText(testing::ReadText("f2.sum"), sum, error)) << error;
+  std::vector<gaecli::HeatGroup> groups;
+  for (const gaecli::SumGroup& g : sum.groups) groups.push_back({g.name, g.num_markers});
+  const gaecli::HeatGeometry h = gaecli::LayOutHeatMap(groups, "f2.map: pairwise recombination frequency and LOD score");
+  const Png png("f2.rf.png");
+  ASSERT_EQ(png.Width(), h.width);
+  ASSERT_EQ(png.Height(), h.height);
+  EXPECT_EQ(h.cell, 1200 / 150);
+  // Rows of .rec and .lod: I12 number, blank, A35 name, I12 anchor, then F12.4 cells j < i.
+  const std::vector<std::string> rec = testing::ReadLines("f2.rec"), lod = testing::ReadLines("f2.lod");
+  auto value = [](const std::string& line, int j) { return std::stod(line.substr(60 + 12 * (j - 1), 12)); };
+  auto near = [](gaecli::Rgb a, gaecli::Rgb b) {
+    return std::abs(a.r - b.r) <= 2 && std::abs(a.g - b.g) <= 2 && std::abs(a.b - b.b) <= 2;
+  };
+  for (int i : {2, 7, 31, 64, 99}) {
+    for (int j : {1, i / 2, i - 1}) {
+      if (j < 1 || j >= i) continue;
+      const int x = h.matrix_left + h.slots[j - 1].first_pixel + 1, y = h.matrix_top + h.slots[i - 1].first_pixel + 1;
+      const double r = value(rec[i], j), l = value(lod[i], j);
+      // Row i, column j lies below the diagonal (LOD); its mirror above it (frequency).
+      EXPECT_TRUE(near(png.At(x, y), gaecli::LinkageColour(std::min(l, 12.0) / 12.0))) << i << "," << j;
+      EXPECT_TRUE(near(png.At(y - h.matrix_top + h.matrix_left, x - h.matrix_left + h.matrix_top),
+                       gaecli::LinkageColour(1.0 - std::min(r, 0.5) / 0.5))) << i << "," << j;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace gae
