@@ -8,7 +8,7 @@ DEB_PACKAGES := cmake make g++ gcc binutils libgtest-dev libgmock-dev libbenchma
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: deps build run test bench clean examples
+.PHONY: deps build run test test-sanitize bench clean examples
 
 deps:
 	@missing=""; \
@@ -33,6 +33,15 @@ run: deps build
 test: deps build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
+# The suite under AddressSanitizer and UndefinedBehaviorSanitizer, in a build folder of its own
+# (not part of `make test`). Leaks count as failures.
+SANITIZE_DIR ?= build-sanitize
+test-sanitize: deps
+	cmake -S . -B $(SANITIZE_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DGAE_SANITIZE=ON
+	cmake --build $(SANITIZE_DIR) -j $(JOBS)
+	cd $(SANITIZE_DIR) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
+	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
+
 bench: deps build
 	$(BUILD_DIR)/gaengine_bench --benchmark_counters_tabular=true
 
@@ -40,4 +49,4 @@ examples: deps build
 	$(BUILD_DIR)/make_map_example > examples/f2_five_chromosomes.map
 
 clean:
-	rm -rf $(BUILD_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR)

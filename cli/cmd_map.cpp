@@ -70,6 +70,22 @@ long long FlaggedGenotypes(const std::string& err_path) {
   return -1;
 }
 
+// A marker that shows one genotype class among its typed individuals cannot be placed: each
+// of its pairs is stored as unlinked or as free recombination.
+void PrintUninformative(const MarkerTable& markers) {
+  std::vector<int> found;
+  for (int i = 0; i < markers.num_markers; ++i) {
+    const int classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    if (classes <= 1) found.push_back(i);
+  }
+  if (found.empty()) return;
+  std::printf("  Uninformative     %zu (one genotype class only):", found.size());
+  const std::size_t shown = std::min<std::size_t>(found.size(), 10);
+  for (std::size_t k = 0; k < shown; ++k) std::printf(" %s", markers.Name(found[k]).c_str());
+  if (shown < found.size()) std::printf(" ...");
+  std::printf("\n");
+}
+
 void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
                   const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note) {
   const int type = PopulationTypeOf(file);
@@ -77,6 +93,7 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   const std::string_view name = gae::PopulationName(gae::kBiparentalDesign, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   std::printf("  Markers read      %d\n", markers.num_markers);
+  PrintUninformative(markers);
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
   const std::vector<std::string> names = map.Names();

@@ -10,6 +10,7 @@
 
 #include "commands.h"
 #include "gaengine.h"
+#include "pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -56,13 +57,18 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   for (auto* v : {&t.anchor, &t.size_a, &t.size_h, &t.size_b, &t.size_x, &t.category}) v->assign(n, 0);
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
+  const std::string lrd = gae::PairStoreName(path);
+  const std::string fingerprint = InputFingerprint(path);
+  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   std::atomic<bool> done{false};
-  std::thread progress(ShowProgress, gae::PairStoreName(path), 8LL * n * (n - 1) / 2, std::cref(done));
+  std::thread progress(ShowProgress, lrd, 8LL * n * (n - 1) / 2, std::cref(done));
   CheckErrorMAP(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), t.size_a.data(),
                 t.size_h.data(), t.size_b.data(), t.size_x.data(), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
   done = true;
   progress.join();
+  if (status == 0) RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 

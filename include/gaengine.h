@@ -5,7 +5,8 @@
  * Calling conventions, shared by every function below:
  *  - All integers are 32-bit (`int`), all reals 32-bit (`float`).
  *  - A path comes as its byte count `PathLen` and a pointer to `PathLen` bytes with no
- *    terminator; trailing blanks are trimmed. A `PathLen` below 1 is an empty path.
+ *    terminator; it ends at its first NUL byte if it has one (a buffer's size may be passed),
+ *    and trailing blanks are trimmed. A `PathLen` below 1 is an empty path.
  *  - `Status` is written by the callee: 0 on success, otherwise the code of the message that
  *    stopped the run (the text is in the tool's log, e.g. MAP.log in the current folder).
  *  - Arrays are allocated and owned by the caller; the library keeps no pointer after a call.
@@ -244,7 +245,11 @@ GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOptio
 /* Polishes every ordered group (status 2 or 3) with a sliding window in which every
  * permutation is tried once.
  *   ToolCode, ByWhat  as above (CMP: ByWhat 3).
- *   WindowSize      2 to 8 markers (CMP: 1 to 12).
+ *   WindowSize      2 to 8 markers (CMP: 1 to 12). The orders of a window are walked one
+ *                   after another, in lexicographic order, without a table of them: memory
+ *                   stays small whatever the window, while time grows as its factorial (a
+ *                   window of 12 tries 479,001,600 orders at each stop). Wider windows are
+ *                   refused with 1117.
  *   NumMarkers, NumGroups  the model's counts.
  *   GroupSize       in: per group.
  *   GroupStatus     in/out: per group; 3 after a clean pass. Groups with status 1 are skipped.
@@ -397,8 +402,10 @@ GAE_API void CMPAllByDefault(int PathLen, const char* Path, int* Status);
  *                  type A; heterozygote H, or D / R for a dominant / recessive marker; P2
  *                  type B), columns the second marker's, cell = 3 (row - 1) + column.
  *  RecFreq         the estimate, 0 to 1; above 0.5 the markers are linked in the exchanged
- *                  phase. An empty table (no count above 0) gives 0.5. An unknown population
- *                  type or pair code gives NaN.
+ *                  phase. An empty table (no count above 0) gives 0.5. A table without an
+ *                  estimate (a degenerate table whose likelihood gives no number, or an
+ *                  unknown population type or pair code) gives 0.5 with LOD 0, as the pair
+ *                  file stores such a pair.
  *  StdErr          its standard error from the observed information, 0 where undefined.
  *  LOD             log10 likelihood ratio against r = 0.5; may be negative.
  *  PValue          1 - F(2 ln(10) LOD), F the chi-square distribution with 1 degree of

@@ -258,6 +258,8 @@ void GroupToCount(const PairTable& table, int by_what, int32_t n, int32_t count,
                   const int32_t* anchor, int32_t* group) {
   if (n < 1) return;
   // A negative anchor is no anchor; a count below one means one group.
+  const std::vector<int32_t> ranked = AnchorRanks(n, anchor);
+  anchor = ranked.data();
   const int32_t largest = std::max(0, *std::max_element(anchor, anchor + n));
   const int32_t target = std::max(1, std::min(n, std::max(count, largest)));
   if (target == 1) {

@@ -78,7 +78,8 @@ void Grow(const PairTable& table, int by_what, int32_t n, float threshold, int32
 void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float threshold,
                       const int32_t* anchor, int32_t* group) {
   if (n < 1) return;
-  std::copy(anchor, anchor + n, group);
+  const std::vector<int32_t> ranked = AnchorRanks(n, anchor);
+  std::copy(ranked.begin(), ranked.end(), group);
   const int64_t anchored = std::accumulate(group, group + n, int64_t{0});
   if (anchored == 0) {
     float best = kInfinity;
@@ -104,20 +105,22 @@ void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float thre
   Grow(table, by_what, n, threshold, group);
 }
 
-void GroupByAnchors(int32_t n, const int32_t* anchor, int32_t* group) {
-  if (n < 1) return;
-  std::fill(group, group + n, 0);
-  const int32_t largest = *std::max_element(anchor, anchor + n);
-  if (largest < 1) return;
-  // Anchor numbers closed up: the k-th anchor number in use becomes group k.
+std::vector<int32_t> AnchorRanks(int32_t n, const int32_t* anchor) {
+  std::vector<int32_t> ranked(anchor, anchor + (n > 0 ? n : 0));
   std::vector<int32_t> used;
-  for (int32_t i = 0; i < n; ++i)
-    if (anchor[i] >= 1) used.push_back(anchor[i]);
+  for (const int32_t a : ranked)
+    if (a >= 1) used.push_back(a);
   std::sort(used.begin(), used.end());
   used.erase(std::unique(used.begin(), used.end()), used.end());
-  for (int32_t i = 0; i < n; ++i)
-    if (anchor[i] >= 1)
-      group[i] = static_cast<int32_t>(std::lower_bound(used.begin(), used.end(), anchor[i]) - used.begin()) + 1;
+  for (int32_t& a : ranked)
+    if (a >= 1) a = static_cast<int32_t>(std::lower_bound(used.begin(), used.end(), a) - used.begin()) + 1;
+  return ranked;
+}
+
+void GroupByAnchors(int32_t n, const int32_t* anchor, int32_t* group) {
+  if (n < 1) return;
+  const std::vector<int32_t> ranked = AnchorRanks(n, anchor);
+  for (int32_t i = 0; i < n; ++i) group[i] = std::max(0, ranked[static_cast<std::size_t>(i)]);
 }
 
 }  // namespace gae

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "twopoint/pair_table.h"
 
@@ -18,6 +19,13 @@ inline float PairValue(const PairTable& table, int by_what, int32_t i, int32_t j
 // criterion, before single-linkage growth.
 inline constexpr float kFoldInFrequency = 0.01f;
 
+// The anchors with each positive number replaced by its rank among the positive numbers in
+// use (0 and negatives stay). Only the order of anchor numbers means anything: the methods
+// below work on ranks, so neither their result nor their time and memory depend on how large
+// the numbers are (an anchor of 2147483647 once overflowed the next group number, and one of
+// 20,000 on two markers made 20,000 clusters). Group numbers that come out are ranks too.
+std::vector<int32_t> AnchorRanks(int32_t n, const int32_t* anchor);
+
 // Single linkage by threshold. Anchored markers start their groups; with no anchor the closest
 // pair starts group 1 (or, when no pair lies strictly below the threshold, every marker is a
 // group of its own). Near-identical markers are folded in, then the free marker closest to any
@@ -27,7 +35,7 @@ inline constexpr float kFoldInFrequency = 0.01f;
 void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float threshold,
                       const int32_t* anchor, int32_t* group);
 
-// Average linkage down to `count` groups (at least the largest anchor, at most n). Anchored
+// Average linkage down to `count` groups (at least the number of anchor groups, at most n). Anchored
 // markers start in their anchor's cluster, every other marker alone; the two clusters with the
 // smallest mean pair value merge until the count is reached. The mean is the 32-bit sum over
 // the members of the higher-numbered cluster (outer) and the lower (inner), ascending, divided

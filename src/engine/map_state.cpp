@@ -1,6 +1,7 @@
 #include "engine/map_state.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "frame/fixed_format.h"
 
@@ -32,7 +33,7 @@ void ReleaseMapState(MapModel& map) {
 void MapGroupCheck(int32_t num_markers, int32_t* num_groups, int32_t* group) {
   if (num_markers < 1 || group == nullptr) return;
   const int32_t largest = *std::max_element(group, group + num_markers);
-  if (largest - 1 < 1) return;
+  if (largest < 2) return;  // "largest - 1 below 1", without overflow near the lowest integer
   // Every unused number below the largest is removed, so a used number v ends as its rank among
   // the used numbers; the largest is used by definition. Ranking the distinct numbers keeps
   // this linear in the markers, whatever size the numbers have.
@@ -46,7 +47,11 @@ void MapGroupCheck(int32_t num_markers, int32_t* num_groups, int32_t* group) {
     if (group[i] < 1) continue;
     group[i] = static_cast<int32_t>(std::lower_bound(used.begin(), used.end(), group[i]) - used.begin()) + 1;
   }
-  if (num_groups != nullptr) *num_groups -= largest - static_cast<int32_t>(used.size());
+  if (num_groups != nullptr) {
+    // A count passed in near the lowest integer stops there rather than wrap round.
+    const int64_t left = int64_t{*num_groups} - (largest - static_cast<int64_t>(used.size()));
+    *num_groups = static_cast<int32_t>(std::max<int64_t>(left, std::numeric_limits<int32_t>::min()));
+  }
 }
 
 void RebuildGroupModel(MapModel& map) {

@@ -194,6 +194,9 @@ void OrderByInsertion(const TourMatrix& d, UniformStream& random, std::vector<in
   }
   if (frame == n) return;
   if (frame < 3) {
+    // The search keeps the order it is given when no tour compares (pair values that are not
+    // numbers), so it must be given a full order, not the frame and its zeros.
+    std::iota(perm.begin(), perm.end(), 1);
     OrderMultiStart(d, 5, 3, random, perm, sink);
     return;
   }

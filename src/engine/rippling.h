@@ -11,15 +11,10 @@
 
 namespace gae {
 
-// All permutations of 1..width in lexicographic order, the identity first: `rows` rows of
-// `width` entries, row r at table[(r-1)*width ..]. rows must be width!.
-void BuildPermTable(int32_t rows, int32_t width, std::vector<int32_t>& table);
-
-// width! in 32 bits (0 for a negative width).
-int32_t PermutationCount(int32_t width);
-
 // One sliding pass over `perm` (local numbers, n entries) with windows of the smaller of
-// window_size and n. Ties keep the present order.
+// window_size and n. The permutations of a window are walked in lexicographic order without a
+// table, so memory does not grow with the window; time grows as its factorial. Ties keep the
+// present order (the identity comes first).
 void RippleWindows(int32_t window_size, const TourMatrix& d, std::vector<int32_t>& perm);
 
 // Ripples the n markers of `order` (1-based marker numbers) in place by `by_what` and

@@ -1,10 +1,15 @@
 #include "frame/entry.h"
 
+#include <algorithm>
+
 namespace gae {
 
 std::string EntryPath(int path_len, const char* path) {
   if (path_len < 1 || path == nullptr) return {};
   std::string text(path, static_cast<std::size_t>(path_len));
+  // A C or Fortran front end may pass its buffer's size: the path ends at its first NUL, or
+  // every result name would end there too, on the input itself.
+  text.resize(std::min(text.size(), text.find('\0')));
   const std::size_t end = text.find_last_not_of(' ');
   return end == std::string::npos ? std::string() : text.substr(0, end + 1);
 }
@@ -24,6 +29,24 @@ void ReportEntryFailure(std::string_view dll_name, int* status) {
 void ReportEntrySuccess(std::string_view dll_name) {
   MessageCode() = kEntrySucceeded;
   PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
+}
+
+bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
+                         int* status) {
+  if (!missing) return false;
+  LogSession log(tool);
+  if (status != nullptr) *status = 1101;
+  MessageCode() = 1101;
+  PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
+  return true;
+}
+
+void ReportSkippedResults(const std::vector<std::string>& skipped) {
+  for (const std::string& path : skipped) {
+    MessageCode() = 1118;
+    PrintMessage(1118, {MsgArg::Field(path)});
+  }
+  MessageCode() = 0;
 }
 
 }  // namespace gae

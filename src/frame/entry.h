@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "frame/frame_codes.h"
 #include "frame/messages.h"
@@ -13,7 +14,8 @@
 
 namespace gae {
 
-// The `PathLen` bytes at `path`, trailing blanks trimmed; empty when `PathLen` is below 1.
+// The `PathLen` bytes at `path` up to the first NUL, trailing blanks trimmed; empty when
+// `PathLen` is below 1.
 std::string EntryPath(int path_len, const char* path);
 
 // The input file is missing or unreadable: the 1002 line (the path followed by " does not
@@ -25,6 +27,16 @@ void ReportMissingInput(const std::string& path, std::string_view dll_name, int*
 void ReportEntryFailure(std::string_view dll_name, int* status);
 // The closing 1102 line of a successful entry.
 void ReportEntrySuccess(std::string_view dll_name);
+
+// A stage export handed no array where it needs one (a null pointer beside a count that
+// promises elements): nothing is read or changed, the 1101 line names the export, and
+// `MessageCode` and `Status` become 1101. Returns whether the arrays were refused.
+bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
+                         int* status);
+
+// One 1118 line for each result file that was not written because it would have replaced
+// the input file.
+void ReportSkippedResults(const std::vector<std::string>& skipped);
 
 // Runs an export's body inside the tool's log session. An exception (in practice a refused
 // allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program

@@ -14,6 +14,9 @@ extern "C" {
 
 GAE_API void MAPGrouping(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
                          const int* Anchor, int* Group, int* Status) {
+  // The consensus tool ignores Anchor (it holds map counts there).
+  const bool missing = NumMarkers > 0 && (Group == nullptr || (Anchor == nullptr && ToolCode != 105));
+  if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status, [&] {
     gae::GroupingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);
   });
@@ -25,6 +28,7 @@ GAE_API void MapGroupCheck(int NumMarkers, int* NumGroups, int* Group) {
 }
 
 GAE_API void MAPAnchorMarker(int Marker, int GroupID, int NumGroups, int NumMarkers, int* Anchor) {
+  if (Anchor == nullptr) return;
   gae::GuardedEntry("", "DLL MAPAnchorMarker", nullptr,
                     [&] { gae::AnchorMarker(Marker, GroupID, NumGroups, NumMarkers, Anchor); });
 }
@@ -34,6 +38,10 @@ GAE_API void MAPOrderingAll(int ToolCode, int Method, int ByWhat, int OrderingOp
                             const int* GroupSize, int* GroupStatus, int* MapState,
                             const int* Anchor, const int* Group, int* Order, float* Position,
                             int* Status) {
+  const bool missing =
+      (NumGroups > 0 && (GroupSize == nullptr || GroupStatus == nullptr)) ||
+      (NumMarkers > 0 && (Anchor == nullptr || Group == nullptr || Order == nullptr || Position == nullptr));
+  if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrderingAll", Status, [&] {
     gae::OrderingAllEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                           NumMarkers, NumGroups, GroupSize, GroupStatus, MapState, Anchor, Group,
@@ -45,6 +53,9 @@ GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOptio
                          int OrderingParam1, int OrderingParam2, int GroupMarkers,
                          const int* GroupAnchor, int* GroupOrder, float* GroupPosition,
                          int* Status) {
+  const bool missing = GroupMarkers >= 2 &&
+                       (GroupAnchor == nullptr || GroupOrder == nullptr || GroupPosition == nullptr);
+  if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPOrdering", Status, [&] {
     gae::OrderingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, OrderingOption, OrderingParam1, OrderingParam2,
                        GroupMarkers, GroupAnchor, GroupOrder, GroupPosition, Status);
@@ -54,6 +65,9 @@ GAE_API void MAPOrdering(int ToolCode, int Method, int ByWhat, int OrderingOptio
 GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMarkers, int NumGroups,
                             const int* GroupSize, int* GroupStatus, int* MapState, const int* Group,
                             int* Order, float* Position, int* Status) {
+  const bool missing = (NumGroups > 0 && (GroupSize == nullptr || GroupStatus == nullptr)) ||
+                       (NumMarkers > 0 && (Order == nullptr || Position == nullptr));
+  if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRipplingAll", Status, [&] {
     gae::RipplingAllEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), ByWhat, WindowSize, NumMarkers, NumGroups, GroupSize,
                           GroupStatus, MapState, Group, Order, Position, Status);
@@ -62,6 +76,8 @@ GAE_API void MAPRipplingAll(int ToolCode, int ByWhat, int WindowSize, int NumMar
 
 GAE_API void MAPRippling(int ToolCode, int ByWhat, int WindowSize, int GroupMarkers,
                          int* GroupOrder, float* GroupPosition, int* Status) {
+  const bool missing = GroupMarkers > 2 && (GroupOrder == nullptr || GroupPosition == nullptr);
+  if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPRippling", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPRippling", Status, [&] {
     gae::RipplingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), ByWhat, WindowSize, GroupMarkers, GroupOrder, GroupPosition, Status);
   });

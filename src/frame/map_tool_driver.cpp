@@ -56,17 +56,28 @@ bool WritePairFile(MapToolPolicy& policy, const std::string& path, int threads) 
   settings.lrd_name = PairStoreName(path);
   settings.record_length = policy.Profile().record_length;
   settings.mapping_function = policy.StoreMappingFunction();
+  // An input named like its pairwise file (cross.LRD) would be replaced by it.
+  if (SameFile(settings.lrd_name, path)) {
+    ReportSkippedResults({settings.lrd_name});
+    return false;
+  }
   return policy.WritePairs(settings.lrd_name, threads);
 }
 
 // The caller's arrays must describe a map of the markers read, or the reports would look up
-// names and pairs that do not exist.
+// names and pairs that do not exist. Every count is checked against the others before any
+// array is read by it: a host passing a wild count must get the failure line, not a crash.
 bool Describes(const FinishedMap& map, int32_t markers_read) {
-  if (map.num_markers != markers_read || map.num_mapped < 0 || map.num_unlinked < 0 ||
-      map.num_markers - map.num_mapped - map.num_unlinked < 0)
+  const int64_t n = map.num_markers;
+  if (n != markers_read || map.num_mapped < 0 || map.num_unlinked < 0 ||
+      int64_t{map.num_mapped} + map.num_unlinked > n || map.num_groups < 0 ||
+      map.num_groups > n)
+    return false;
+  if (map.order == nullptr || (map.num_mapped > 0 && map.position == nullptr) ||
+      (map.num_groups > 0 && (map.group_size == nullptr || map.group_name_codes == nullptr)))
     return false;
   int64_t linked = 0;
-  for (int g = 0; g < map.num_groups; ++g) {
+  for (int g = 0; g < map.num_groups && linked <= map.num_mapped; ++g) {
     if (map.group_size[g] < 0) return false;
     linked += map.group_size[g];
   }
@@ -90,7 +101,9 @@ void WriteChecked(MapToolPolicy& policy, const std::string& file_path, const Fin
     PrintMessage(kMissingFile, {MsgArg::Field(Process().pair_store.lrd_name)});
     return;
   }
-  policy.WriteResults(ResultStem(file_path), map, switches, store.Table(), Process().random);
+  ResultFiles files(file_path);
+  policy.WriteResults(files, map, switches, store.Table(), Process().random);
+  ReportSkippedResults(files.Skipped());
 }
 
 // Reads the input for a whole run, timed when the tool times it, keeps its anchors and writes

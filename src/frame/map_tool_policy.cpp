@@ -70,16 +70,16 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
   return MAPPairwiseFile(lrd_name, markers, threads);
 }
 
-void MapPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
+void MapPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
   const MapLayout map = BuildLayout(data_, finished);
-  WriteTextFile(stem + ".sum", SumReport(map, pairs));
-  WriteTextFile(stem + ".mtp", MtpReport(map));
-  if (switches.On(0)) WriteTextFile(stem + ".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
-  if (switches.On(1)) WriteTextFile(stem + ".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
-  if (switches.On(2)) WriteTextFile(stem + ".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
-  WriteMapDownstreamFiles(map, stem, switches.On(3), random);
+  files.Write(".sum", SumReport(map, pairs));
+  files.Write(".mtp", MtpReport(map));
+  if (switches.On(0)) files.Write(".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
+  if (switches.On(1)) files.Write(".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
+  if (switches.On(2)) files.Write(".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
+  WriteMapDownstreamFiles(map, switches.On(3), random, files);
 }
 
 }  // namespace gae

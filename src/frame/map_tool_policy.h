@@ -37,7 +37,7 @@ class MapPolicy final : public MapToolPolicy {
   bool WritePairs(const std::string& lrd_name, int threads) override;
   int32_t StoreMappingFunction() const override { return data_.mapping_function; }
 
-  void WriteResults(const std::string& stem, const FinishedMap& map,
+  void WriteResults(ResultFiles& files, const FinishedMap& map,
                     const OutputSwitches& switches, const PairTable& pairs,
                     UniformStream& random) override;
 

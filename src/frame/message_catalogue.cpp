@@ -47,6 +47,8 @@ const CatalogueEntry kCatalogue[] = {
     {1115, P, "ByWhat for Rippling is out of range [3]. ByWhat={}"},
     {1116, P, "ByWhat for Rippling is out of range [1,2,3]. ByWhat={}"},
     {1117, P, "WindowSize for Rippling is out of range [2,8]. WindowSize={}"},
+    // A result file named as the input file is not written over it.
+    {1118, N, "Warning: result file not written, it would replace the input file! File={}"},
 
     {1201, N, "QTL mapping for trait "},
     {1202, N, "QTL mapping for environment "},
@@ -209,6 +211,8 @@ const CatalogueEntry kCatalogue[] = {
     {2803, N, "Calculating recombination frequency was complted! Time (m) taken={}"},
     {2804, N, "Re-calculate pair-wise marker distance (cM) ..."},
     {2805, N, "Calculating marker distance was complted!"},
+    // Pairs whose estimate is not a number (degenerate tables) are kept as unlinked.
+    {2806, N, "Warning: no estimate for {} marker pairs! They are stored as unlinked: RecFreq=0.5 LOD score=0"},
 
     // Parameter section of stand-alone runs.
     {3001, P, "cannot read Indicator to handle missing phenotype!"},

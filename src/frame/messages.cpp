@@ -1,6 +1,7 @@
 #include "frame/messages.h"
 
 #include <algorithm>
+#include <string>
 
 #include "frame/fixed_format.h"
 #include "frame/message_catalogue.h"
@@ -178,9 +179,10 @@ void PrintOutlierMessage(int trait, int sample, float value, float stat) {
   for (const std::string& line : lines) Process().log.Write(line);
 }
 
-void PrintPairwiseMessage(int i, int j, float rec_freq, float lod, float minutes) {
+void PrintPairwiseMessage(int i, int j, float rec_freq, float lod, float minutes,
+                          long long pairs) {
   const int code = MessageCode();
-  if (!InRange(code, 2801, 2805)) return;
+  if (!InRange(code, 2801, 2806)) return;
   if (code == 2802) {
     PrintCurrent({MsgArg::Field(fmt::LeftAdjust(fmt::I(i, 8))),
                   MsgArg::Field(fmt::LeftAdjust(fmt::I(j, 8))),
@@ -188,6 +190,8 @@ void PrintPairwiseMessage(int i, int j, float rec_freq, float lod, float minutes
                   MsgArg::Field(fmt::LeftAdjust(fmt::F(lod, 8, 2)))});
   } else if (code == 2803) {
     PrintCurrent({fmt::Trim(fmt::F(minutes, 8, 2))});
+  } else if (code == 2806) {
+    PrintCurrent({std::to_string(pairs)});  // a count of pairs can outgrow the I8 field
   } else {
     PrintCurrent({});
   }

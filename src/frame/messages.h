@@ -65,8 +65,10 @@ void PrintNameMismatchMessage(int chrom, int marker, int row, std::string_view m
                               std::string_view marker_name);
 // 2701..2703, to the log only: 2701 the heading, 2702/2703 one row.
 void PrintOutlierMessage(int trait, int sample, float value, float stat);
-// 2801..2805 of the pairwise store: 2802 takes the pair, frequency and LOD; 2803 the minutes.
-void PrintPairwiseMessage(int i, int j, float rec_freq, float lod, float minutes);
+// 2801..2806 of the pairwise store: 2802 takes the pair, frequency and LOD; 2803 the minutes;
+// 2806 the number of pairs stored as unlinked for want of an estimate.
+void PrintPairwiseMessage(int i, int j, float rec_freq, float lod, float minutes,
+                          long long pairs = 0);
 
 // The 1103 line for CPU readings t1 and t2, in seconds.
 std::string CpuTimeLine(float t1, float t2);

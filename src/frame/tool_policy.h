@@ -10,7 +10,8 @@
 //     caller's CheckError arrays are filled in FillCheckArrays, after a read that succeeded.
 //  3. WritePairs: fill the .LRD file through the tool's pair-file writer in twopoint/.
 //  4. WriteResults: build the tool's reports from the data read and the finished map, with a
-//     writer of report/, and write them.
+//     writer of report/, and write each through the ResultFiles given (`files.Write(".sum",
+//     text)`): it names them and never lets one replace the input file.
 //  5. Each export in src/frame/exports_xxx.cpp is one line over the generic bodies, for example
 //     `gae::AllByDefaultBody(gae::XxxPolicy(), PathLen, Path, Status, gae::PairStoreThreads());`
 //     and the export is declared in include/gaengine.h and cmake/gaengine.version.
@@ -25,6 +26,7 @@
 #include "frame/tool_profile.h"
 #include "input/list_reader.h"
 #include "report/map_layout.h"
+#include "report/text_file.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
@@ -84,9 +86,9 @@ class MapToolPolicy {
   // The mapping function with which the stages turn stored frequencies into distances.
   virtual int32_t StoreMappingFunction() const = 0;
 
-  // Seam 3: writes the tool's result files named `stem` + suffix, for a map already checked to
+  // Seam 3: writes the tool's result files through `files`, for a map already checked to
   // describe the markers read. The data read may be consumed: this is its last use.
-  virtual void WriteResults(const std::string& stem, const FinishedMap& map,
+  virtual void WriteResults(ResultFiles& files, const FinishedMap& map,
                             const OutputSwitches& switches, const PairTable& pairs,
                             UniformStream& random) = 0;
 

@@ -40,8 +40,8 @@ std::vector<ChromosomeRecord> Chromosomes(const MapLayout& map, const LinkedMapR
 
 }  // namespace
 
-int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
-                                bool write_qtl_files, UniformStream& random) {
+int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
+                                ResultFiles& files) {
   const LinkedMapRecord record = LinkedRecord(map);
   // The linked markers' genotypes and classes in map order: what the QTL tools and the scan see.
   std::string input;
@@ -53,9 +53,9 @@ int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
     numbers.push_back(marker);
   }
   if (write_qtl_files) {
-    WriteTextFile(stem + ".sdl", SdlText(record, input));
-    WriteTextFile(stem + ".bip", BipText(record, input));
-    WriteTextFile(stem + ".met", MetText(record, input));
+    files.Write(".sdl", SdlText(record, input));
+    files.Write(".bip", BipText(record, input));
+    files.Write(".met", MetText(record, input));
   }
   std::string corrected = input;
   const std::vector<ChromosomeRecord> chromosomes = Chromosomes(map, record);
@@ -63,9 +63,8 @@ int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
   const int64_t flagged = ErrorScan(model, map.num_individuals, chromosomes, classes,
                                     std::span<char>(corrected.data(), corrected.size()), random);
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals);
-  WriteTextFile(stem + "EC.map", EcMapText(record, corrected, lost));
-  WriteTextFile(stem + ".err",
-                ErrReportText(map.num_individuals, record.marker_names, numbers, input, corrected));
+  files.Write("EC.map", EcMapText(record, corrected, lost));
+  files.Write(".err", ErrReportText(map.num_individuals, record.marker_names, numbers, input, corrected));
   return flagged;
 }
 

@@ -8,12 +8,13 @@
 
 #include "frame/uniform_stream.h"
 #include "report/map_layout.h"
+#include "report/text_file.h"
 
 namespace gae {
 
-// Writes stem.sdl, stem.bip and stem.met when `write_qtl_files`, then scans, and writes
-// stemEC.map and stem.err. Returns the number of genotypes the scan set to missing.
-int64_t WriteMapDownstreamFiles(const MapLayout& map, const std::string& stem,
-                                bool write_qtl_files, UniformStream& random);
+// Writes the .sdl, .bip and .met files when `write_qtl_files`, then scans, and writes the EC.map
+// and .err files, all through `files`. Returns the number of genotypes the scan set to missing.
+int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
+                                ResultFiles& files);
 
 }  // namespace gae

@@ -1,6 +1,9 @@
 #include "report/text_file.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
+#include <utility>
 
 #include "frame/path_stem.h"
 
@@ -11,6 +14,24 @@ bool WriteTextFile(const std::string& path, const std::string& text) {
   if (file == nullptr) return false;
   const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
   return std::fclose(file) == 0 && written;
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+  struct stat first {}, second {};
+  if (::stat(a.c_str(), &first) != 0 || ::stat(b.c_str(), &second) != 0) return false;
+  return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+ResultFiles::ResultFiles(std::string input_path)
+    : input_path_(std::move(input_path)), stem_(ResultStem(input_path_)) {}
+
+bool ResultFiles::Write(const std::string& suffix, const std::string& text) {
+  const std::string path = stem_ + suffix;
+  if (SameFile(path, input_path_)) {
+    skipped_.push_back(path);
+    return false;
+  }
+  return WriteTextFile(path, text);
 }
 
 std::string ResultStem(const std::string& input_path) {

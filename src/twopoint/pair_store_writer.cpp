@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "frame/message_code.h"
+#include "frame/messages.h"
 #include "frame/path_stem.h"
 #include "frame/pair_index.h"
 
@@ -50,11 +52,24 @@ void PairOfRecord(int64_t k, int64_t& i, int64_t& j) {
 
 namespace {
 
-void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float* out) {
+// A first value or a frequency that is not a number says nothing about linkage, yet a NaN
+// frequency beside a large LOD once chained unrelated chromosomes into one group: the pair is
+// kept as unlinked. True when the record was replaced.
+bool KeepAsUnlinked(const PairStoreJob& job, float* record) {
+  if (!std::isnan(record[0]) && !std::isnan(record[1])) return false;
+  record[0] = job.unlinked_first;
+  record[1] = 0.5f;
+  return true;
+}
+
+void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float* out,
+                   int64_t* not_a_number) {
   int64_t i = 0, j = 0;
   PairOfRecord(first, i, j);
   for (int64_t n = 0; n < count; ++n) {
-    job.estimate(i, j, out + n * job.record_length);
+    float* record = out + n * job.record_length;
+    job.estimate(i, j, record);
+    if (job.record_length >= 2 && KeepAsUnlinked(job, record)) ++*not_a_number;
     if (++j == i) {
       ++i;
       j = 1;
@@ -64,7 +79,7 @@ void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float*
 
 }  // namespace
 
-bool WritePairStore(const PairStoreJob& job) {
+bool WritePairStore(const PairStoreJob& job, int64_t* not_a_number) {
   std::FILE* file = std::fopen(job.lrd_name.c_str(), "wb");
   if (file == nullptr) return false;
   const int64_t total = PairCount(job.num_markers);
@@ -73,18 +88,20 @@ bool WritePairStore(const PairStoreJob& job) {
   std::vector<std::vector<float>> buffers(threads, std::vector<float>(block * job.record_length));
 
   bool ok = true;
+  int64_t unlinked = 0;
   for (int64_t first = 1; first <= total && ok; first += block * threads) {
     // One round: each thread estimates one block; then the blocks are written in order.
     std::vector<std::thread> workers;
-    std::vector<int64_t> counts(threads, 0);
+    std::vector<int64_t> counts(threads, 0), replaced(threads, 0);
     for (int t = 0; t < threads; ++t) {
       const int64_t start = first + t * block;
       counts[t] = std::max<int64_t>(0, std::min(block, total - start + 1));
       if (counts[t] == 0) break;
-      if (t == threads - 1) EstimateBlock(job, start, counts[t], buffers[t].data());
-      else workers.emplace_back(EstimateBlock, std::cref(job), start, counts[t], buffers[t].data());
+      if (t == threads - 1) EstimateBlock(job, start, counts[t], buffers[t].data(), &replaced[t]);
+      else workers.emplace_back(EstimateBlock, std::cref(job), start, counts[t], buffers[t].data(), &replaced[t]);
     }
     for (std::thread& w : workers) w.join();
+    for (const int64_t r : replaced) unlinked += r;
     for (int t = 0; t < threads && counts[t] > 0 && ok; ++t) {
       const float* records = buffers[t].data();
       if (job.inspect) {
@@ -103,6 +120,13 @@ bool WritePairStore(const PairStoreJob& job) {
     }
   }
   ok = (std::fclose(file) == 0) && ok;
+  // One line for all such pairs: a data set can hold thousands of them.
+  if (unlinked > 0) {
+    MessageCode() = 2806;
+    PrintPairwiseMessage(0, 0, 0.0f, 0.0f, 0.0f, unlinked);
+    MessageCode() = 0;
+  }
+  if (not_a_number != nullptr) *not_a_number = unlinked;
   return ok;
 }
 

@@ -34,10 +34,14 @@ struct PairStoreJob {
   std::function<void(int64_t i, int64_t j, float* record)> estimate;
   // Sees every record in record order, on the calling thread (warnings go here).
   std::function<void(int64_t i, int64_t j, const float* record)> inspect;
+  // The first word of an unlinked pair: minus a LOD of 0. A store of distances sets its own.
+  float unlinked_first = 0.0f;
 };
 
-// Writes the whole file; false when it cannot be created or written.
-bool WritePairStore(const PairStoreJob& job);
+// Writes the whole file; false when it cannot be created or written. A record whose first
+// value or frequency is not a number is stored as unlinked (`unlinked_first`, 0.5); such
+// records are counted in `not_a_number` and in one 2806 warning line of the caller's log.
+bool WritePairStore(const PairStoreJob& job, int64_t* not_a_number = nullptr);
 
 // The pair (i, j), i > j, of record k (1-based).
 void PairOfRecord(int64_t k, int64_t& i, int64_t& j);

@@ -31,8 +31,16 @@ int PairCode(int first_kind, int second_kind);
 // sum of the cells is the number typed at both markers.
 void PairCounts(int num_individuals, const char* first, const char* second, float cells[9]);
 
+// An estimate that is not a number says nothing about linkage: a degenerate table (in an F2,
+// a marker heterozygous in every individual typed at both markers, beside one whose
+// heterozygotes equal its homozygotes) leaves the likelihood flat or undefined, and a NaN
+// frequency would still carry a large LOD that chains unrelated groups. Such a pair takes the
+// values of an unlinked one, 0.5 and LOD 0. True when the values were replaced.
+bool UnlinkedWhenNotANumber(float& rec_freq, float& lod);
+
 // The estimate the pair store keeps: an empty table (sum not above 0) gives 0.5 and 0; a
-// negative LOD becomes 0.
+// negative LOD becomes 0. An estimate that is not a number is left as it is for the store's
+// writer, which keeps the pair as unlinked and counts it.
 void TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
                      float& lod);
 

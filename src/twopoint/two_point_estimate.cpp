@@ -1,4 +1,5 @@
 // The estimator frame: one phase, both phases, and the guard the pair store relies on.
+#include <cmath>
 #include <limits>
 
 #include "frame/population.h"
@@ -90,6 +91,13 @@ void TwoPointEstimate(int population_type, int pair_code, const float cells[9], 
   Estimate(population_type, pair_code, cells, rec_freq, lod, &std_err);
 }
 
+bool UnlinkedWhenNotANumber(float& rec_freq, float& lod) {
+  if (!std::isnan(rec_freq) && !std::isnan(lod)) return false;
+  rec_freq = 0.5f;
+  lod = 0.0f;
+  return true;
+}
+
 void TwoPointGuarded(int population_type, int pair_code, const float cells[9], float& rec_freq,
                      float& lod) {
   if (CellSum(cells) <= 0.0f) {  // no individual typed at both markers; a NaN sum goes on
@@ -98,7 +106,7 @@ void TwoPointGuarded(int population_type, int pair_code, const float cells[9], f
     return;
   }
   Estimate(population_type, pair_code, cells, rec_freq, lod, nullptr);
-  if (lod < 0.0f) lod = 0.0f;
+  if (lod < 0.0f) lod = 0.0f;  // false for NaN: the store's writer sees it and counts it
 }
 
 }  // namespace gae

@@ -21,6 +21,8 @@ TwoPointToolResult TwoPointForTable(int pair_code, int population_type, const fl
       for (int col = 0; col < 3; ++col)
         table[3 * row + col] = transpose ? cells[3 * col + row] : cells[3 * row + col];
     TwoPointEstimate(population_type, pair_code, table, out.rec_freq, out.lod, out.std_err);
+    // The calculator answers as the pair store keeps the pair.
+    if (UnlinkedWhenNotANumber(out.rec_freq, out.lod)) out.std_err = 0.0f;
   }
   // Likelihood-ratio statistic 2 ln(10) LOD.
   const float statistic = 2 * 2.3025851f * out.lod;

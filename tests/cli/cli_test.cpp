@@ -97,6 +97,47 @@ TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   EXPECT_THAT(r.out, HasSubstr("0.2"));
 }
 
+TEST_F(Command, MapNamesMarkersOfOneGenotypeClassAndWarnsOfPairsWithoutEstimate) {
+  // An F2 marker heterozygous everywhere beside one with as many H as A and B: no estimate.
+  std::string mixed, hets;
+  for (int k = 0; k < 198; ++k) {
+    mixed += k < 54 ? " A" : k < 153 ? " H" : " B";
+    hets += " H";
+  }
+  testing::WriteText("flat.map", "7\n1\n1\n3\n198\nM1" + mixed + "\nFLAT" + hets + "\nM3" + mixed +
+                                     "\nM1 0\nFLAT 0\nM3 0\n");
+  const Result r = Gaengine("map flat.map");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("Uninformative     1 (one genotype class only): FLAT"));
+  EXPECT_THAT(r.out, HasSubstr("Warning: no estimate for 2 marker pairs!"));
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("nan")));
+}
+
+TEST_F(Command, APairFileFromOtherDataOrChangedSinceIsComputedAgain) {
+  // The library reuses any pairwise file of the right size: a garbage file, or one of another
+  // data set with the same marker count, once gave a wrong map with status 0.
+  ASSERT_EQ(Gaengine("pairs f2.map").exit_code, 0);
+  const std::string right = ReadText("f2.LRD");
+  Result r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
+  testing::WriteText("f2.LRD", std::string(right.size(), '\x7f'));
+  r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, HasSubstr("f2.LRD is computed again: it has changed since it was computed."));
+  EXPECT_EQ(ReadText("f2.LRD"), right);
+  // Other genotypes, same marker count: the first H of the file becomes a B.
+  std::string data = ReadText("f2.map");
+  const std::size_t at = data.find(" H ", data.find("C2M01"));
+  data[at + 1] = 'B';
+  testing::WriteText("f2.map", data);
+  r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, HasSubstr("f2.LRD is computed again: it was computed from other data."));
+  EXPECT_NE(ReadText("f2.LRD"), right);
+  // Remarks do not count.
+  testing::WriteText("f2.map", "! one more remark\n" + data);
+  r = Gaengine("pairs f2.map");
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
+}
+
 TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   // The tree's row at a threshold counts the groups that the map command makes there.
   Result r = Gaengine("groups --from 2 --to 12 --step 2 f2.map");

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <map>
 #include <numeric>
 #include <random>
@@ -231,6 +232,49 @@ TEST_F(EngineExports, SmallGroupsAndAnchorsThroughTheExports) {
   EXPECT_THAT(group, ElementsAre(1, 2, 2, 3, 0));
   EXPECT_EQ(groups, 3);
   EXPECT_FALSE(testing::FileExists("MAP.log"));  // these two keep no log
+}
+
+TEST_F(EngineExports, MissingArraysAndExtremeNumbersChangeNothing) {
+  // Found by bad-argument runs: MapGroupCheck overflowed on group numbers near the lowest
+  // integer, and MAPGrouping with Method 3 and no Anchor array crashed the host.
+  const int low = std::numeric_limits<int>::min();
+  std::vector<int> group = {low, low + 1, 0};
+  int groups = low + 1;
+  MapGroupCheck(3, &groups, group.data());
+  EXPECT_THAT(group, ElementsAre(low, low + 1, 0));
+  EXPECT_EQ(groups, low + 1);
+  group = {1, 4, low};
+  groups = low;
+  MapGroupCheck(3, &groups, group.data());
+  EXPECT_THAT(group, ElementsAre(1, 2, low));
+  EXPECT_EQ(groups, low);  // stops at the lowest count instead of wrapping round
+
+  std::mt19937 rng(4);
+  testing::UseStoreFile(testing::LinkedStore(6, 1, rng), "run.LRD");
+  std::vector<int> anchor(6, 1), order = {1, 2, 3, 4, 5, 6}, size = {6}, state = {2};
+  std::vector<float> position(6, 0.0f);
+  group.assign(6, 7);
+  int status = -1, map_state = 1;
+  MAPGrouping(104, 3, 1, 3.0f, 6, nullptr, group.data(), &status);
+  EXPECT_EQ(status, 1101);
+  EXPECT_THAT(group, ElementsAre(7, 7, 7, 7, 7, 7));
+  MAPGrouping(104, 1, 1, 3.0f, 6, anchor.data(), nullptr, &status);
+  EXPECT_EQ(status, 1101);
+  MAPOrdering(104, 2, 2, 1, 5, 3, 6, nullptr, order.data(), position.data(), &status);
+  EXPECT_EQ(status, 1101);
+  MAPOrderingAll(104, 2, 2, 1, 5, 3, 6, 1, size.data(), state.data(), &map_state, anchor.data(),
+                 group.data(), nullptr, position.data(), &status);
+  EXPECT_EQ(status, 1101);
+  MAPRipplingAll(104, 1, 5, 6, 1, nullptr, state.data(), &map_state, group.data(), order.data(),
+                 position.data(), &status);
+  EXPECT_EQ(status, 1101);
+  MAPRippling(104, 1, 5, 6, order.data(), nullptr, &status);
+  EXPECT_EQ(status, 1101);
+  MAPAnchorMarker(1, 1, 1, 6, nullptr);
+  EXPECT_THAT(order, ElementsAre(1, 2, 3, 4, 5, 6));
+  EXPECT_THAT(state, ElementsAre(2));
+  EXPECT_EQ(map_state, 1);
+  EXPECT_THAT(Log().back(), HasSubstr("--Error1101: error found in DLL! DLL name=DLL MAPRippling"));
 }
 
 }  // namespace

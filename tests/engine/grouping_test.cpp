@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "engine/engine_test_support.h"
+#include "support/alloc_counter.h"
 
 namespace gae {
 namespace {
@@ -127,7 +128,7 @@ TEST(GroupingByThreshold, EqualsTheLiteralRuleOnRandomStores) {
     const std::vector<int32_t> anchor = RandomAnchors(n, rng);
     std::vector<int32_t> ours(n, -99);
     GroupByThreshold(table, by, n, threshold, anchor.data(), ours.data());
-    ASSERT_EQ(ours, LiteralThreshold(table, by, n, threshold, anchor)) << "trial " << trial;
+    ASSERT_EQ(ours, LiteralThreshold(table, by, n, threshold, AnchorRanks(n, anchor.data()))) << "trial " << trial;
     const int32_t groups = *std::max_element(ours.begin(), ours.end());
     trials_with_groups += groups > 1 && groups < n;
   }
@@ -145,7 +146,7 @@ TEST(GroupingToCount, EqualsTheLiteralRuleOnRandomStores) {
     const int32_t count = static_cast<int32_t>(rng() % 8) - 1;
     std::vector<int32_t> ours(n, -99);
     GroupToCount(table, by, n, count, anchor.data(), ours.data());
-    ASSERT_EQ(ours, LiteralCount(table, by, n, count, anchor)) << "trial " << trial << " n " << n;
+    ASSERT_EQ(ours, LiteralCount(table, by, n, count, AnchorRanks(n, anchor.data()))) << "trial " << trial << " n " << n;
   }
 }
 
@@ -185,7 +186,7 @@ TEST(GroupingToCount, SumsThatDependOnTheirOrderStillMergeAsTheLiteralRule) {
     const int32_t count = 1 + static_cast<int32_t>(rng() % 5);
     std::vector<int32_t> ours(n);
     GroupToCount(store.Table(), kByFirstValue, n, count, anchor.data(), ours.data());
-    ASSERT_EQ(ours, LiteralCount(store.Table(), kByFirstValue, n, count, anchor)) << "trial " << trial;
+    ASSERT_EQ(ours, LiteralCount(store.Table(), kByFirstValue, n, count, AnchorRanks(n, anchor.data()))) << "trial " << trial;
   }
 }
 
@@ -215,10 +216,11 @@ TEST(GroupingByThreshold, UsersCases) {
   const std::vector<int32_t> none(4, 0);
   GroupByThreshold(table, kByFirstValue, 4, -3.0f, none.data(), group.data());
   EXPECT_THAT(group, ElementsAre(1, 2, 3, 4));
-  // anchors, nothing met: each free marker opens a group above the anchors'
+  // anchors, nothing met: each free marker opens a group above the anchors' (anchor numbers
+  // count by their rank only)
   const std::vector<int32_t> anchored = {0, 2, 0, 0};
   GroupByThreshold(table, kByFirstValue, 4, -3.0f, anchored.data(), group.data());
-  EXPECT_THAT(group, ElementsAre(3, 2, 4, 5));
+  EXPECT_THAT(group, ElementsAre(2, 1, 3, 4));
   // two markers at frequency 0.005 fold together though their LOD is far below the bar (with
   // no anchor and no pair under the bar, though, every marker stays alone)
   store.Second(3, 1) = 0.005f;
@@ -236,12 +238,38 @@ TEST(GroupingToCount, UsersCases) {
   const std::vector<int32_t> none(6, 0);
   GroupToCount(store.Table(), kByRecFreq, 6, 9, none.data(), group.data());  // above n
   EXPECT_THAT(group, ElementsAre(1, 2, 3, 4, 5, 6));
-  const std::vector<int32_t> anchored = {0, 4, 0, 0, 4, 0};  // count 2 below the anchor 4
+  // count 2 below the three anchor groups: the anchor groups prevail
+  const std::vector<int32_t> anchored = {0, 4, 7, 0, 4, 9};
   GroupToCount(store.Table(), kByRecFreq, 6, 2, anchored.data(), group.data());
-  EXPECT_EQ(*std::max_element(group.begin(), group.end()), 4);
+  EXPECT_EQ(*std::max_element(group.begin(), group.end()), 3);
   EXPECT_EQ(group[1], group[4]);
   GroupToCount(store.Table(), kByRecFreq, 6, 1, none.data(), group.data());
   EXPECT_THAT(group, ElementsAre(1, 1, 1, 1, 1, 1));
+}
+
+TEST(Grouping, OnlyTheOrderOfAnchorNumbersCounts) {
+  // Found by fuzzing: an anchor of 2147483647 overflowed the next group number (the free
+  // markers came out deleted), and one of 20,000 on two markers made 20,000 clusters. Large
+  // numbers must give what their ranks give, in bounded time and memory.
+  std::mt19937 rng(11);
+  const MemoryStore store = testing::RandomStore(6, rng);
+  const std::vector<int32_t> huge = {0, std::numeric_limits<int32_t>::max(), 0, 20000, 0, 0};
+  const std::vector<int32_t> ranks = {0, 2, 0, 1, 0, 0};
+  std::vector<int32_t> big(6), small(6);
+  GroupByThreshold(store.Table(), kByFirstValue, 6, -1e9f, huge.data(), big.data());
+  GroupByThreshold(store.Table(), kByFirstValue, 6, -1e9f, ranks.data(), small.data());
+  EXPECT_GE(*std::min_element(big.begin(), big.end()), 1);  // no free marker comes out deleted
+  EXPECT_EQ(big[3], 1);
+  EXPECT_EQ(big[1], 2);
+  EXPECT_EQ(big, small);
+  testing::AllocationScope scope;
+  GroupToCount(store.Table(), kByRecFreq, 6, 3, huge.data(), big.data());
+  EXPECT_LT(scope.PeakBytes(), 16 * 1024);
+  GroupToCount(store.Table(), kByRecFreq, 6, 3, ranks.data(), small.data());
+  EXPECT_EQ(big, small);
+  const std::vector<int32_t> pair = {20000, 20000};
+  GroupToCount(store.Table(), kByRecFreq, 2, 1, pair.data(), big.data());
+  EXPECT_THAT(std::vector<int32_t>(big.begin(), big.begin() + 2), ElementsAre(1, 1));
 }
 
 TEST(GroupingByAnchors, ClosesUpAnchorNumbersAndLeavesTheFreeUnlinked) {

@@ -87,6 +87,27 @@ TEST(OrderByInsertion, BrokenFrameFallsBackToTheIdentity) {
   EXPECT_THAT(perm, ElementsAre(1, 2, 3, 4, 5));
 }
 
+TEST(OrderByInsertion, SmallFrameOverValuesThatAreNotNumbersGivesAFullOrder) {
+  // Found by fuzzing: with fewer than three anchored markers the insertion hands the group to
+  // the multi-start search, which never replaced the frame-and-zeros vector when no tour
+  // compared; the zeros then indexed before the order.
+  testing::MemoryStore store;
+  store.markers = 6;
+  store.records.assign(2 * 15, std::numeric_limits<float>::quiet_NaN());
+  const PairTable table = store.Table(1);
+  UniformStream random;
+  for (const int32_t anchored : {0, 1, 2}) {
+    std::vector<int32_t> order = {6, 2, 5, 1, 4, 3}, anchor(6, 0);
+    for (int32_t k = 0; k < anchored; ++k) anchor[k] = 1;
+    std::vector<float> position(6, -1.0f);
+    OrderGroup(table, {3, kByRecFreq, 1, 5, 3}, 6, anchor.data(), order.data(), position.data(),
+               random, nullptr);
+    std::vector<int32_t> sorted = order;
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_THAT(sorted, ElementsAre(1, 2, 3, 4, 5, 6)) << anchored;
+  }
+}
+
 // One chromosome: markers 1..n in a shuffled input order with known positions.
 struct Chromosome {
   MemoryStore store;

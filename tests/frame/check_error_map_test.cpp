@@ -174,6 +174,32 @@ TEST_F(CheckMap, FrequenciesAboveTheSinglePrecisionNinetyPercentAreWarnedAbout) 
   EXPECT_EQ(rec[2 * (GroupPairIndex(3, 1) - 1) + 1], 0.9f);
 }
 
+TEST_F(CheckMap, PairsWithoutAnEstimateAreStoredAsUnlinkedAndCountedOnce) {
+  // F2: M2 is H in every individual, M1 has as many H as A and B together (54 + 45 = 99), M3
+  // is M1 again. (2,1) and (3,2) have no estimate; once they were stored with r = NaN and a
+  // LOD of about 149, which chained unrelated chromosomes into one group.
+  std::string m1, m2;
+  for (int k = 0; k < 198; ++k) {
+    m1 += k < 54 ? " A" : k < 153 ? " H" : " B";
+    m2 += " H";
+  }
+  WriteText("d.map", MapFile(7, {{"M1", m1}, {"M2", m2}, {"M3", m1}}, 198));
+  Arrays out(3);
+  ASSERT_EQ(Run("d.map", out), 0);
+  const std::vector<float> rec = Records("d.LRD");
+  for (const auto& [i, j] : {std::pair{2, 1}, std::pair{3, 2}}) {
+    EXPECT_EQ(rec[2 * (GroupPairIndex(i, j) - 1)], 0.0f) << i << j;
+    EXPECT_EQ(rec[2 * (GroupPairIndex(i, j) - 1) + 1], 0.5f) << i << j;
+  }
+  EXPECT_EQ(rec[2 * (GroupPairIndex(3, 1) - 1) + 1], 0.0f);
+  EXPECT_LT(rec[2 * (GroupPairIndex(3, 1) - 1)], -50.0f);
+  const std::string log = ReadText("MAP.log");
+  const std::string line =
+      "Warning: no estimate for 2 marker pairs! They are stored as unlinked: RecFreq=0.5 LOD score=0";
+  EXPECT_THAT(log, HasSubstr(line));
+  EXPECT_EQ(log.find(line), log.rfind(line));
+}
+
 TEST_F(CheckMap, CountsFollowTheFoldingOfEachPopulationGroup) {
   struct Group {
     int type;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -121,6 +122,36 @@ TEST_F(MapRun, TheLogTellsTheStagesInTheirOrder) {
   }
   EXPECT_EQ(trace, "FT" "GGTT" "OTOTOTOTOTT" "RTRTRTRTRTT" "TE");
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating pair-wise recombination frequency..."));
+}
+
+TEST_F(MapRun, APathEndsAtItsFirstNul) {
+  // A front end that passes its buffer's size (char path[32], sizeof path) once had every
+  // result file written onto the input itself: the names kept the NULs and ended at the first.
+  const std::string input = ReadText(kExample);
+  char path[32] = "f2_five_chromosomes.map";
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPAllByDefault(static_cast<int>(sizeof path), path, &status);
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadText(kExample), input);
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.sum"));
+  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.LRD"));
+}
+
+TEST_F(MapRun, NoResultFileReplacesTheInput) {
+  // An input named cross.mtp was overwritten by its own .mtp report, with status 0.
+  const std::string input = ReadText(kExample);
+  WriteText("cross.mtp", input);
+  ASSERT_EQ(Call(MAPAllByDefault, "cross.mtp"), 0);
+  EXPECT_EQ(ReadText("cross.mtp"), input);
+  EXPECT_TRUE(testing::FileExists("cross.sum"));
+  EXPECT_THAT(ReadText("MAP.log"),
+              HasSubstr("Warning: result file not written, it would replace the input file! File=cross.mtp"));
+  // Named like its own pairwise file, the input stays too; the run cannot go on without one.
+  WriteText("cross.LRD", input);
+  EXPECT_EQ(Call(MAPAllByDefault, "cross.LRD"), 1101);
+  EXPECT_EQ(ReadText("cross.LRD"), input);
 }
 
 TEST_F(MapRun, AFailedHeaderStopsBeforeAnythingIsAllocated) {
@@ -309,6 +340,18 @@ TEST_F(MapRun, OutputRefusesArraysThatDoNotDescribeTheFile) {
             name.data(), size.data(), order.data(), position.data(), 1, 1, 1, 1);
   const std::string out = ::testing::internal::GetCapturedStdout();
   EXPECT_THAT(out, HasSubstr("--Error1101: error found in DLL! DLL name=DLL MAPOutput"));
+  EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
+  // Wild counts beside short arrays once read (or copied) past them: the host crashed.
+  const auto wild = [&](int mapped, int unlinked, int groups, const float* pos) {
+    ::testing::internal::CaptureStdout();
+    MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), mapped, unlinked,
+              groups, name.data(), size.data(), order.data(), pos, 0, 0, 0, 0);
+    return ::testing::internal::GetCapturedStdout();
+  };
+  EXPECT_THAT(wild(INT_MAX, 0, 1, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
+  EXPECT_THAT(wild(100, INT_MAX, 1, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
+  EXPECT_THAT(wild(100, 50, INT_MAX, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
+  EXPECT_THAT(wild(100, 50, 1, nullptr), HasSubstr("DLL name=DLL MAPOutput"));
   EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
   // The same arrays with consistent counts are written.
   ::testing::internal::CaptureStdout();

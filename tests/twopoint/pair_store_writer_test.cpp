@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -68,13 +69,23 @@ TEST_F(PairStoreWriting, BlocksOnAnyNumberOfThreadsGiveTheSameBytesInRecordOrder
     job.num_markers = 57;
     job.threads = threads;
     job.block_records = block;
-    job.estimate = [](int64_t i, int64_t j, float* record) {
-      record[0] = static_cast<float>(i);
-      record[1] = static_cast<float>(j);
+    // Every fifth pair has no estimate, as a degenerate table gives: NaN frequency, LOD 149.
+    auto broken = [](int64_t i, int64_t j) { return (i + j) % 5 == 0; };
+    job.estimate = [&](int64_t i, int64_t j, float* record) {
+      record[0] = broken(i, j) ? -149.0f : static_cast<float>(i);
+      record[1] = broken(i, j) ? std::numeric_limits<float>::quiet_NaN() : static_cast<float>(j);
     };
     std::vector<int64_t> seen;
-    job.inspect = [&](int64_t i, int64_t j, const float*) { seen.push_back(GroupPairIndex(i, j)); };
-    EXPECT_TRUE(WritePairStore(job));
+    int64_t expected = 0;
+    job.inspect = [&](int64_t i, int64_t j, const float*) {
+      seen.push_back(GroupPairIndex(i, j));
+      expected += broken(i, j);
+    };
+    int64_t not_a_number = -1;
+    EXPECT_TRUE(WritePairStore(job, &not_a_number));
+    // The pairs of every block and thread are added up.
+    EXPECT_EQ(not_a_number, expected);
+    EXPECT_GT(expected, 0);
     for (size_t k = 0; k < seen.size(); ++k) EXPECT_EQ(seen[k], static_cast<int64_t>(k + 1));
     return testing::ReadText("t.LRD");
   };
@@ -85,8 +96,9 @@ TEST_F(PairStoreWriting, BlocksOnAnyNumberOfThreadsGiveTheSameBytesInRecordOrder
     std::memcpy(record, one.data() + (k - 1) * 8, 8);
     int64_t i = 0, j = 0;
     PairOfRecord(k, i, j);
-    ASSERT_EQ(record[0], static_cast<float>(i));
-    ASSERT_EQ(record[1], static_cast<float>(j));
+    // A pair without an estimate is stored as unlinked: minus LOD 0, frequency 0.5.
+    ASSERT_EQ(record[0], (i + j) % 5 == 0 ? 0.0f : static_cast<float>(i));
+    ASSERT_EQ(record[1], (i + j) % 5 == 0 ? 0.5f : static_cast<float>(j));
   }
   EXPECT_EQ(run(4, 7), one);
   EXPECT_EQ(run(3, 1000), one);

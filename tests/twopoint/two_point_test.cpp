@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "gaengine.h"
 #include "twopoint/two_point.h"
 
 namespace gae {
@@ -52,10 +53,31 @@ TEST(TwoPointFrame, EmptyAndNotANumberTables) {
   TwoPointGuarded(3, 11, empty, rec, lod);
   EXPECT_EQ(rec, 0.5f);
   EXPECT_EQ(lod, 0.0f);
-  // A NaN sum is not "not above 0" by the guard's test: the estimate goes on and gives NaN.
+  // A NaN sum is not "not above 0" by the guard's test: the estimate goes on and gives NaN,
+  // which the store's writer keeps as unlinked.
   const float broken[9] = {kNaN, 0, 5, 0, 0, 0, 5, 0, 10};
   TwoPointGuarded(3, 11, broken, rec, lod);
   EXPECT_TRUE(std::isnan(rec));
+}
+
+TEST(TwoPointFrame, DegenerateF2PairIsKeptAsUnlinked) {
+  // Found by fuzzing: the second marker is H wherever the first is typed, and the first has
+  // as many H as A and B together. Both phases give r = NaN, with a LOD of about 149 that
+  // once chained unrelated chromosomes into one group.
+  const float cells[9] = {0, 0, 0, 54, 99, 45, 0, 0, 0};
+  float rec = -1, lod = -1, se = -1;
+  TwoPointEstimate(7, 11, cells, rec, lod, se);
+  ASSERT_TRUE(std::isnan(rec));
+  ASSERT_GT(lod, 100.0f);
+  // The calculator answers as the store keeps the pair: unlinked.
+  float p = -1, haldane = -1, kosambi = -1;
+  ToolTwoPointREC(11, 7, cells, &rec, &se, &lod, &p, &haldane, &kosambi);
+  EXPECT_EQ(rec, 0.5f);
+  EXPECT_EQ(lod, 0.0f);
+  EXPECT_EQ(se, 0.0f);
+  EXPECT_EQ(p, 1.0f);
+  EXPECT_EQ(haldane, 1000.0f);
+  EXPECT_EQ(kosambi, 1000.0f);
 }
 
 TEST(TwoPointFrame, DoubledHaploidsAtTheBorders) {

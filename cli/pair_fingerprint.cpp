@@ -1,0 +1,88 @@
+#include "pair_fingerprint.h"
+
+#include <sys/stat.h>
+
+#include <cinttypes>
+#include <cstdio>
+#include <fstream>
+
+#include "frame/message_code.h"
+#include "frame/tool_profile.h"
+#include "input/map_tool_reader.h"
+
+namespace gaecli {
+
+namespace {
+
+constexpr uint64_t kFnvOffset = 14695981039346656037ull;
+constexpr uint64_t kFnvPrime = 1099511628211ull;
+
+void Hash(uint64_t& h, const std::string& text) {
+  for (const unsigned char c : text) {
+    h ^= c;
+    h *= kFnvPrime;
+  }
+}
+
+// What identifies one state of the pairwise file: its size and modification time.
+std::string FileStamp(const std::string& path) {
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0) return {};
+  return std::to_string(static_cast<long long>(info.st_size)) + " " +
+         std::to_string(static_cast<long long>(info.st_mtim.tv_sec)) + "." +
+         std::to_string(static_cast<long long>(info.st_mtim.tv_nsec));
+}
+
+std::string ReadFirstLine(const std::string& path) {
+  std::ifstream in(path);
+  std::string line;
+  std::getline(in, line);
+  return line;
+}
+
+}  // namespace
+
+std::string InputFingerprint(const std::string& input_path) {
+  // The library's own reader: its rules for remarks, blanks and the genotype letters hold.
+  gae::InputFile in;
+  if (!in.Open(input_path)) return {};
+  gae::MapToolInput data;
+  gae::ReadMapToolInput(in, gae::ProfileOf(gae::MapTool::kMAP).tool_code, data);
+  in.Close();
+  if (gae::MessageCode() != 0) return {};
+  uint64_t h = kFnvOffset;
+  for (const int32_t value : {data.population_type, data.mapping_function, data.num_markers, data.population_size})
+    Hash(h, std::to_string(value) + "\n");
+  for (int i = 0; i < data.num_markers; ++i)
+    Hash(h, data.markers.names[i] + std::to_string(data.markers.categories[i]) + "\n");
+  Hash(h, std::string(data.markers.types.begin(), data.markers.types.end()));
+  char text[17];
+  std::snprintf(text, sizeof text, "%016" PRIx64, h);
+  return text;
+}
+
+std::string FingerprintFileName(const std::string& lrd_path) { return lrd_path + ".source"; }
+
+std::string ClearStalePairFile(const std::string& lrd_path, const std::string& fingerprint) {
+  const std::string stamp = FileStamp(lrd_path);
+  // An input that cannot be read fails its check before any pair is used.
+  if (stamp.empty() || fingerprint.empty()) return {};
+  const std::string kept = ReadFirstLine(FingerprintFileName(lrd_path));
+  std::string reason;
+  if (kept.empty()) reason = "nothing records which data it was computed from";
+  else if (kept.substr(0, fingerprint.size() + 1) != fingerprint + " ") reason = "it was computed from other data";
+  else if (kept.substr(fingerprint.size() + 1) != stamp) reason = "it has changed since it was computed";
+  else return {};
+  std::remove(lrd_path.c_str());
+  std::remove(FingerprintFileName(lrd_path).c_str());
+  return reason;
+}
+
+void RecordPairFileSource(const std::string& lrd_path, const std::string& fingerprint) {
+  const std::string stamp = FileStamp(lrd_path);
+  if (fingerprint.empty() || stamp.empty()) return;
+  std::ofstream out(FingerprintFileName(lrd_path), std::ios::trunc);
+  out << fingerprint << " " << stamp << "\n";
+}
+
+}  // namespace gaecli
