@@ -11,6 +11,8 @@
 #include "frame/tool_profile.h"
 #include "front_end_map.h"
 #include "gaengine.h"
+#include "pair_fingerprint.h"
+#include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
 #include "report/text_file.h"
 
@@ -79,8 +81,14 @@ int CheckConsensusFile(const std::string& file, ConsensusCheck& check) {
   check.name_codes.assign(static_cast<size_t>(check.num_markers) * 35, 0);
   check.maps_holding.assign(check.num_markers, 0);
   check.places.assign(static_cast<size_t>(check.num_markers) * check.num_maps, 0);
+  // A pairwise file of the right size is reused by the library: clear it when the maps changed.
+  const std::string lrd = gae::PairStoreName(file);
+  const std::string fingerprint = ConsensusFingerprint(file);
+  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   CheckErrorCMP(path.Len(), path.Data(), check.num_maps, check.num_markers, check.name_codes.data(),
                 check.maps_holding.data(), check.places.data(), &status);
+  if (status == 0) RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 

@@ -31,7 +31,7 @@ bool CmpPolicy::WritePairs(const std::string& lrd_name, int /*threads*/) {
 
 int32_t CmpPolicy::StoreMappingFunction() const { return kCmpMappingFunction; }
 
-void CmpPolicy::WriteResults(const std::string& stem, const FinishedMap& finished,
+void CmpPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& /*random*/) {
   FinishedMapLayout map;
@@ -46,8 +46,8 @@ void CmpPolicy::WriteResults(const std::string& stem, const FinishedMap& finishe
   map.chromosome_sizes.assign(finished.group_size, finished.group_size + finished.num_groups);
   map.order.assign(finished.order, finished.order + finished.num_markers);
   map.position.assign(finished.position, finished.position + finished.num_mapped);
-  WriteTextFile(stem + ".sum", ConsensusSumReport(map, data_.maps.distinct, data_.num_maps));
-  if (switches.On(0)) WriteTextFile(stem + ".dis", ConsensusDisReport(map, pairs));
+  files.Write(".sum", ConsensusSumReport(map, data_.maps.distinct, data_.num_maps));
+  if (switches.On(0)) files.Write(".dis", ConsensusDisReport(map, pairs));
 }
 
 }  // namespace gae

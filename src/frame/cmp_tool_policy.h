@@ -47,7 +47,7 @@ class CmpPolicy final : public MapToolPolicy {
   int32_t StoreMappingFunction() const override;
 
   // .sum always, .dis by the one switch.
-  void WriteResults(const std::string& stem, const FinishedMap& map,
+  void WriteResults(ResultFiles& files, const FinishedMap& map,
                     const OutputSwitches& switches, const PairTable& pairs,
                     UniformStream& random) override;
 
