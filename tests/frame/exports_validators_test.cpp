@@ -7,6 +7,7 @@
 
 #include "frame/process_state.h"
 #include "gaengine.h"
+#include "support/export_call.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -19,15 +20,9 @@ using testing::ReadLines;
 using testing::SourcePath;
 using testing::WriteText;
 
-using CheckExport = void (*)(int, const char*, int*);
+using CheckExport = testing::PathExport;
 
-int Check(CheckExport fn, const std::string& path) {
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  fn(static_cast<int>(path.size()), path.data(), &status);
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
+int Check(CheckExport fn, const std::string& path) { return testing::CallOnPath(fn, path); }
 
 class ValidatorExports : public testing::InTempDir {};
 

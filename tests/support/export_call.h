@@ -1,0 +1,21 @@
+// Calling a C export the way the front end does, with its standard output kept out of the
+// test's own output.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace gae::testing {
+
+// An export that takes a path and returns a status, like CheckErrorBIP or MAPAllByDefault.
+using PathExport = void (*)(int, const char*, int*);
+
+// Calls `fn` on `path` and returns its status; what it printed goes to `printed` when given.
+int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nullptr);
+
+// MAPFindNumMarkers, then CheckErrorMAP with arrays of the size read: the status, and when
+// asked the anchors and the trimmed marker names.
+int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
+                 std::vector<std::string>* names = nullptr);
+
+}  // namespace gae::testing
