@@ -1,8 +1,10 @@
 // gaengine map FILE: the whole linkage-map construction with the default settings, run step by
 // step through the exports as the desktop front end does, with a readable summary at the end.
+// A .plm file runs the pure-line tool, any other file the bi-parental one.
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -32,12 +34,37 @@ namespace gaecli {
 
 namespace {
 
+// What the command calls for each tool it runs: its check and output exports, the design whose
+// population names the summary uses, and the files that a run writes.
+struct MapRunTool {
+  gae::MapTool id;
+  int32_t design;
+  int (*check)(const std::string&, MarkerTable&);
+  void (*output)(int, const char*, int, const int*, int, int, int, const int*, const int*,
+                 const int*, const float*, int, int, int, int);
+  std::vector<const char*> suffixes;
+  const char* corrected;  // the corrected data set
+  const gae::ToolProfile& Profile() const { return gae::ProfileOf(id); }
+};
+
+const MapRunTool& ToolOfFile(const std::string& file) {
+  static const MapRunTool kMap{gae::MapTool::kMAP, gae::kBiparentalDesign, CheckMapFile, MAPOutput,
+                               {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
+                               "EC.map"};
+  static const MapRunTool kPlm{gae::MapTool::kPLM, gae::kFourWayDesign, CheckPlmFile, PLMOutput,
+                               {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"},
+                               "EC.plm"};
+  std::string ext = file.size() >= 4 ? file.substr(file.size() - 4) : "";
+  for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return ext == ".plm" ? kPlm : kMap;
+}
+
 // The population type: the first header value, read by the library's own reader.
-int PopulationTypeOf(const std::string& path) {
+int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::InputFile in;
   int32_t type = 0;
   if (!in.Open(path)) return 0;
-  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, gae::ProfileOf(gae::MapTool::kMAP).tool_code, type);
+  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, tool.Profile().tool_code, type);
   gae::MessageCode() = 0;  // a bad type shows as "?" in the summary; the run has already said why
   return type;
 }
@@ -73,6 +100,9 @@ long long FlaggedGenotypes(const std::string& err_path) {
 // A marker that shows one genotype class among its typed individuals cannot be placed: each
 // of its pairs is stored as unlinked or as free recombination.
 void PrintUninformative(const MarkerTable& markers) {
+  // Only the bi-parental check keeps the class counts; the pure-line reader refuses a marker
+  // with one allele among its lines outright.
+  if (markers.size_a.empty()) return;
   std::vector<int> found;
   for (int i = 0; i < markers.num_markers; ++i) {
     const int classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
@@ -86,11 +116,12 @@ void PrintUninformative(const MarkerTable& markers) {
   std::printf("\n");
 }
 
-void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note) {
-  const int type = PopulationTypeOf(file);
+void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerTable& markers,
+                  const FrontEndMap& map, const std::vector<std::pair<const char*, double>>& times,
+                  const std::string& grouping_note) {
+  const int type = PopulationTypeOf(file, tool);
   std::printf("\nSummary of %s\n", file.c_str());
-  const std::string_view name = gae::PopulationName(gae::kBiparentalDesign, type);
+  const std::string_view name = gae::PopulationName(tool.design, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   std::printf("  Markers read      %d\n", markers.num_markers);
   PrintUninformative(markers);
@@ -109,9 +140,10 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   std::printf("  Unlinked markers  %d\n", m.num_unlinked);
   const std::string stem = gae::ResultStem(file);
   const long long flagged = FlaggedGenotypes(stem + ".err");
-  if (flagged >= 0) std::printf("  Suspect genotypes %lld set to missing in %sEC.map\n", flagged, stem.c_str());
+  if (flagged >= 0)
+    std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), tool.corrected);
   std::printf("  Files written    ");
-  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
+  for (const char* suffix : tool.suffixes)
     if (Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix);
   std::printf("\n  Time (wall clock)\n");
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
@@ -168,17 +200,26 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
 }
 
 int RunMap(const std::string& file, const std::string& lod) {
+  const MapRunTool& run = ToolOfFile(file);
+  const gae::ToolProfile& tool = run.Profile();
+  // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
+  const bool by_lod = run.id == gae::MapTool::kMAP;
+  if (!by_lod && !lod.empty()) {
+    std::fprintf(stderr, "--lod applies to MAP files; %s groups by recombination frequency\n",
+                 std::string(tool.letters).c_str());
+    return 1;
+  }
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
-  if (const int status = CheckMapFile(file, markers); status != 0) {
-    std::fprintf(stderr, "%s: check failed with status %d (see MAP.log)\n", file.c_str(), status);
+  if (const int status = run.check(file, markers); status != 0) {
+    std::fprintf(stderr, "%s: check failed with status %d (see %s.log)\n", file.c_str(), status,
+                 std::string(tool.letters).c_str());
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
-  // The settled defaults of a whole MAP run, stage by stage, as the front end passes them;
-  // only the grouping threshold may be chosen on the command line.
-  const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kMAP);
+  // The settled defaults of a whole run of the tool, stage by stage, as the front end passes
+  // them; only the grouping threshold of MAP may be chosen on the command line.
   const gae::StageDefaults& d = tool.defaults;
   float threshold = d.threshold;
   std::string grouping_note;
@@ -190,7 +231,7 @@ int RunMap(const std::string& file, const std::string& lod) {
   MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
               markers.anchor.data(), m.group.data(), &status);
   map.BuildFromGroups();
-  if (lod.empty()) grouping_note = DefaultThresholdWarning(file, map);
+  if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map);
   times.push_back({"grouping", clock.Lap()});
   MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
                  d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
@@ -203,11 +244,11 @@ int RunMap(const std::string& file, const std::string& lod) {
   times.push_back({"rippling", clock.Lap()});
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
-  MAPOutput(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
-            m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
-            m.position.data(), 1, 1, 1, 1);
+  run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
+             m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
+             m.position.data(), 1, 1, 1, 1);
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, markers, map, times, grouping_note);
+  PrintSummary(file, run, markers, map, times, grouping_note);
   return 0;
 }
 
@@ -215,9 +256,9 @@ int RunMap(const std::string& file, const std::string& lod) {
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand(
-      "map", "Build a linkage map from a MAP input file, or the consensus of the maps of a CMP file, with the default settings");
+      "map", "Build a linkage map from a MAP (or .plm pure-line) input file, or the consensus of the maps of a .cmp file, with the default settings");
   static std::string file, lod;
-  cmd->add_option("file", file, "MAP input file, or CMP (by its extension .cmp)")->required();
+  cmd->add_option("file", file, "MAP or PLM input file, or CMP (by its extension .cmp)")->required();
   cmd->add_option("--lod", lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)");
@@ -233,6 +274,7 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
       return;
     }
     exit_code = consensus ? RunConsensus(file) : RunMap(file, lod);
+    // A pure-line map's .sum and pairwise file read as a bi-parental map's do.
     if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, consensus ? "CMP" : "MAP");
   });
 }

@@ -16,5 +16,7 @@ struct MarkerTable {
 
 // MAPFindNumMarkers, then CheckErrorMAP. Returns the Status of the first that fails, or 0.
 int CheckMapFile(const std::string& path, MarkerTable& table);
+// PLMFindNumMarkers, then CheckErrorPLM; the founder counts are not kept (size_x is).
+int CheckPlmFile(const std::string& path, MarkerTable& table);
 
 }  // namespace gaecli

@@ -66,6 +66,22 @@ GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* M
                            int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
                            int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
 
+/* The same for a four-way or eight-way pure-line (PLM) input file; writes the pairwise file
+ * that the stage exports with ToolCode 30 read.
+ *   SizeA .. SizeH    per marker: lines showing each founder letter (E to H stay 0 among four
+ *                     founders); founders that share an allele show the first one's letter
+ *   SizeX             per marker: missing lines
+ *   MarkerCategory    the founder pattern: one decimal digit per founder, founder 1 leftmost,
+ *                     equal digits for founders that share an allele ("ABCB" gives 1232)
+ *   ChiSquare, Probability
+ *                     segregation test against the shares of the founders in each allele
+ *                     group; NaN when a group expects no line
+ *   Status            0, or the code of the first error (see PLM.log) */
+GAE_API void CheckErrorPLM(int PathLen, const char* Path, int NumMarkers, int* MarkerNameCodes,
+                           int* Anchor, int* SizeA, int* SizeB, int* SizeC, int* SizeD,
+                           int* SizeE, int* SizeF, int* SizeG, int* SizeH, int* SizeX,
+                           int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
+
 /* ---- Input checks of the QTL and analysis tools --------------------------------------- */
 
 /* Each reads the whole input file of its tool and checks it: `Status` comes back 0 for a good
@@ -354,6 +370,14 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
                        const int* GroupSize, const int* Order, const float* Position,
                        int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
 
+/* The same for a pure-line map after CheckErrorPLM: .sum, .lod, .rec and .dis as above, the
+ * marker table .mtp with the lines of each founder letter and the category, then the QTL file
+ * .plq by the QTL switch, the error report .err and the corrected data set <stem>EC.plm. */
+GAE_API void PLMOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+
 /* Writes the reports of a consensus map beside its CMP input file: .sum (each marker of the
  * consensus with its interval and position, the number of input maps that hold it and its
  * place on each of them, then the chromosome table, unlinked and deleted markers, as in
@@ -377,6 +401,13 @@ GAE_API void CMPOutput(int PathLen, const char* Path, int NumMarkers, int NumMap
  * <stem>EC.map. The stages log to MAP.log in the current folder.
  *   Status   0, or the code of the error that stopped the run */
 GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
+
+/* The same for a PLM input file (4PDH, 4PRIL, 8PDH, 8PRIL): grouping at a recombination
+ * frequency of 0.3, ordering by frequency with ten random starts and the 3-opt search over a
+ * closed tour through a dummy city, rippling by LOD; writes the
+ * files of PLMOutput with every switch on. The stages log to PLM.log.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void PLMAllByDefault(int PathLen, const char* Path, int* Status);
 
 /* Builds a consensus of the maps of one CMP input file with the settled defaults and writes
  * .LRD, .sum and .dis beside it: every marker in one group, the markers shared by two maps or

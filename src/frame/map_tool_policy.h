@@ -6,6 +6,7 @@
 
 #include "frame/tool_policy.h"
 #include "input/map_tool_reader.h"
+#include "report/map_layout.h"
 
 namespace gae {
 
@@ -23,6 +24,15 @@ struct MapCheckArrays {
   float* chi_square = nullptr;
   float* probability = nullptr;
 };
+
+// The report layout of a genotype file: the caller's finished map with the names, classes and
+// genotypes read, which are moved out of `data`.
+MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& map);
+
+// The reports that the bi-parental and pure-line tools write alike: .sum, then .lod, .rec and
+// .dis by the first three output switches.
+void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
+                           const OutputSwitches& switches, ResultFiles& files);
 
 class MapPolicy final : public MapToolPolicy {
  public:

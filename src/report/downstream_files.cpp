@@ -27,22 +27,48 @@ std::string GenotypeCells(std::string_view genotypes, std::size_t marker, int32_
   return text + "\n";
 }
 
-std::string HeaderLines(const LinkedMapRecord& map) {
-  return NumericLine(map.population_type, "!Mapping Population (see remarks above)") +
+// What tells the files of one family of populations from another: their remark blocks, and
+// the category field that leads each marker row of the founder-coded families.
+struct FileStyle {
+  const std::vector<std::string_view>& general;
+  const std::vector<std::string_view>& marker_types;
+  std::string_view population_remark = "!Mapping Population (see remarks above)";
+  std::span<const std::string> categories{};  // by marker; none for bi-parental files
+  std::string_view category_gap = "    ";      // after the A8 category field
+  std::string_view name_gap = " ";            // between the name and the genotype cells
+};
+
+const FileStyle& BiparentalStyle() {
+  static const FileStyle style{BiparentalGeneralBlock(), BiparentalMarkerTypeBlock()};
+  return style;
+}
+
+// The start of a marker row: the category (A8) and its gap when the family has one, the name.
+std::string RowLead(const FileStyle& style, std::size_t m, std::string_view name) {
+  std::string lead;
+  if (m < style.categories.size())
+    lead = fmt::A(fmt::PadRight(style.categories[m], 8), 8) + std::string(style.category_gap);
+  return lead + Name35(name);
+}
+
+std::string HeaderLines(const LinkedMapRecord& map, const FileStyle& style) {
+  return NumericLine(map.population_type, style.population_remark) +
          NumericLine(map.mapping_function, "!Mapping Function (1 for Kosambi; 2 for Haldane; 3 for Morgan)");
 }
 
-enum class QtlFile { kSdl, kBip, kMet };
+// kFounderCoded: the QTL file of a founder-coded family, the .bip frame without its indicator.
+enum class QtlFile { kSdl, kBip, kMet, kFounderCoded };
 
-std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlFile kind) {
-  std::string out = BlockText(BiparentalGeneralBlock());
+std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlFile kind,
+                    const FileStyle& style) {
+  std::string out = BlockText(style.general);
   if (kind == QtlFile::kBip) out += NumericLine(1, "!Indicator: 1 for mapping; 2 for simulation");
-  out += HeaderLines(map);
+  out += HeaderLines(map, style);
   out += NumericLine(2, "!Marker Space Type (1 for intervals; 2 for positions)");
   out += NumericLine(1, "!Marker Space Unit(1 for centiMorgans; 2 for Morgan)");
   out += NumericLine(static_cast<long long>(map.chromosome_names.size()), "!Number of Chromosomes (or Linkage Group)");
   out += NumericLine(map.num_individuals, "!Population size of the mapping population");
-  if (kind == QtlFile::kBip) out += NumericLine(0, "!Number of traits");
+  if (kind == QtlFile::kBip || kind == QtlFile::kFounderCoded) out += NumericLine(0, "!Number of traits");
   if (kind == QtlFile::kMet) out += NumericLine(0, "!Number of environments");
 
   out += "\n";
@@ -58,10 +84,10 @@ std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlF
     out += Name35(map.marker_names[m]) + " " + fmt::I(chromosome[m], 4) + fmt::F(map.positions[m], 12, 4) + "\n";
 
   out += "\n";
-  out += BlockText(BiparentalMarkerTypeBlock());
+  out += BlockText(style.marker_types);
   // A QTL tool reads a row as one list-directed read, so the row stays on one line.
   for (std::size_t m = 0; m < map.marker_names.size(); ++m)
-    out += Name35(map.marker_names[m]) + " " +
+    out += RowLead(style, m, map.marker_names[m]) + std::string(style.name_gap) +
            GenotypeCells(genotypes, m, map.num_individuals, static_cast<std::size_t>(-1));
   out += "\n";
   if (kind != QtlFile::kSdl) {
@@ -71,24 +97,23 @@ std::string QtlText(const LinkedMapRecord& map, std::string_view genotypes, QtlF
   return out;
 }
 
-}  // namespace
-
-std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
-                      std::span<const uint8_t> monomorphic) {
+std::string CorrectedDataText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
+                              std::span<const uint8_t> monomorphic, const FileStyle& style) {
   auto kept = [&](std::size_t m) { return m >= monomorphic.size() || monomorphic[m] == 0; };
   long long num_kept = 0;
   for (std::size_t m = 0; m < map.marker_names.size(); ++m) num_kept += kept(m);
 
-  std::string out = BlockText(BiparentalGeneralBlock());
-  out += HeaderLines(map);
+  std::string out = BlockText(style.general);
+  out += HeaderLines(map, style);
   out += NumericLine(map.space_type, "!Marker Space Type (1 for intervals; 2 for positions)");
   out += NumericLine(num_kept, "!Number of Markers");
   out += NumericLine(map.num_individuals, "!Size of the mapping population");
   out += "\n";
-  out += BlockText(BiparentalMarkerTypeBlock());
+  out += BlockText(style.marker_types);
   for (std::size_t m = 0; m < map.marker_names.size(); ++m)
     if (kept(m))
-      out += Name35(map.marker_names[m]) + " " + GenotypeCells(corrected_genotypes, m, map.num_individuals, kCellsPerLine);
+      out += RowLead(style, m, map.marker_names[m]) + " " +
+             GenotypeCells(corrected_genotypes, m, map.num_individuals, kCellsPerLine);
 
   // Each kept marker is anchored to the chromosome it was mapped on.
   out += "\n";
@@ -101,16 +126,38 @@ std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_gen
   return out;
 }
 
+}  // namespace
+
+std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
+                      std::span<const uint8_t> monomorphic) {
+  return CorrectedDataText(map, corrected_genotypes, monomorphic, BiparentalStyle());
+}
+
+std::string EcPlmText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                      std::string_view corrected_genotypes, std::span<const uint8_t> monomorphic) {
+  const FileStyle style{PureLineGeneralBlock(), PureLineMarkerTypeBlock(),
+                        "!Mapping Population (see remarks above)", categories};
+  return CorrectedDataText(map, corrected_genotypes, monomorphic, style);
+}
+
+std::string PlqText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                    std::string_view input_genotypes) {
+  // One blank more between the category and the name than in EC.plm, none after the name.
+  const FileStyle style{PureLineGeneralBlock(), PureLineMarkerTypeBlock(),
+                        "!Mapping Population Type (see remarks above)", categories, "     ", ""};
+  return QtlText(map, input_genotypes, QtlFile::kFounderCoded, style);
+}
+
 std::string SdlText(const LinkedMapRecord& map, std::string_view input_genotypes) {
-  return QtlText(map, input_genotypes, QtlFile::kSdl);
+  return QtlText(map, input_genotypes, QtlFile::kSdl, BiparentalStyle());
 }
 
 std::string BipText(const LinkedMapRecord& map, std::string_view input_genotypes) {
-  return QtlText(map, input_genotypes, QtlFile::kBip);
+  return QtlText(map, input_genotypes, QtlFile::kBip, BiparentalStyle());
 }
 
 std::string MetText(const LinkedMapRecord& map, std::string_view input_genotypes) {
-  return QtlText(map, input_genotypes, QtlFile::kMet);
+  return QtlText(map, input_genotypes, QtlFile::kMet, BiparentalStyle());
 }
 
 }  // namespace gae

@@ -99,6 +99,28 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
   EXPECT_GT(correlation("PopC_3B"), 0.9);
 }
 
+TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
+  testing::WriteText("four.plm", ReadText(testing::SourcePath("examples/four_way_ril.plm")));
+  const Result cli = Gaengine("--seed 31 map four.plm");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("  Population        4PRIL (type 2)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
+  EXPECT_THAT(cli.out, HasSubstr(" four.plq four.err fourEC.plm"));
+  const std::string sum = ReadText("four.sum"), mtp = ReadText("four.mtp"), ec = ReadText("fourEC.plm");
+  ::setenv("GAENGINE_SEED", "31", 1);
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  PLMAllByDefault(9, "four.plm", &status);
+  ::testing::internal::GetCapturedStdout();
+  ::unsetenv("GAENGINE_SEED");
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(ReadText("four.sum"), sum);
+  EXPECT_EQ(ReadText("four.mtp"), mtp);
+  EXPECT_EQ(ReadText("fourEC.plm"), ec);
+  // Pure lines group by recombination frequency: a LOD threshold has no meaning there.
+  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 1);
+}
+
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   Result r = Gaengine("markers MAP f2.map");
   EXPECT_EQ(r.exit_code, 0);

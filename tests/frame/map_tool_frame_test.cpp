@@ -16,6 +16,7 @@
 #include "frame/cmp_tool_policy.h"
 #include "frame/map_tool_driver.h"
 #include "frame/map_tool_policy.h"
+#include "frame/plm_tool_policy.h"
 #include "frame/process_state.h"
 #include "frame/tool_profile.h"
 #include "gaengine.h"
@@ -80,6 +81,27 @@ ToolRow MapRow() {
   };
 }
 
+// --- PLM ---------------------------------------------------------------------------------------
+
+ToolRow PlmRow() {
+  return {
+      .tool = MapTool::kPLM,
+      .all_by_default = PLMAllByDefault,
+      .output_policy = [] { return std::unique_ptr<MapToolPolicy>(new PlmPolicy()); },
+      .check_input = [](const std::string& path) { return testing::CheckPlmFile(path); },
+      .example = "four_way_ril.plm",
+      .bad_header = "5\n1\n1\n2\n6\n",
+      .bad_header_code = 2007,
+      .bad_header_line = "--Error2007: PopulationType=5 out of range [1:4]!",
+      .bad_body = "2\n1\n1\n2\n6\nABCD M1 A B C E A B\nABCD M2 A B C D A B\nM1 0\nM2 0\n",
+      .bad_body_code = 2228,
+      .bad_body_line = "--Error2228: Invalid MarkerType! MarkerID=1",
+      .log_trace = "FTP" "GGTT" "OTT" "RTT" "TE",  // one chromosome
+      .result_suffix = ".sum",
+      .rereads = {{"EC.plm", nullptr, 0}, {".plq", CheckErrorPLQ, 0}},
+  };
+}
+
 // --- CMP ---------------------------------------------------------------------------------------
 
 // The size read of a consensus file reads its whole map section, so nothing stops after it. The
@@ -103,7 +125,7 @@ ToolRow CmpRow() {
   };
 }
 
-const ToolRow kTools[] = {MapRow(), CmpRow()};
+const ToolRow kTools[] = {MapRow(), PlmRow(), CmpRow()};
 
 void PrintTo(const ToolRow& row, std::ostream* os) { *os << ProfileOf(row.tool).letters; }
 

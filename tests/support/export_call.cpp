@@ -36,4 +36,21 @@ int CheckMapFile(const std::string& path, std::vector<int>* anchors, std::vector
   return status;
 }
 
+int CheckPlmFile(const std::string& path) {
+  int n = 0, status = -1;
+  const int len = static_cast<int>(path.size());
+  ::testing::internal::CaptureStdout();
+  PLMFindNumMarkers(len, path.data(), &n, &status);
+  if (status == 0) {
+    std::vector<int> codes(35 * n), anchor(n), category(n);
+    std::vector<std::vector<int>> s(9, std::vector<int>(n));
+    std::vector<float> chi(n), p(n);
+    CheckErrorPLM(len, path.data(), n, codes.data(), anchor.data(), s[0].data(), s[1].data(),
+                  s[2].data(), s[3].data(), s[4].data(), s[5].data(), s[6].data(), s[7].data(),
+                  s[8].data(), category.data(), chi.data(), p.data(), &status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
 }  // namespace gae::testing

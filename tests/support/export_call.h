@@ -18,4 +18,7 @@ int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nu
 int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
                  std::vector<std::string>* names = nullptr);
 
+// PLMFindNumMarkers, then CheckErrorPLM with arrays of the size read: the status.
+int CheckPlmFile(const std::string& path);
+
 }  // namespace gae::testing
