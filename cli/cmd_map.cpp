@@ -26,6 +26,7 @@
 #include "input/header_fields.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
+#include "map_options.h"
 #include "plot_sources.h"
 #include "twopoint/pair_store_writer.h"
 #include "report/text_file.h"
@@ -118,7 +119,7 @@ void PrintUninformative(const MarkerTable& markers) {
 
 void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerTable& markers,
                   const FrontEndMap& map, const std::vector<std::pair<const char*, double>>& times,
-                  const std::string& grouping_note) {
+                  const std::string& grouping_note, const std::string& ordering_note) {
   const int type = PopulationTypeOf(file, tool);
   std::printf("\nSummary of %s\n", file.c_str());
   const std::string_view name = gae::PopulationName(tool.design, type);
@@ -128,6 +129,7 @@ void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerT
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
   const std::vector<std::string> names = map.Names();
+  if (!ordering_note.empty()) std::printf("  Ordering          %s\n", ordering_note.c_str());
   std::printf("  Linkage groups    %d\n", m.num_groups);
   int start = 0;
   for (int g = 0; g < m.num_groups; ++g) {
@@ -154,8 +156,8 @@ float DefaultLod() { return gae::ProfileOf(gae::MapTool::kMAP).defaults.threshol
 
 // The LOD threshold of the run from --lod ("auto", a number, or empty for the default), with
 // the words the summary gives about it. False when the option cannot be used.
-bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float& threshold,
-                     std::string& note) {
+bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float max_rf,
+                     float& threshold, std::string& note) {
   threshold = DefaultLod();
   if (lod.empty()) return true;
   if (lod != "auto") {
@@ -173,7 +175,7 @@ bool ChooseThreshold(const std::string& file, const std::string& lod, int num_ma
     return true;
   }
   std::vector<gae::LodTreeRow> rows;
-  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows)) {
+  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows, max_rf)) {
     std::fprintf(stderr, "%s: cannot read %s\n", file.c_str(), gae::PairStoreName(file).c_str());
     return false;
   }
@@ -183,6 +185,12 @@ bool ChooseThreshold(const std::string& file, const std::string& lod, int num_ma
     note = choice.reason;
   }
   return true;
+}
+
+std::string CapNote(float max_rf) {
+  char text[64];
+  std::snprintf(text, sizeof text, "pairs link only below a frequency of %.2f", static_cast<double>(max_rf));
+  return text;
 }
 
 // With the default threshold: a warning when one group holds most markers while the LOD tree
@@ -199,13 +207,13 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
          " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
 }
 
-int RunMap(const std::string& file, const std::string& lod) {
+int RunMap(const std::string& file, const std::string& lod, const std::string& order, float max_rf) {
   const MapRunTool& run = ToolOfFile(file);
   const gae::ToolProfile& tool = run.Profile();
   // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
   const bool by_lod = run.id == gae::MapTool::kMAP;
-  if (!by_lod && !lod.empty()) {
-    std::fprintf(stderr, "--lod applies to MAP files; %s groups by recombination frequency\n",
+  if (!by_lod && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
+    std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files; %s groups by recombination frequency\n",
                  std::string(tool.letters).c_str());
     return 1;
   }
@@ -223,16 +231,29 @@ int RunMap(const std::string& file, const std::string& lod) {
   const gae::StageDefaults& d = tool.defaults;
   float threshold = d.threshold;
   std::string grouping_note;
-  if (!ChooseThreshold(file, lod, markers.num_markers, threshold, grouping_note)) return 1;
+  // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
+  if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
+  if (!ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
   FrontEndMap map;
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
-  MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
-              markers.anchor.data(), m.group.data(), &status);
+  const bool capped = max_rf < gae::kNoFrequencyCap;
+  if (capped) {
+    if (!GroupWithCap(threshold, max_rf, m)) return 1;
+  } else {
+    MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
+                markers.anchor.data(), m.group.data(), &status);
+  }
   map.BuildFromGroups();
   if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map);
+  if (capped) grouping_note += (grouping_note.empty() ? "" : "; ") + CapNote(max_rf);
   times.push_back({"grouping", clock.Lap()});
+  std::string ordering_note;
+  if (order == "frame") {
+    if (!OrderAroundFrames(markers, m, ordering_note)) return 1;
+    times.push_back({"ordering and ripple", clock.Lap()});
+  } else {
   MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
                  d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
                  m.group_size.data(), m.group_status.data(), &m.map_state, markers.anchor.data(),
@@ -242,13 +263,14 @@ int RunMap(const std::string& file, const std::string& lod) {
                  m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
                  m.order.data(), m.position.data(), &status);
   times.push_back({"rippling", clock.Lap()});
+  }
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
   run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
              m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
              m.position.data(), 1, 1, 1, 1);
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, run, markers, map, times, grouping_note);
+  PrintSummary(file, run, markers, map, times, grouping_note, ordering_note);
   return 0;
 }
 
@@ -262,18 +284,28 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("--lod", lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)");
+  static std::string order = "default";
+  cmd->add_option("--order", order,
+                  "Ordering: \"default\", or \"frame\" to order the co-dominant markers first and insert the "
+                  "dominant and recessive markers around them")
+      ->check(CLI::IsMember({"default", "frame"}));
+  static float max_rf = -1.0f;
+  cmd->add_option("--max-rf", max_rf,
+                  "Grouping links a pair only if its recombination frequency is also below this (default: none; "
+                  "0.5 with --lod auto)")
+      ->check(CLI::Range(0.0f, 1.0f));
   static bool plots = false;
   cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->callback([&exit_code] {
     MapTool tool = MapTool::kMap;
     const bool consensus = MapToolOf(file, tool) && tool == MapTool::kCmp;
-    if (consensus && !lod.empty()) {
-      // A consensus is one group of all markers: there is no threshold to choose.
-      std::fprintf(stderr, "--lod applies to MAP files only\n");
+    if (consensus && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
+      // A consensus is one group of all markers ordered on distance: nothing here to choose.
+      std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
       exit_code = 1;
       return;
     }
-    exit_code = consensus ? RunConsensus(file) : RunMap(file, lod);
+    exit_code = consensus ? RunConsensus(file) : RunMap(file, lod, order, max_rf);
     // A pure-line map's .sum and pairwise file read as a bi-parental map's do.
     if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, consensus ? "CMP" : "MAP");
   });

@@ -201,6 +201,12 @@ TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr(": the groups stay the same from "));
   EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
+  // The options beyond the defaults say in the summary that they shaped the map.
+  r = Gaengine("--seed 5 map --order frame --lod auto f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr("; pairs link only below a frequency of 0.50"));
+  EXPECT_THAT(r.out, HasSubstr("  Ordering          co-dominant markers ordered first"));
+  EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
   r = Gaengine("map --lod high f2.map");
   EXPECT_EQ(r.exit_code, 1);
   EXPECT_THAT(r.out, HasSubstr("--lod takes a number or \"auto\""));
