@@ -362,10 +362,8 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
       return;
     }
     exit_code = consensus ? RunConsensus(file) : RunMap(file, tool, lod, order, max_rf);
-    // A pure-line map's .sum and pairwise file read as a bi-parental map's do; a clonal map has
-    // its own picture with both parents' maps.
-    const char* kind = consensus ? "CMP" : ToolOfFile(file, tool).id == gae::MapTool::kCDM ? "CDM" : "MAP";
-    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, kind);
+    const std::string_view kind = consensus ? "CMP" : ToolOfFile(file, tool).Profile().letters;
+    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, std::string(kind));
   });
 }
 
