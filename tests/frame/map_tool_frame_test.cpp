@@ -13,8 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "frame/cdm_tool_policy.h"
 #include "frame/map_tool_driver.h"
 #include "frame/map_tool_policy.h"
+#include "frame/plm_tool_policy.h"
 #include "frame/process_state.h"
 #include "frame/tool_profile.h"
 #include "gaengine.h"
@@ -78,7 +80,48 @@ ToolRow MapRow() {
   };
 }
 
-const ToolRow kTools[] = {MapRow()};
+// --- CDM ---------------------------------------------------------------------------------------
+
+ToolRow CdmRow() {
+  return {
+      .tool = MapTool::kCDM,
+      .all_by_default = CDMAllByDefault,
+      .output_policy = [] { return std::unique_ptr<MapToolPolicy>(new CdmPolicy()); },
+      .check_input = [](const std::string& path) { return testing::CheckCdmFile(path).status; },
+      .example = "clonal_f1.cdm",
+      .bad_header = "3\n1\n1\n2\n3\n",
+      .bad_header_code = 2006,
+      .bad_header_line = "--Error2006: PopulationType=3 out of range [1:2]!",
+      .bad_body = "1\n1\n1\n2\n3\nABCD M1 AC AD QQ\nABCD M2 AC AD BC\nM1 0\nM2 0\n",
+      .bad_body_code = 2215,
+      .bad_body_line = "--Error2215: Invalid MarkerType! MarkerID=1 LineID=3 Input MarkerType=QQ",
+      .log_trace = "FTP" "GGTT" "OTT" "RTT" "TE",  // one chromosome
+      .result_suffix = ".sum",
+      .rereads = {{"EC.cdm", nullptr, 0}, {".cdq", CheckErrorCDQ, 0}},
+  };
+}
+// --- PLM ---------------------------------------------------------------------------------------
+
+ToolRow PlmRow() {
+  return {
+      .tool = MapTool::kPLM,
+      .all_by_default = PLMAllByDefault,
+      .output_policy = [] { return std::unique_ptr<MapToolPolicy>(new PlmPolicy()); },
+      .check_input = [](const std::string& path) { return testing::CheckPlmFile(path); },
+      .example = "four_way_ril.plm",
+      .bad_header = "5\n1\n1\n2\n6\n",
+      .bad_header_code = 2007,
+      .bad_header_line = "--Error2007: PopulationType=5 out of range [1:4]!",
+      .bad_body = "2\n1\n1\n2\n6\nABCD M1 A B C E A B\nABCD M2 A B C D A B\nM1 0\nM2 0\n",
+      .bad_body_code = 2228,
+      .bad_body_line = "--Error2228: Invalid MarkerType! MarkerID=1",
+      .log_trace = "FTP" "GGTT" "OTT" "RTT" "TE",  // one chromosome
+      .result_suffix = ".sum",
+      .rereads = {{"EC.plm", nullptr, 0}, {".plq", CheckErrorPLQ, 0}},
+  };
+}
+
+const ToolRow kTools[] = {MapRow(), CdmRow(), PlmRow()};
 
 void PrintTo(const ToolRow& row, std::ostream* os) { *os << ProfileOf(row.tool).letters; }
 

@@ -36,4 +36,48 @@ int CheckMapFile(const std::string& path, std::vector<int>* anchors, std::vector
   return status;
 }
 
+int CheckPlmFile(const std::string& path) {
+  int n = 0, status = -1;
+  const int len = static_cast<int>(path.size());
+  ::testing::internal::CaptureStdout();
+  PLMFindNumMarkers(len, path.data(), &n, &status);
+  if (status == 0) {
+    std::vector<int> codes(35 * n), anchor(n), category(n);
+    std::vector<std::vector<int>> s(9, std::vector<int>(n));
+    std::vector<float> chi(n), p(n);
+    CheckErrorPLM(len, path.data(), n, codes.data(), anchor.data(), s[0].data(), s[1].data(),
+                  s[2].data(), s[3].data(), s[4].data(), s[5].data(), s[6].data(), s[7].data(),
+                  s[8].data(), category.data(), chi.data(), p.data(), &status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
+std::string CdmCheck::Name(int i) const {
+  std::string name;
+  for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
+  return fmt::Trim(name);
+}
+
+CdmCheck CheckCdmFile(const std::string& path) {
+  CdmCheck c;
+  ::testing::internal::CaptureStdout();
+  CDMFindNumMarkers(static_cast<int>(path.size()), path.data(), &c.n, &c.status);
+  if (c.status == 0) {
+    const int n = c.n;
+    c.names.assign(35 * n, 0);
+    c.anchor.assign(n, 0);
+    c.category.assign(n, 0);
+    c.sizes.assign(12, std::vector<int>(n, 0));
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    auto s = [&](int k) { return c.sizes[k].data(); };
+    CheckErrorCDM(static_cast<int>(path.size()), path.data(), n, c.names.data(), c.anchor.data(), s(0), s(1),
+                  s(2), s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), c.category.data(),
+                  c.chi.data(), c.p.data(), &c.status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return c;
+}
+
 }  // namespace gae::testing

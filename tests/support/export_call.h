@@ -18,4 +18,17 @@ int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nu
 int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
                  std::vector<std::string>* names = nullptr);
 
+// PLMFindNumMarkers, then CheckErrorPLM with arrays of the size read: the status.
+int CheckPlmFile(const std::string& path);
+
+// CDMFindNumMarkers, then CheckErrorCDM with arrays of the size read.
+struct CdmCheck {
+  int status = -1, n = 0;
+  std::vector<int> names, anchor, category;  // names: 35 codes a marker, the marker fastest
+  std::vector<std::vector<int>> sizes;       // the twelve types AC, AD, ..., BB, XX
+  std::vector<float> chi, p;
+  std::string Name(int i) const;  // trimmed
+};
+CdmCheck CheckCdmFile(const std::string& path);
+
 }  // namespace gae::testing
