@@ -73,8 +73,6 @@ TEST(LabelSpread, MovesCrowdedNamesApartAsLittleAsPossible) {
 
 using Store = testing::MemoryStore;
 
-std::string Pad(const std::string& s, std::size_t n) { return s + std::string(n - s.size(), ' '); }
-
 struct Png {
   explicit Png(const std::string& path) : surface(cairo_image_surface_create_from_png(path.c_str())) {}
   ~Png() { cairo_surface_destroy(surface); }
@@ -110,12 +108,12 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
 
   MapLayout layout;
   layout.population_type = 7;
-  for (const std::string& n : names) layout.marker_names.push_back(Pad(n, 35));
+  for (const std::string& n : names) layout.marker_names.push_back(fmt::PadRight(n, 35));
   layout.num_markers = 6;
   layout.num_mapped = 5;
   layout.num_unlinked = 1;
   layout.anchor.assign(6, 0);
-  layout.chromosome_names = {Pad("Chromsome1", 19), Pad("Chromsome2", 19)};
+  layout.chromosome_names = {fmt::PadRight("Chromsome1", 19), fmt::PadRight("Chromsome2", 19)};
   layout.chromosome_sizes = {3, 2};
   layout.order = {3, 2, 1, 4, 6, 5};
   layout.position = {0.0f, 12.5f, 30.25f, 0.0f, 45.0f};
@@ -203,7 +201,6 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   EXPECT_EQ(png.At(h.matrix_left + 3 * 40, h.matrix_top + 20), (gaecli::Rgb{255, 255, 255}));  // the boundary
 }
 
-// A consensus: the input maps of the bundled 3B example beside a hand-written consensus summary.
 // A summary of one group "Chromsome1" in the fixed columns of the reports. The tool's further
 // columns: `header_tail` after the first five headers, `extra` after each marker row.
 std::string OneGroupSummary(const std::vector<std::string>& markers, const std::vector<float>& positions,
