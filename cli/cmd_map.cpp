@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <optional>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -21,8 +22,13 @@
 #include "frame/tool_profile.h"
 #include "gaengine.h"
 #include "input/header_fields.h"
+#include "library_output.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
+#include "map_summary_extras.h"
+#include "run_settings.h"
+#include "tsv_export.h"
+#include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 #include "report/text_file.h"
 
@@ -67,11 +73,6 @@ class Stopwatch {
   std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 };
 
-bool Exists(const std::string& path) {
-  struct stat info {};
-  return ::stat(path.c_str(), &info) == 0;
-}
-
 // The total of the error report's "TotalError" line.
 long long FlaggedGenotypes(const std::string& err_path) {
   std::ifstream in(err_path);
@@ -99,33 +100,38 @@ void PrintUninformative(const MarkerTable& markers) {
 }
 
 void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note) {
+                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note,
+                  const RunFacts& facts) {
   const int type = PopulationTypeOf(file);
   std::printf("\nSummary of %s\n", file.c_str());
   const std::string_view name = gae::PopulationName(gae::kBiparentalDesign, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
+  PrintRunSettings(file, facts.tool_code, facts.threshold, facts.default_lod, facts.starts, facts.pairs_computed);
   std::printf("  Markers read      %d\n", markers.num_markers);
   PrintUninformative(markers);
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
   const std::vector<std::string> names = map.Names();
-  std::printf("  Linkage groups    %d\n", m.num_groups);
+  std::printf("  Linkage groups    %d\n", m.num_groups - OneMarkerGroups(m));
   int start = 0;
   for (int g = 0; g < m.num_groups; ++g) {
     const int size = m.group_size[g];
+    if (size == 1) {  // listed apart below
+      start += size;
+      continue;
+    }
     const float length = size > 0 ? m.position[start + size - 1] - m.position[start] : 0.0f;
     const std::string& label = names[static_cast<size_t>(g)];
     std::printf("    %-13s %5d markers %9.1f cM\n", label.substr(0, label.find_last_not_of(' ') + 1).c_str(), size, length);
     start += size;
   }
+  PrintOneMarkerGroups(m, names, [&](int k) { return markers.Name(m.order[static_cast<std::size_t>(k)] - 1); });
   std::printf("  Unlinked markers  %d\n", m.num_unlinked);
   const std::string stem = gae::ResultStem(file);
   const long long flagged = FlaggedGenotypes(stem + ".err");
   if (flagged >= 0) std::printf("  Suspect genotypes %lld set to missing in %sEC.map\n", flagged, stem.c_str());
-  std::printf("  Files written    ");
-  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
-    if (Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix);
-  std::printf("\n  Time (wall clock)\n");
+  PrintFilesWritten(stem, m.num_mapped);
+  std::printf("  Time (wall clock)\n");
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
 
@@ -179,47 +185,71 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
          " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
 }
 
-int RunMap(const std::string& file, const std::string& lod) {
+struct MapOptions {
+  std::string file, lod;
+  bool plots = false, tsv = false;
+  float min_lod = 3.0f;
+};
+
+int RunMap(const MapOptions& o) {
+  const std::string& file = o.file;
+  const std::string& lod = o.lod;
+  if (const std::string problem = FolderProblem(file); !problem.empty()) {
+    std::fprintf(stderr, "%s: %s\n", file.c_str(), problem.c_str());
+    return 1;
+  }
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
+  // The settled defaults of a whole MAP run, stage by stage, as the front end passes them;
+  // the grouping threshold and the number of random starts may be chosen on the command line.
+  const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kMAP);
   if (const int status = CheckMapFile(file, markers); status != 0) {
-    std::fprintf(stderr, "%s: check failed with status %d (see MAP.log)\n", file.c_str(), status);
+    ExplainRefusal(file, tool.tool_code, status);
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
-  // The settled defaults of a whole MAP run, stage by stage, as the front end passes them;
-  // only the grouping threshold may be chosen on the command line.
-  const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kMAP);
   const gae::StageDefaults& d = tool.defaults;
-  float threshold = d.threshold;
+  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty()};
   std::string grouping_note;
-  if (!ChooseThreshold(file, lod, markers.num_markers, threshold, grouping_note)) return 1;
+  if (!ChooseThreshold(file, lod, markers.num_markers, facts.threshold, grouping_note)) return 1;
+  LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
-  MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
+  std::optional<LibraryOutput> quiet(std::in_place);
+  MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, facts.threshold, m.num_markers,
               markers.anchor.data(), m.group.data(), &status);
   map.BuildFromGroups();
   if (lod.empty()) grouping_note = DefaultThresholdWarning(file, map);
   times.push_back({"grouping", clock.Lap()});
-  MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
-                 d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
-                 m.group_size.data(), m.group_status.data(), &m.map_state, markers.anchor.data(),
-                 m.group.data(), m.order.data(), m.position.data(), &status);
+  if (status == 0)
+    MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option, facts.starts,
+                   d.ordering_param2, m.num_markers, m.num_groups, m.group_size.data(), m.group_status.data(),
+                   &m.map_state, markers.anchor.data(), m.group.data(), m.order.data(), m.position.data(), &status);
   times.push_back({"ordering", clock.Lap()});
-  MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
-                 m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
-                 m.order.data(), m.position.data(), &status);
+  if (status == 0)
+    MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
+                   m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
+                   m.order.data(), m.position.data(), &status);
   times.push_back({"rippling", clock.Lap()});
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
-  MAPOutput(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
-            m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
-            m.position.data(), 1, 1, 1, 1);
+  if (status == 0)
+    MAPOutput(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
+              m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
+              m.position.data(), 1, 1, 1, 1);
+  quiet.reset();
+  if (status != 0) {
+    ExplainRefusal(file, tool.tool_code, status);
+    return 1;
+  }
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, markers, map, times, grouping_note);
+  if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),
+                               [&](int marker) { return markers.Name(marker - 1); }, o.min_lod))
+    return 1;
+  PrintSummary(file, markers, map, times, grouping_note, facts);
   return 0;
 }
 
@@ -227,16 +257,27 @@ int RunMap(const std::string& file, const std::string& lod) {
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file with the default settings");
-  static std::string file, lod;
-  cmd->add_option("file", file, "MAP input file")->required();
-  cmd->add_option("--lod", lod,
+  static MapOptions o;
+  cmd->add_option("file", o.file, "MAP input file")->required();
+  cmd->add_option("--lod", o.lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
-                  "run over which the groups stay the same (default 3)");
-  static bool plots = false;
-  cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+                  "run over which the groups stay the same (default 3)")
+      ->check(CLI::Validator(
+          [](const std::string& v) {
+            return v == "auto" || CLI::detail::lexical_cast(v, *std::make_unique<float>()) ? std::string()
+                                                                                            : "--lod takes a number or \"auto\", not \"" + v + "\"";
+          },
+          "NUMBER or auto"));
+  cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+  RegisterStartsOption(*cmd);
+  cmd->add_flag("--tsv", o.tsv,
+                "Also write the map as <stem>.map.tsv (group, marker, position, interval) and the pairs as "
+                "<stem>.pairs.tsv (marker, marker, frequency, LOD), tab-separated");
+  cmd->add_option("--min-lod", o.min_lod, "Pairs in <stem>.pairs.tsv: only those of at least this LOD")
+      ->capture_default_str();
   cmd->callback([&exit_code] {
-    exit_code = RunMap(file, lod);
-    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, "MAP");
+    exit_code = RunMap(o);
+    if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, "MAP");
   });
 }
 
