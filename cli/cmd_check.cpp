@@ -92,9 +92,7 @@ void RegisterCheckCommand(CLI::App& app, int& exit_code) {
     quiet.reset();
     if (status != 0) {
       if (upper != "GSP") ExplainRefusal(file, 0, status);
-      const std::string log = upper == "GSP" ? "gaengine -v for the reason" : upper + ".log";
-      std::fprintf(stderr, "%s: not a valid %s file (status %d, see %s)\n", file.c_str(),
-                   upper.c_str(), status, log.c_str());
+      else std::fprintf(stderr, "%s: not a valid GSP file (gaengine -v check GSP ... shows why)\n", file.c_str());
       exit_code = 1;
       return;
     }

@@ -1,8 +1,11 @@
 // gaengine map FILE: the whole linkage-map construction with the default settings, run step by
 // step through the exports as the desktop front end does, with a readable summary at the end.
+// The tool comes from --tool or the file's extension: .cdm runs the clonal tool (clonal F1 and
+// double cross), .plm the pure-line one, any other file the bi-parental one.
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <optional>
 #include <chrono>
 #include <cstdio>
@@ -25,6 +28,7 @@
 #include "library_output.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
+#include "map_options.h"
 #include "map_summary_extras.h"
 #include "run_settings.h"
 #include "tsv_export.h"
@@ -36,12 +40,44 @@ namespace gaecli {
 
 namespace {
 
+// What the command calls for each tool it runs: its check and output exports, the design whose
+// population names the summary uses, and the files that a run writes.
+struct MapRunTool {
+  gae::MapTool id;
+  int32_t design;
+  int (*check)(const std::string&, MarkerTable&);
+  void (*output)(int, const char*, int, const int*, int, int, int, const int*, const int*,
+                 const int*, const float*, int, int, int, int);
+  std::vector<const char*> suffixes;
+  const char* corrected;  // the corrected data set
+  const gae::ToolProfile& Profile() const { return gae::ProfileOf(id); }
+};
+
+// `chosen` is --tool (MAP, CDM or PLM, any case) or empty for the file's extension.
+const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
+  static const MapRunTool kMap{gae::MapTool::kMAP, gae::kBiparentalDesign, CheckMapFile, MAPOutput,
+                               {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
+                               "EC.map"};
+  static const MapRunTool kPlm{gae::MapTool::kPLM, gae::kFourWayDesign, CheckPlmFile, PLMOutput,
+                               {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"},
+                               "EC.plm"};
+  static const MapRunTool kCdm{gae::MapTool::kCDM, gae::kClonalDesign, CheckCdmFile, CDMOutput,
+                               {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec", ".recf",
+                                ".recm", ".dis", ".disf", ".dism", ".hap", ".cdq", ".err", "EC.cdm"},
+                               "EC.cdm"};
+  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
+  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (chosen == "plm") return kPlm;
+  if (chosen == "cdm") return kCdm;
+  return kMap;
+}
+
 // The population type: the first header value, read by the library's own reader.
-int PopulationTypeOf(const std::string& path) {
+int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::InputFile in;
   int32_t type = 0;
   if (!in.Open(path)) return 0;
-  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, gae::ProfileOf(gae::MapTool::kMAP).tool_code, type);
+  gae::ReadHeaderField(in, gae::HeaderField::kPopulationType, tool.Profile().tool_code, type);
   gae::MessageCode() = 0;  // a bad type shows as "?" in the summary; the run has already said why
   return type;
 }
@@ -86,9 +122,17 @@ long long FlaggedGenotypes(const std::string& err_path) {
 // A marker that shows one genotype class among its typed individuals cannot be placed: each
 // of its pairs is stored as unlinked or as free recombination.
 void PrintUninformative(const MarkerTable& markers) {
+  // Only the bi-parental check keeps the class counts; the pure-line reader refuses a marker
+  // with one allele among its lines outright.
+  if (markers.size_a.empty() && markers.clonal_sizes.empty()) return;
   std::vector<int> found;
   for (int i = 0; i < markers.num_markers; ++i) {
-    const int classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    int classes = 0;
+    if (markers.clonal_sizes.empty()) {
+      classes = (markers.size_a[i] > 0) + (markers.size_h[i] > 0) + (markers.size_b[i] > 0);
+    } else {
+      for (int t = 0; t < 11; ++t) classes += markers.clonal_sizes[t][i] > 0;  // XX is missing
+    }
     if (classes <= 1) found.push_back(i);
   }
   if (found.empty()) return;
@@ -99,12 +143,44 @@ void PrintUninformative(const MarkerTable& markers) {
   std::printf("\n");
 }
 
-void PrintSummary(const std::string& file, const MarkerTable& markers, const FrontEndMap& map,
-                  const std::vector<std::pair<const char*, double>>& times, const std::string& grouping_note,
-                  const RunFacts& facts) {
-  const int type = PopulationTypeOf(file);
+// The chromosome table of a summary file (.sum, .sumf, .summ): each chromosome's marker count
+// and length, the whole genome's last.
+std::vector<std::pair<int, double>> ChromosomeTable(const std::string& path) {
+  std::vector<std::pair<int, double>> rows;
+  std::ifstream in(path);
+  std::string line;
+  bool inside = false;
+  while (std::getline(in, line)) {
+    if (line.find("ChromLength(cM)") != std::string::npos) {
+      inside = true;
+    } else if (inside && line.size() >= 80) {
+      rows.push_back({std::stoi(line.substr(40, 20)), std::stod(line.substr(60, 20))});
+      if (line.find("WholeGenome") != std::string::npos) break;
+    }
+  }
+  return rows;
+}
+
+// Each parent's map of a clonal run leaves out the markers that do not segregate in it.
+void PrintParentalMaps(const std::string& stem, const std::vector<std::string>& names) {
+  for (const auto& [suffix, parent] : {std::pair{".sumf", "First parent"}, std::pair{".summ", "Second parent"}}) {
+    const std::vector<std::pair<int, double>> table = ChromosomeTable(stem + suffix);
+    if (table.empty()) continue;
+    std::printf("  %-17s %d markers, %.1f cM\n", parent, table.back().first, table.back().second);
+    for (size_t g = 0; g + 1 < table.size() && g < names.size(); ++g) {
+      const std::string& label = names[g];
+      std::printf("    %-13s %5d markers %9.1f cM\n", label.substr(0, label.find_last_not_of(' ') + 1).c_str(),
+                  table[g].first, table[g].second);
+    }
+  }
+}
+
+void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerTable& markers,
+                  const FrontEndMap& map, const std::vector<std::pair<const char*, double>>& times,
+                  const std::string& grouping_note, const std::string& ordering_note, const RunFacts& facts) {
+  const int type = PopulationTypeOf(file, tool);
   std::printf("\nSummary of %s\n", file.c_str());
-  const std::string_view name = gae::PopulationName(gae::kBiparentalDesign, type);
+  const std::string_view name = gae::PopulationName(tool.design, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   PrintRunSettings(file, facts.tool_code, facts.threshold, facts.default_lod, facts.starts, facts.pairs_computed);
   std::printf("  Markers read      %d\n", markers.num_markers);
@@ -112,6 +188,7 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
   const std::vector<std::string> names = map.Names();
+  if (!ordering_note.empty()) std::printf("  Ordering          %s\n", ordering_note.c_str());
   std::printf("  Linkage groups    %d\n", m.num_groups - OneMarkerGroups(m));
   int start = 0;
   for (int g = 0; g < m.num_groups; ++g) {
@@ -128,9 +205,11 @@ void PrintSummary(const std::string& file, const MarkerTable& markers, const Fro
   PrintOneMarkerGroups(m, names, [&](int k) { return markers.Name(m.order[static_cast<std::size_t>(k)] - 1); });
   std::printf("  Unlinked markers  %d\n", m.num_unlinked);
   const std::string stem = gae::ResultStem(file);
+  if (tool.id == gae::MapTool::kCDM) PrintParentalMaps(stem, names);
   const long long flagged = FlaggedGenotypes(stem + ".err");
-  if (flagged >= 0) std::printf("  Suspect genotypes %lld set to missing in %sEC.map\n", flagged, stem.c_str());
-  PrintFilesWritten(stem, m.num_mapped);
+  if (flagged >= 0)
+    std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), tool.corrected);
+  PrintFilesWritten(stem, tool.suffixes, m.num_mapped);
   std::printf("  Time (wall clock)\n");
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
@@ -140,8 +219,8 @@ float DefaultLod() { return gae::ProfileOf(gae::MapTool::kMAP).defaults.threshol
 
 // The LOD threshold of the run from --lod ("auto", a number, or empty for the default), with
 // the words the summary gives about it. False when the option cannot be used.
-bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float& threshold,
-                     std::string& note) {
+bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float max_rf,
+                     float& threshold, std::string& note) {
   threshold = DefaultLod();
   if (lod.empty()) return true;
   if (lod != "auto") {
@@ -159,7 +238,7 @@ bool ChooseThreshold(const std::string& file, const std::string& lod, int num_ma
     return true;
   }
   std::vector<gae::LodTreeRow> rows;
-  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows)) {
+  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows, max_rf)) {
     std::fprintf(stderr, "%s: cannot read %s\n", file.c_str(), gae::PairStoreName(file).c_str());
     return false;
   }
@@ -169,6 +248,12 @@ bool ChooseThreshold(const std::string& file, const std::string& lod, int num_ma
     note = choice.reason;
   }
   return true;
+}
+
+std::string CapNote(float max_rf) {
+  char text[64];
+  std::snprintf(text, sizeof text, "pairs link only below a frequency of %.2f", static_cast<double>(max_rf));
+  return text;
 }
 
 // With the default threshold: a warning when one group holds most markers while the LOD tree
@@ -186,7 +271,8 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
 }
 
 struct MapOptions {
-  std::string file, lod;
+  std::string file, tool, lod, order = "default";
+  float max_rf = -1.0f;
   bool plots = false, tsv = false;
   float min_lod = 3.0f;
 };
@@ -194,6 +280,17 @@ struct MapOptions {
 int RunMap(const MapOptions& o) {
   const std::string& file = o.file;
   const std::string& lod = o.lod;
+  const std::string& order = o.order;
+  float max_rf = o.max_rf;
+  const MapRunTool& run = ToolOfFile(file, o.tool);
+  const gae::ToolProfile& tool = run.Profile();
+  // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
+  const bool by_lod = run.id == gae::MapTool::kMAP;
+  if (!by_lod && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
+    std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files; %s groups by recombination frequency\n",
+                 std::string(tool.letters).c_str());
+    return 2;
+  }
   if (const std::string problem = FolderProblem(file); !problem.empty()) {
     std::fprintf(stderr, "%s: %s\n", file.c_str(), problem.c_str());
     return 1;
@@ -201,45 +298,60 @@ int RunMap(const MapOptions& o) {
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
-  // The settled defaults of a whole MAP run, stage by stage, as the front end passes them;
-  // the grouping threshold and the number of random starts may be chosen on the command line.
-  const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kMAP);
-  if (const int status = CheckMapFile(file, markers); status != 0) {
+  if (const int status = run.check(file, markers); status != 0) {
     ExplainRefusal(file, tool.tool_code, status);
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
+  // The settled defaults of a whole run of the tool, stage by stage, as the front end passes
+  // them; only the grouping threshold of MAP and the number of random starts may be chosen on
+  // the command line.
   const gae::StageDefaults& d = tool.defaults;
   RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty()};
+  float& threshold = facts.threshold;
   std::string grouping_note;
-  if (!ChooseThreshold(file, lod, markers.num_markers, facts.threshold, grouping_note)) return 1;
+  // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
+  if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
+  if (!ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
   LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
   std::optional<LibraryOutput> quiet(std::in_place);
-  MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, facts.threshold, m.num_markers,
-              markers.anchor.data(), m.group.data(), &status);
+  const bool capped = max_rf < gae::kNoFrequencyCap;
+  if (capped) {
+    if (!GroupWithCap(threshold, max_rf, m)) return 1;
+  } else {
+    MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
+                markers.anchor.data(), m.group.data(), &status);
+  }
   map.BuildFromGroups();
-  if (lod.empty()) grouping_note = DefaultThresholdWarning(file, map);
+  if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map);
+  if (capped) grouping_note += (grouping_note.empty() ? "" : "; ") + CapNote(max_rf);
   times.push_back({"grouping", clock.Lap()});
-  if (status == 0)
-    MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option, facts.starts,
-                   d.ordering_param2, m.num_markers, m.num_groups, m.group_size.data(), m.group_status.data(),
-                   &m.map_state, markers.anchor.data(), m.group.data(), m.order.data(), m.position.data(), &status);
-  times.push_back({"ordering", clock.Lap()});
-  if (status == 0)
-    MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
-                   m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
-                   m.order.data(), m.position.data(), &status);
-  times.push_back({"rippling", clock.Lap()});
+  std::string ordering_note;
+  if (order == "frame") {
+    if (!OrderAroundFrames(markers, m, ordering_note)) return 1;
+    times.push_back({"ordering and ripple", clock.Lap()});
+  } else {
+    if (status == 0)
+      MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option, facts.starts,
+                     d.ordering_param2, m.num_markers, m.num_groups, m.group_size.data(), m.group_status.data(),
+                     &m.map_state, markers.anchor.data(), m.group.data(), m.order.data(), m.position.data(), &status);
+    times.push_back({"ordering", clock.Lap()});
+    if (status == 0)
+      MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
+                     m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
+                     m.order.data(), m.position.data(), &status);
+    times.push_back({"rippling", clock.Lap()});
+  }
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
   if (status == 0)
-    MAPOutput(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
-              m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
-              m.position.data(), 1, 1, 1, 1);
+    run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
+               m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
+               m.position.data(), 1, 1, 1, 1);
   quiet.reset();
   if (status != 0) {
     ExplainRefusal(file, tool.tool_code, status);
@@ -249,27 +361,38 @@ int RunMap(const MapOptions& o) {
   if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),
                                [&](int marker) { return markers.Name(marker - 1); }, o.min_lod))
     return 1;
-  PrintSummary(file, markers, map, times, grouping_note, facts);
+  PrintSummary(file, run, markers, map, times, grouping_note, ordering_note, facts);
   return 0;
 }
 
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP input file with the default settings");
+  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP, CDM or PLM input file with the default settings");
   static MapOptions o;
-  cmd->add_option("file", o.file, "MAP input file")->required();
+  cmd->add_option("file", o.file, "MAP, CDM or PLM input file")->required();
+  cmd->add_option("--tool", o.tool, "MAP, CDM or PLM; by default from the file's extension (.cdm, .plm; others MAP)")
+      ->check(CLI::IsMember({"MAP", "CDM", "PLM"}, CLI::ignore_case));
   cmd->add_option("--lod", o.lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)")
       ->check(CLI::Validator(
           [](const std::string& v) {
-            return v == "auto" || CLI::detail::lexical_cast(v, *std::make_unique<float>()) ? std::string()
-                                                                                            : "--lod takes a number or \"auto\", not \"" + v + "\"";
+            float number = 0.0f;
+            return v == "auto" || CLI::detail::lexical_cast(v, number) ? std::string()
+                                                                       : "--lod takes a number or \"auto\", not \"" + v + "\"";
           },
           "NUMBER or auto"));
-  cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+  cmd->add_option("--order", o.order,
+                  "Ordering: \"default\", or \"frame\" to order the co-dominant markers first and insert the "
+                  "dominant and recessive markers around them")
+      ->check(CLI::IsMember({"default", "frame"}));
+  cmd->add_option("--max-rf", o.max_rf,
+                  "Grouping links a pair only if its recombination frequency is also below this (default: none; "
+                  "0.5 with --lod auto)")
+      ->check(CLI::Range(0.0f, 1.0f));
   RegisterStartsOption(*cmd);
+  cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->add_flag("--tsv", o.tsv,
                 "Also write the map as <stem>.map.tsv (group, marker, position, interval) and the pairs as "
                 "<stem>.pairs.tsv (marker, marker, frequency, LOD), tab-separated");
@@ -277,7 +400,10 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
       ->capture_default_str();
   cmd->callback([&exit_code] {
     exit_code = RunMap(o);
-    if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, "MAP");
+    // A pure-line map's .sum and pairwise file read as a bi-parental map's do; a clonal map has
+    // its own picture with both parents' maps.
+    const bool clonal = ToolOfFile(o.file, o.tool).id == gae::MapTool::kCDM;
+    if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, clonal ? "CDM" : "MAP");
   });
 }
 

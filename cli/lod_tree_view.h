@@ -5,14 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "engine/frequency_cap.h"
 #include "engine/lod_tree.h"
 
 namespace gaecli {
 
 // Rows for the thresholds from `low` to `high` by `step`, from the project's pairwise file
-// (which a check of the project has written). False when the file cannot be read.
+// (which a check of the project has written), pairs linking only below the frequency max_rf.
+// False when the file cannot be read.
 bool ProjectLodTree(const std::string& project, int num_markers, float low, float high, float step,
-                    std::vector<gae::LodTreeRow>& rows);
+                    std::vector<gae::LodTreeRow>& rows, float max_rf = gae::kNoFrequencyCap);
 
 // A group counts towards a plateau when it holds at least this many markers: 1% of them, and
 // never fewer than 3, so that stray markers breaking off at high thresholds do not count.

@@ -82,4 +82,27 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   return status;
 }
 
+int CheckCdmFile(const std::string& path, MarkerTable& t) {
+  const LibraryOutput quiet;
+  const PathArg arg(path);
+  int n = 0, status = 0;
+  CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  if (status != 0) return status;
+  t.num_markers = n;
+  t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
+  for (auto* v : {&t.anchor, &t.category}) v->assign(n, 0);
+  t.clonal_sizes.assign(12, std::vector<int>(n, 0));
+  t.chi_square.assign(n, 0.0f);
+  t.probability.assign(n, 0.0f);
+  std::atomic<bool> done{false};
+  std::thread progress(ShowProgress, gae::PairStoreName(path), 28LL * n * (n - 1) / 2, std::cref(done));
+  auto s = [&t](int k) { return t.clonal_sizes[k].data(); };
+  CheckErrorCDM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), s(0), s(1), s(2),
+                s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), t.category.data(),
+                t.chi_square.data(), t.probability.data(), &status);
+  done = true;
+  progress.join();
+  return status;
+}
+
 }  // namespace gaecli

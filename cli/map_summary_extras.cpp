@@ -41,11 +41,12 @@ void PrintOneMarkerGroups(const gae::MapModel& m, const std::vector<std::string>
   std::printf("%s\n", shown > 10 ? " ..." : "");
 }
 
-void PrintFilesWritten(const std::string& stem, int num_mapped) {
+void PrintFilesWritten(const std::string& stem, const std::vector<const char*>& suffixes, int num_mapped) {
   std::printf("  Files written    ");
-  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".err", "EC.map", ".map.tsv",
-                             ".pairs.tsv"})
-    if (Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix);
+  std::vector<std::string> listed(suffixes.begin(), suffixes.end());
+  listed.insert(listed.end(), {".map.tsv", ".pairs.tsv"});
+  for (const std::string& suffix : listed)
+    if (suffix != ".bip" && suffix != ".met" && Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix.c_str());
   std::printf("\n");
   std::string templates;
   for (const char* suffix : {".bip", ".met"})

@@ -28,6 +28,7 @@ void PrintOneMarkerGroups(const gae::MapModel& m, const std::vector<std::string>
 
 // The result files that exist beside the input, the .bip and .met templates apart, and the
 // limit of the matrix files.
-void PrintFilesWritten(const std::string& stem, int num_mapped);
+// `suffixes` are those of the tool's run.
+void PrintFilesWritten(const std::string& stem, const std::vector<const char*>& suffixes, int num_mapped);
 
 }  // namespace gaecli

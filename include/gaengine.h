@@ -66,6 +66,36 @@ GAE_API void CheckErrorMAP(int PathLen, const char* Path, int NumMarkers, int* M
                            int* Anchor, int* SizeA, int* SizeH, int* SizeB, int* SizeX,
                            int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
 
+/* The same for a clonal F1 or double-cross (CDM) input file; its pairwise file holds seven
+ * values per pair (both parents' frequencies and LODs, the combined ones, the linkage phase).
+ *   SizeAC .. SizeXX  per marker: progeny of each type AC, AD, BC, BD, XC, XD, AX, BX, AA, AB,
+ *                     BB and XX (the first letter from the first parent, AB x CD)
+ *   MarkerCategory    1 ABCD, 2 A=B, 3 C=D, 4 AB=CD (clonal F1) or A=CB=D, 5 A=DB=C
+ *   ChiSquare, Probability
+ *                     segregation test of the types the category tells apart (1:1:1:1, 1:1 or
+ *                     1:2:1) and its p-value
+ *   Status            0, or the code of the first error (see CDM.log) */
+GAE_API void CheckErrorCDM(int PathLen, const char* Path, int NumMarkers, int* MarkerNameCodes,
+                           int* Anchor, int* SizeAC, int* SizeAD, int* SizeBC, int* SizeBD,
+                           int* SizeXC, int* SizeXD, int* SizeAX, int* SizeBX, int* SizeAA,
+                           int* SizeAB, int* SizeBB, int* SizeXX, int* MarkerCategory,
+                           float* ChiSquare, float* Probability, int* Status);
+/* The same for a four-way or eight-way pure-line (PLM) input file; writes the pairwise file
+ * that the stage exports with ToolCode 30 read.
+ *   SizeA .. SizeH    per marker: lines showing each founder letter (E to H stay 0 among four
+ *                     founders); founders that share an allele show the first one's letter
+ *   SizeX             per marker: missing lines
+ *   MarkerCategory    the founder pattern: one decimal digit per founder, founder 1 leftmost,
+ *                     equal digits for founders that share an allele ("ABCB" gives 1232)
+ *   ChiSquare, Probability
+ *                     segregation test against the shares of the founders in each allele
+ *                     group; NaN when a group expects no line
+ *   Status            0, or the code of the first error (see PLM.log) */
+GAE_API void CheckErrorPLM(int PathLen, const char* Path, int NumMarkers, int* MarkerNameCodes,
+                           int* Anchor, int* SizeA, int* SizeB, int* SizeC, int* SizeD,
+                           int* SizeE, int* SizeF, int* SizeG, int* SizeH, int* SizeX,
+                           int* MarkerCategory, float* ChiSquare, float* Probability, int* Status);
+
 /* ---- Input checks of the QTL and analysis tools --------------------------------------- */
 
 /* Each reads the whole input file of its tool and checks it: `Status` comes back 0 for a good
@@ -334,6 +364,26 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
                        const int* GroupSize, const int* Order, const float* Position,
                        int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
 
+/* The reports of a finished clonal F1 or double-cross map, with the arguments of MAPOutput
+ * and the pairwise file of the last CheckErrorCDM: the combined map (.sum, .lod, .rec, .dis),
+ * each parent's map (.sumf, .lodf, .recf, .disf for the first parent, without its A=B
+ * markers; .summ, .lodm, .recm, .dism for the second, without its C=D markers), .mtp with the
+ * type counts and segregation tests, .hap with both parents' linkage phases along each
+ * chromosome, the error report .err, the corrected data set <stem>EC.cdm and, with the QTL
+ * switch, .cdq with the genotypes brought into one phase. */
+GAE_API void CDMOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+
+/* The same for a pure-line map after CheckErrorPLM: .sum, .lod, .rec and .dis as above, the
+ * marker table .mtp with the lines of each founder letter and the category, then the QTL file
+ * .plq by the QTL switch, the error report .err and the corrected data set <stem>EC.plm. */
+GAE_API void PLMOutput(int PathLen, const char* Path, int NumMarkers, const int* Anchor,
+                       int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
+
 /* ---- The whole run ----------------------------------------------------------------------- */
 
 /* Builds a linkage map from one MAP input file with the settled defaults and writes every
@@ -344,6 +394,18 @@ GAE_API void MAPOutput(int PathLen, const char* Path, int NumMarkers, const int*
  * <stem>EC.map. The stages log to MAP.log in the current folder.
  *   Status   0, or the code of the error that stopped the run */
 GAE_API void MAPAllByDefault(int PathLen, const char* Path, int* Status);
+
+/* The whole run of a clonal F1 or double-cross (CDM) input file: groups at a combined
+ * frequency of 0.3, orders by frequency, ripples by LOD, then writes every file of CDMOutput.
+ * The stages log to CDM.log.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void CDMAllByDefault(int PathLen, const char* Path, int* Status);
+/* The same for a PLM input file (4PDH, 4PRIL, 8PDH, 8PRIL): grouping at a recombination
+ * frequency of 0.3, ordering by frequency with ten random starts and the 3-opt search over a
+ * closed tour through a dummy city, rippling by LOD; writes the
+ * files of PLMOutput with every switch on. The stages log to PLM.log.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void PLMAllByDefault(int PathLen, const char* Path, int* Status);
 
 /* ---- Two-point calculator: one table of a marker pair, typed in by hand ------------------ */
 

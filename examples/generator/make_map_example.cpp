@@ -2,6 +2,10 @@
 // on five chromosomes, simulated meiosis by meiosis (Haldane, no interference), listed out of
 // map order, with some dominant and recessive markers and about 2% missing genotypes. Marker
 // "CcMmm" is marker mm of chromosome c, so a reader can check the map the program builds.
+//
+// make_map_example [SEED [LENGTH CODOMINANT DOMINANT [TRUTH]]]: other data sets of the same
+// shape, every chromosome LENGTH cM long, a marker co-dominant with chance CODOMINANT,
+// dominant with chance DOMINANT and recessive otherwise; TRUTH receives "name chromosome cM".
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -29,19 +33,22 @@ int main(int argc, char** argv) {
   // The seed was picked so that the default run recovers all five chromosomes: with 150
   // markers some seeds give two unlinked markers a chance LOD above 3, which joins two groups.
   const unsigned long long seed = argc > 1 ? std::stoull(argv[1]) : kSeed;
+  const double length = argc > 4 ? std::stod(argv[2]) : 0.0;
+  const double codominant = argc > 4 ? std::stod(argv[3]) : 0.8;
+  const double dominant_to = argc > 4 ? codominant + std::stod(argv[4]) : 0.9;
   std::mt19937_64 rng(seed);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
 
   std::vector<Marker> markers;
   for (int c = 0; c < 5; ++c) {
     std::vector<double> positions(kPerChromosome);
-    for (double& p : positions) p = unit(rng) * kLengths[c];
+    for (double& p : positions) p = unit(rng) * (length > 0.0 ? length : kLengths[c]);
     std::sort(positions.begin(), positions.end());
     for (int m = 0; m < kPerChromosome; ++m) {
       char name[16];
       std::snprintf(name, sizeof name, "C%dM%02d", c + 1, m + 1);
       const double u = unit(rng);
-      const int kind = u < 0.8 ? 1 : (u < 0.9 ? 12 : 10);
+      const int kind = u < codominant ? 1 : (u < dominant_to ? 12 : 10);
       markers.push_back({name, c + 1, positions[m], kind});
     }
   }
@@ -67,6 +74,13 @@ int main(int argc, char** argv) {
         genotype[k][ind] = g;
       }
     }
+  }
+
+  if (argc > 5) {
+    FILE* truth = std::fopen(argv[5], "w");
+    if (truth == nullptr) return 1;
+    for (const Marker& m : markers) std::fprintf(truth, "%s %d %.4f %d\n", m.name.c_str(), m.chromosome, m.position_cm, m.kind);
+    std::fclose(truth);
   }
 
   std::vector<std::size_t> listing(markers.size());

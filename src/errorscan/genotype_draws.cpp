@@ -68,6 +68,9 @@ bool IsInformative(int32_t design, int32_t marker_class, char genotype) {
       return false;
     case kFourWayDesign:
     case kEightWayDesign:
+      // A founder letter fixes the state only when that founder's digit is shared by no other
+      // founder. Where founders share an allele, the reader has written the letter of the first
+      // of them, so the line may carry any founder of the group: the flanks must choose.
       return PureLineAllowed(design, marker_class, genotype).size() == 1;
     default:
       return false;

@@ -61,7 +61,7 @@ bool WritePairFile(MapToolPolicy& policy, const std::string& path, int threads) 
     ReportSkippedResults({settings.lrd_name});
     return false;
   }
-  return policy.WritePairs(settings.lrd_name, threads);
+  return policy.WritePairs(settings.lrd_name, threads, Process().random);
 }
 
 // The caller's arrays must describe a map of the markers read, or the reports would look up

@@ -12,10 +12,7 @@
 
 namespace gae {
 
-namespace {
-
-// The report layout: the caller's finished map with the names and genotypes read.
-MapLayout BuildLayout(MapToolInput& data, const FinishedMap& args) {
+MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& args) {
   MapLayout map;
   map.population_type = data.population_type;
   map.mapping_function = data.mapping_function;
@@ -28,7 +25,13 @@ MapLayout BuildLayout(MapToolInput& data, const FinishedMap& args) {
   return map;
 }
 
-}  // namespace
+void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
+                           const OutputSwitches& switches, ResultFiles& files) {
+  files.Write(".sum", SumReport(map, pairs));
+  if (switches.On(0)) files.Write(".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
+  if (switches.On(1)) files.Write(".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
+  if (switches.On(2)) files.Write(".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
+}
 
 MapPolicy::MapPolicy(const MapCheckArrays* check)
     : MapToolPolicy(ProfileOf(MapTool::kMAP)), check_(check) {}
@@ -59,7 +62,7 @@ void MapPolicy::FillCheckArrays() {
   }
 }
 
-bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
+bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream&) {
   BiparentalMarkers markers;
   markers.population_type = data_.population_type;
   markers.mapping_function = data_.mapping_function;
@@ -73,12 +76,9 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads) {
 void MapPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = BuildLayout(data_, finished);
-  files.Write(".sum", SumReport(map, pairs));
+  const MapLayout map = TakeMapLayout(data_, finished);
+  WriteSharedMapReports(map, pairs, switches, files);
   files.Write(".mtp", MtpReport(map));
-  if (switches.On(0)) files.Write(".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
-  if (switches.On(1)) files.Write(".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
-  if (switches.On(2)) files.Write(".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
   WriteMapDownstreamFiles(map, switches.On(3), random, files);
 }
 

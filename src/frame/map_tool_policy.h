@@ -6,6 +6,7 @@
 
 #include "frame/tool_policy.h"
 #include "input/map_tool_reader.h"
+#include "report/map_layout.h"
 
 namespace gae {
 
@@ -24,6 +25,15 @@ struct MapCheckArrays {
   float* probability = nullptr;
 };
 
+// The report layout of a genotype file: the caller's finished map with the names, classes and
+// genotypes read, which are moved out of `data`.
+MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& map);
+
+// The reports that the bi-parental and pure-line tools write alike: .sum, then .lod, .rec and
+// .dis by the first three output switches.
+void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
+                           const OutputSwitches& switches, ResultFiles& files);
+
 class MapPolicy final : public MapToolPolicy {
  public:
   // `check` is given by CheckErrorMAP only: the arrays that FillCheckArrays fills.
@@ -34,7 +44,7 @@ class MapPolicy final : public MapToolPolicy {
   std::span<const int32_t> WorkingAnchors() const override { return data_.anchors; }
   void FillCheckArrays() override;
 
-  bool WritePairs(const std::string& lrd_name, int threads) override;
+  bool WritePairs(const std::string& lrd_name, int threads, UniformStream& random) override;
   int32_t StoreMappingFunction() const override { return data_.mapping_function; }
 
   void WriteResults(ResultFiles& files, const FinishedMap& map,

@@ -12,6 +12,12 @@ bool SelfedGeneration(int population_type) {
          (population_type >= 13 && population_type <= 16);
 }
 
+int PureLineFounders(int population_type) {
+  if (population_type == 1 || population_type == 2) return 4;
+  if (population_type == 3 || population_type == 4) return 8;
+  return 0;
+}
+
 std::string_view PopulationName(int32_t design, int population_type) {
   static constexpr std::string_view kBiparental[] = {
       "P1BC1F1", "P2BC1F1", "F1DH",    "RIL or F1RIL", "P1BC1RIL", "P2BC1RIL", "F2",

@@ -30,6 +30,10 @@ bool SelfedGeneration(int population_type);
 // designs take the pure-line types 1 to 4.
 std::string_view PopulationName(int32_t design, int population_type);
 
+// Founders of a pure-line population type: 4 for types 1 and 2 (4PDH, 4PRIL), 8 for types 3
+// and 4 (8PDH, 8PRIL), 0 for any other type.
+int PureLineFounders(int population_type);
+
 struct ClassRatios {
   float p2, p1, p0;  // P1 type (A), heterozygote (H), P2 type (B)
 };

@@ -81,8 +81,9 @@ class MapToolPolicy {
   virtual void FillCheckArrays() = 0;
 
   // Seam 2: writes the pairwise file `lrd_name` unless a complete one lies there. `threads`
-  // estimates pairs on that many cores. False only when the file cannot be written.
-  virtual bool WritePairs(const std::string& lrd_name, int threads) = 0;
+  // estimates pairs on that many cores; an estimator that draws (the clonal AB=CD pairs) takes
+  // its numbers from `random`, in record order. False only when the file cannot be written.
+  virtual bool WritePairs(const std::string& lrd_name, int threads, UniformStream& random) = 0;
   // The mapping function with which the stages turn stored frequencies into distances.
   virtual int32_t StoreMappingFunction() const = 0;
 

@@ -1,8 +1,8 @@
 #include "prep/bin_parameters.h"
 
 #include "frame/fixed_format.h"
+#include "frame/message_code.h"
 #include "frame/messages.h"
-#include "frame/process_state.h"
 
 namespace gae {
 

@@ -36,6 +36,30 @@ struct LinkedMapRecord {
 std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
                       std::span<const uint8_t> monomorphic);
 
+// EC.plm: EC.map of a pure-line population, with its remark blocks and each marker row led by
+// its category field (`categories`, by linked marker: "ABCB") and four blanks.
+std::string EcPlmText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                      std::string_view corrected_genotypes, std::span<const uint8_t> monomorphic);
+
+// .plq: the QTL file of a pure-line population: the pure-line remark blocks, the header of the
+// .bip frame without its indicator (0 traits), the map as in .sdl, and marker rows led by the
+// category field; an empty phenotype section for the user to complete.
+std::string PlqText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                    std::string_view input_genotypes);
+
+// EC.cdm, the same for a clonal F1 or double cross: each row starts with the marker's category
+// text (`categories`, by linked marker) and writes each letter as its two-letter type.
+std::string EcCdmText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                      std::string_view corrected_genotypes, std::span<const uint8_t> monomorphic);
+
+// .cdq: the map, the categories and the genotypes of every linked marker of a clonal F1 or
+// double cross for the QTL tool, with 0 traits and an empty phenotype section.
+std::string CdqText(const LinkedMapRecord& map, std::span<const std::string> categories,
+                    std::string_view genotypes);
+
+// The two-letter type of a stored clonal letter (A is AC, ... K is BB; anything else XX).
+std::string ClonalTypeText(char letter);
+
 // .sdl: the map (positions in cM) and the input genotypes of every linked marker.
 std::string SdlText(const LinkedMapRecord& map, std::string_view input_genotypes);
 // .bip: .sdl with the mapping indicator first, 0 traits, and an empty phenotype section for the

@@ -4,8 +4,10 @@
 
 #include "errorscan/err_report.h"
 #include "errorscan/error_scan.h"
+#include "frame/population.h"
 #include "input/chromosome_record.h"
 #include "report/downstream_files.h"
+#include "report/pure_line_segregation.h"
 #include "report/text_file.h"
 
 namespace gae {
@@ -38,33 +40,76 @@ std::vector<ChromosomeRecord> Chromosomes(const MapLayout& map, const LinkedMapR
   return chromosomes;
 }
 
+// The linked markers' genotypes, classes and input numbers in map order: what the downstream
+// tools and the scan see.
+struct LinkedData {
+  LinkedMapRecord record;
+  std::string input;
+  std::vector<int32_t> classes, numbers;
+};
+
+LinkedData Linked(const MapLayout& map) {
+  LinkedData data{LinkedRecord(map), {}, {}, {}};
+  for (int32_t k = 0; k < map.num_mapped; ++k) {
+    const int32_t marker = map.order[k];
+    data.input.append(map.TypesOf(marker), map.num_individuals);
+    data.classes.push_back(map.marker_class[marker - 1]);
+    data.numbers.push_back(marker);
+  }
+  return data;
+}
+
+// The scan on a copy of the input genotypes; returns the corrected copy and the count flagged.
+std::string Scanned(const MapLayout& map, const LinkedData& data, int32_t design, UniformStream& random,
+                    int64_t& flagged) {
+  std::string corrected = data.input;
+  const std::vector<ChromosomeRecord> chromosomes = Chromosomes(map, data.record);
+  const PopulationModel model{design, map.population_type, map.mapping_function};
+  flagged = ErrorScan(model, map.num_individuals, chromosomes, data.classes,
+                      std::span<char>(corrected.data(), corrected.size()), random);
+  return corrected;
+}
+
+void WriteErrReport(const MapLayout& map, const LinkedData& data, const std::string& corrected,
+                    ResultFiles& files) {
+  files.Write(".err", ErrReportText(map.num_individuals, data.record.marker_names, data.numbers,
+                                    data.input, corrected));
+}
+
 }  // namespace
 
 int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
                                 ResultFiles& files) {
-  const LinkedMapRecord record = LinkedRecord(map);
-  // The linked markers' genotypes and classes in map order: what the QTL tools and the scan see.
-  std::string input;
-  std::vector<int32_t> classes, numbers;
-  for (int32_t k = 0; k < map.num_mapped; ++k) {
-    const int32_t marker = map.order[k];
-    input.append(map.TypesOf(marker), map.num_individuals);
-    classes.push_back(map.marker_class[marker - 1]);
-    numbers.push_back(marker);
-  }
+  const LinkedData data = Linked(map);
   if (write_qtl_files) {
-    files.Write(".sdl", SdlText(record, input));
-    files.Write(".bip", BipText(record, input));
-    files.Write(".met", MetText(record, input));
+    files.Write(".sdl", SdlText(data.record, data.input));
+    files.Write(".bip", BipText(data.record, data.input));
+    files.Write(".met", MetText(data.record, data.input));
   }
-  std::string corrected = input;
-  const std::vector<ChromosomeRecord> chromosomes = Chromosomes(map, record);
-  const PopulationModel model{kBiparentalDesign, map.population_type, map.mapping_function};
-  const int64_t flagged = ErrorScan(model, map.num_individuals, chromosomes, classes,
-                                    std::span<char>(corrected.data(), corrected.size()), random);
+  int64_t flagged = 0;
+  const std::string corrected = Scanned(map, data, kBiparentalDesign, random, flagged);
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals);
-  files.Write("EC.map", EcMapText(record, corrected, lost));
-  files.Write(".err", ErrReportText(map.num_individuals, record.marker_names, numbers, input, corrected));
+  files.Write("EC.map", EcMapText(data.record, corrected, lost));
+  WriteErrReport(map, data, corrected, files);
+  return flagged;
+}
+
+int64_t WritePlmDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
+                                ResultFiles& files) {
+  const int founders = PureLineFounders(map.population_type);
+  const LinkedData data = Linked(map);
+  std::vector<std::string> categories;
+  for (int32_t pattern : data.classes) categories.push_back(PureLinePatternField(founders, pattern));
+  if (write_qtl_files) files.Write(".plq", PlqText(data.record, categories, data.input));
+  int64_t flagged = 0;
+  const int32_t design = founders == 8 ? kEightWayDesign : kFourWayDesign;
+  const std::string corrected = Scanned(map, data, design, random, flagged);
+  // A line shows a founder letter or X: a marker whose lines show one letter and X has lost
+  // its polymorphism.
+  const std::string_view letters = std::string_view("ABCDEFGH").substr(0, founders);
+  const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals, letters);
+  files.Write("EC.plm", EcPlmText(data.record, categories, corrected, lost));
+  WriteErrReport(map, data, corrected, files);
   return flagged;
 }
 

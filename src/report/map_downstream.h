@@ -17,4 +17,10 @@ namespace gae {
 int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
                                 ResultFiles& files);
 
+// The same for a four-way or eight-way pure-line map (`map.marker_class` holds the founder
+// patterns): .plq when `write_qtl_files`, then the scan with the pure-line tables, EC.plm and
+// .err.
+int64_t WritePlmDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
+                                ResultFiles& files);
+
 }  // namespace gae

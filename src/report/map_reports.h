@@ -7,14 +7,15 @@
 #include <string>
 
 #include "report/map_layout.h"
+#include "report/summary_text.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {
 
 std::string SumReport(const MapLayout& map, const PairTable& pairs);
-// What every tool's .sum has after its own map rows: the chromosome table, then the unlinked
-// and the deleted markers.
-std::string SumMapSections(const FinishedMapLayout& map);
+// The summary of any tool's whole map as the caller laid it out, with or without the
+// interference column.
+SummaryTable CombinedSummary(const FinishedMapLayout& map, const PairTable& pairs, bool interference);
 std::string MtpReport(const MapLayout& map);
 
 enum class PairMatrix { kLod, kRec, kDis };

@@ -103,7 +103,7 @@ bool WritePairStore(const PairStoreJob& job, int64_t* not_a_number) {
     for (std::thread& w : workers) w.join();
     for (const int64_t r : replaced) unlinked += r;
     for (int t = 0; t < threads && counts[t] > 0 && ok; ++t) {
-      const float* records = buffers[t].data();
+      float* records = buffers[t].data();
       if (job.inspect) {
         int64_t i = 0, j = 0;
         PairOfRecord(first + t * block, i, j);

@@ -32,8 +32,9 @@ struct PairStoreJob {
   int64_t block_records = int64_t{1} << 18;  // records per block and thread
   // Fills the record of the pair (i, j), i > j, 1-based. Called from several threads at once.
   std::function<void(int64_t i, int64_t j, float* record)> estimate;
-  // Sees every record in record order, on the calling thread (warnings go here).
-  std::function<void(int64_t i, int64_t j, const float* record)> inspect;
+  // Sees every record in record order, on the calling thread, before it is written: warnings
+  // go here, and so does whatever must follow record order (a draw from the random stream).
+  std::function<void(int64_t i, int64_t j, float* record)> inspect;
   // The first word of an unlinked pair: minus a LOD of 0. A store of distances sets its own.
   float unlinked_first = 0.0f;
 };

@@ -65,6 +65,57 @@ TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
   EXPECT_EQ(ReadText("f2.err"), err);
 }
 
+// A clonal file takes the CDM tool from its extension, or from --tool under any name.
+TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
+  testing::WriteText("clonal.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  const Result cli = Gaengine("--seed 5 map clonal.cdm");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("(type 1)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
+  EXPECT_THAT(cli.out, HasSubstr("  First parent "));
+  EXPECT_THAT(cli.out, HasSubstr("  Second parent "));
+  EXPECT_THAT(cli.out, HasSubstr("clonal.hap"));
+  EXPECT_THAT(cli.out, HasSubstr("set to missing in clonalEC.cdm"));
+  const std::string sum = ReadText("clonal.sum"), sumf = ReadText("clonal.sumf"), hap = ReadText("clonal.hap");
+  ::setenv("GAENGINE_SEED", "5", 1);
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  CDMAllByDefault(10, "clonal.cdm", &status);
+  ::testing::internal::GetCapturedStdout();
+  ::unsetenv("GAENGINE_SEED");
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(ReadText("clonal.sum"), sum);
+  EXPECT_EQ(ReadText("clonal.sumf"), sumf);
+  EXPECT_EQ(ReadText("clonal.hap"), hap);
+
+  testing::WriteText("other.txt", ReadText("clonal.cdm"));
+  EXPECT_EQ(Gaengine("map --tool cdm other.txt").exit_code, 0);
+  EXPECT_TRUE(testing::FileExists("other.summ"));
+  EXPECT_EQ(Gaengine("map --tool CDM --lod 4 other.txt").exit_code, 2);
+}
+
+TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
+  testing::WriteText("four.plm", ReadText(testing::SourcePath("examples/four_way_ril.plm")));
+  const Result cli = Gaengine("--seed 31 map four.plm");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("  Population        4PRIL (type 2)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
+  EXPECT_THAT(cli.out, HasSubstr(" four.plq four.err fourEC.plm"));
+  const std::string sum = ReadText("four.sum"), mtp = ReadText("four.mtp"), ec = ReadText("fourEC.plm");
+  ::setenv("GAENGINE_SEED", "31", 1);
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  PLMAllByDefault(9, "four.plm", &status);
+  ::testing::internal::GetCapturedStdout();
+  ::unsetenv("GAENGINE_SEED");
+  ASSERT_EQ(status, 0);
+  EXPECT_EQ(ReadText("four.sum"), sum);
+  EXPECT_EQ(ReadText("four.mtp"), mtp);
+  EXPECT_EQ(ReadText("fourEC.plm"), ec);
+  // Pure lines group by recombination frequency: a LOD threshold has no meaning there.
+  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 2);
+}
+
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   Result r = Gaengine("markers MAP f2.map");
   EXPECT_EQ(r.exit_code, 0);
@@ -144,6 +195,12 @@ TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   r = Gaengine("--seed 5 map --lod auto f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr(": the groups stay the same from "));
+  EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
+  // The options beyond the defaults say in the summary that they shaped the map.
+  r = Gaengine("--seed 5 map --order frame --lod auto f2.map");
+  ASSERT_EQ(r.exit_code, 0) << r.out;
+  EXPECT_THAT(r.out, HasSubstr("; pairs link only below a frequency of 0.50"));
+  EXPECT_THAT(r.out, HasSubstr("  Ordering          co-dominant markers ordered first"));
   EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
   r = Gaengine("map --lod high f2.map");
   EXPECT_EQ(r.exit_code, 2);

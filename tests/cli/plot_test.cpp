@@ -24,6 +24,7 @@
 #include "report/map_layout.h"
 #include "report/map_reports.h"
 #include "report/text_file.h"
+#include "support/pair_store.h"
 #include "support/temp_dir.h"
 #include "xml_check.h"
 
@@ -70,25 +71,7 @@ TEST(LabelSpread, MovesCrowdedNamesApartAsLittleAsPossible) {
   }
 }
 
-// A pairwise store the test fills pair by pair, written to disk as the .LRD file.
-struct Store {
-  explicit Store(int m) : words(2 * PairCount(m), 0.0f) {}
-  void Set(int i, int j, float lod, float r) {
-    words[2 * (GroupPairIndex(i, j) - 1)] = -lod;
-    words[2 * (GroupPairIndex(i, j) - 1) + 1] = r;
-  }
-  PairTable Table() const {
-    PairTable t;
-    t.records = words.data();
-    t.num_records = static_cast<int64_t>(words.size() / 2);
-    return t;
-  }
-  void Write(const std::string& path) const {
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(words.data()), static_cast<std::streamsize>(words.size() * 4));
-  }
-  std::vector<float> words;
-};
+using Store = testing::MemoryStore;
 
 std::string Pad(const std::string& s, std::size_t n) { return s + std::string(n - s.size(), ' '); }
 

@@ -4,11 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
+#include <functional>
 #include <limits>
-#include <map>
-#include <numeric>
 #include <random>
 
 #include "engine/engine_test_support.h"
@@ -38,35 +36,80 @@ class EngineExports : public testing::InTempDir {
   std::vector<std::string> Log(const std::string& name = "MAP.log") { return ReadLines(name); }
 };
 
-TEST_F(EngineExports, GroupingLogsItsLinesAndRejectsBadOptions) {
+// Every option a stage export refuses, with the tool whose rules refuse it: the status, the
+// line that says why, and arrays left as they were.
+TEST_F(EngineExports, OptionsOutOfRangeAreRefusedAndChangeNothing) {
   std::mt19937 rng(1);
-  const MemoryStore store = testing::LinkedStore(30, 3, rng);
-  testing::UseStoreFile(store, "run.LRD");
-  std::vector<int> anchor(30, 0), group(30, 0);
-  int status = -1;
-  MAPGrouping(104, 1, 1, 3.0f, 30, anchor.data(), group.data(), &status);
+  testing::UseStoreFile(testing::LinkedStore(6, 2, rng), "run.LRD");
+  std::vector<int> anchor(6, 0), group = {1, 1, 1, 2, 2, 2}, order = {1, 2, 3, 4, 5, 6};
+  std::vector<float> position(6, 0.0f);
+  const std::vector<int> sizes = {3, 3};
+  std::vector<int> statuses = {1, 1};
+  int map_state = 1, status = -1;
+  struct Case {
+    const char* log;
+    const char* line;  // a line the call adds to `log` when it refuses
+    int status;
+    std::function<void()> call;
+  };
+  const Case cases[] = {
+      {"MAP", "--Error1106: ByWhat for Grouping is out of range [1,2,3]. ByWhat=4", 1106,
+       [&] { MAPGrouping(104, 2, 4, 3.0f, 6, anchor.data(), group.data(), &status); }},
+      {"MAP", "--Error1107: Method for Grouping is out of range [1,2,3]. Method=5", 1107,
+       [&] { MAPGrouping(104, 5, 1, 3.0f, 6, anchor.data(), group.data(), &status); }},
+      {"CMP", "--Error1105: ByWhat for Grouping is out of range [3]. ByWhat=2", 1105,
+       [&] { MAPGrouping(105, 1, 2, 3.0f, 6, anchor.data(), group.data(), &status); }},
+      {"MAP", "--Error1112: Method for Ordering is out of range [1,2,3,4]. Method=7", 1112,
+       [&] {
+         MAPOrderingAll(104, 7, 2, 1, 5, 3, 6, 2, sizes.data(), statuses.data(), &map_state, anchor.data(),
+                        group.data(), order.data(), position.data(), &status);
+       }},
+      {"CMP", "--Error1111: ByWhat for Ordering is out of range [1,2]. ByWhat=2", 1111,
+       [&] { MAPOrdering(105, 1, 2, 1, 5, 3, 3, anchor.data(), order.data(), position.data(), &status); }},
+      {"MAP", "--Error1113: ByWhat for Ordering is out of range [1,2,3]. ByWhat=0", 1113,
+       [&] { MAPOrdering(104, 1, 0, 1, 5, 3, 3, anchor.data(), order.data(), position.data(), &status); }},
+      // A single marker is not even checked.
+      {"MAP", "", 0,
+       [&] { MAPOrdering(104, 1, 0, 1, 5, 3, 1, anchor.data(), order.data(), position.data(), &status); }},
+      {"MAP", "--Error1117: WindowSize for Rippling is out of range [2,8]. WindowSize=1", 1117,
+       [&] { MAPRippling(104, 1, 1, 3, order.data(), position.data(), &status); }},
+      {"MAP", "--Error1117: WindowSize for Rippling is out of range [2,8]. WindowSize=9", 1117,
+       [&] { MAPRippling(104, 1, 9, 3, order.data(), position.data(), &status); }},
+      {"MAP", "--Error1116: ByWhat for Rippling is out of range [1,2,3]. ByWhat=4", 1116,
+       [&] { MAPRippling(104, 4, 5, 3, order.data(), position.data(), &status); }},
+      {"CMP", "--Error1115: ByWhat for Rippling is out of range [3]. ByWhat=2", 1115,
+       [&] { MAPRippling(105, 2, 5, 3, order.data(), position.data(), &status); }},
+  };
+  for (const Case& c : cases) {
+    const std::string log = std::string(c.log) + ".log";
+    const size_t before = Log(log).size();
+    status = -1;
+    c.call();
+    EXPECT_EQ(status, c.status) << c.line;
+    const std::vector<std::string> lines = Log(log);
+    if (c.status != 0) {
+      EXPECT_THAT(std::vector<std::string>(lines.begin() + static_cast<std::ptrdiff_t>(before), lines.end()),
+                  ::testing::Contains(c.line));
+    }
+    EXPECT_THAT(group, ElementsAre(1, 1, 1, 2, 2, 2)) << c.line;
+    EXPECT_THAT(order, ElementsAre(1, 2, 3, 4, 5, 6)) << c.line;
+  }
+  // The whole-map ordering refuses per group, and neither group nor the map moves on.
+  const std::vector<std::string> map_log = Log();
+  EXPECT_EQ(std::count(map_log.begin(), map_log.end(),
+                       "--Error1112: Method for Ordering is out of range [1,2,3,4]. Method=7"), 2);
+  EXPECT_THAT(statuses, ElementsAre(1, 1));
+  EXPECT_EQ(map_state, 1);
+  // The consensus tool's rippling takes no window size.
+  MAPRippling(105, 3, 9, 3, order.data(), position.data(), &status);
   EXPECT_EQ(status, 0);
-  std::vector<std::string> log = Log();
-  ASSERT_EQ(log.size(), 3u);
-  EXPECT_EQ(log[0], "  Grouping is running ...!");
-  EXPECT_EQ(log[1], "  Grouping was completed!");
-  EXPECT_THAT(log[2], HasSubstr("CPU time taken:"));
-  // three chromosomes, three groups, each group one chromosome
-  for (int i = 2; i <= 30; ++i)
-    for (int j = 1; j < i; ++j) EXPECT_EQ(store.Second(i, j) < 0.5f, group[i - 1] == group[j - 1]);
-
-  const std::vector<int> before = group;
-  MAPGrouping(104, 2, 4, 3.0f, 30, anchor.data(), group.data(), &status);
-  EXPECT_EQ(status, 1106);
-  MAPGrouping(104, 5, 1, 3.0f, 30, anchor.data(), group.data(), &status);
-  EXPECT_EQ(status, 1107);
-  MAPGrouping(105, 1, 2, 3.0f, 30, anchor.data(), group.data(), &status);
-  EXPECT_EQ(status, 1105);
-  EXPECT_EQ(group, before);
-  log = Log();
-  EXPECT_EQ(log[4], "--Error1106: ByWhat for Grouping is out of range [1,2,3]. ByWhat=4");
-  EXPECT_EQ(log[6], "--Error1107: Method for Grouping is out of range [1,2,3]. Method=5");
-  EXPECT_EQ(Log("CMP.log")[1], "--Error1105: ByWhat for Grouping is out of range [3]. ByWhat=2");
+  // Rippling passes over a group never ordered.
+  statuses = {2, 1};
+  MAPRipplingAll(104, 1, 5, 6, 2, sizes.data(), statuses.data(), &map_state, group.data(), order.data(),
+                 position.data(), &status);
+  EXPECT_EQ(status, 0);
+  EXPECT_THAT(statuses, ElementsAre(3, 1));
+  EXPECT_EQ(map_state, 1);
 }
 
 TEST_F(EngineExports, GroupingMethodsThroughTheExport) {
@@ -78,6 +121,8 @@ TEST_F(EngineExports, GroupingMethodsThroughTheExport) {
   MAPGrouping(104, 2, 2, 2.5f, 8, anchor.data(), group.data(), &status);  // 2.5 rounds to 3
   EXPECT_EQ(status, 0);
   EXPECT_EQ(*std::max_element(group.begin(), group.end()), 3);
+  EXPECT_THAT(Log(), ElementsAre("  Grouping is running ...!", "  Grouping was completed!",
+                                 ::testing::StartsWith("   CPU time taken:")));
   MAPGrouping(104, 2, 2, -2.5f, 8, anchor.data(), group.data(), &status);  // no groups asked: one
   EXPECT_THAT(group, ElementsAre(1, 1, 1, 1, 1, 1, 1, 1));
   anchor = {2, 2, 5, 0, 0, 0, 0, 0};
@@ -123,102 +168,6 @@ TEST_F(EngineExports, WithoutAPairwiseFileNothingChanges) {
   EXPECT_EQ(status, 0);
   EXPECT_THAT(statuses, ElementsAre(2, 2));
   EXPECT_EQ(map_state, 2);
-}
-
-// Grouping, the group model, ordering and rippling in the order a front end calls them, on
-// markers of four chromosomes given in shuffled input order.
-TEST_F(EngineExports, StagesInTurnRebuildTheChromosomes) {
-  std::mt19937 rng(3);
-  const int n = 60;
-  const MemoryStore store = testing::LinkedStore(n, 4, rng);
-  testing::UseStoreFile(store, "run.LRD", 2);
-  MapModel map;
-  AllocateMapState(map, n);
-  int status = -1;
-  MAPGrouping(104, 1, 1, 3.0f, n, map.anchor.data(), map.group.data(), &status);
-  ASSERT_EQ(status, 0);
-  int groups = *std::max_element(map.group.begin(), map.group.end());
-  MapGroupCheck(n, &groups, map.group.data());
-  EXPECT_EQ(groups, 4);
-  RebuildGroupModel(map);
-  EXPECT_EQ(map.num_groups, 4);
-  MAPOrderingAll(104, 2, 2, 1, 5, 3, n, map.num_groups, map.group_size.data(), map.group_status.data(),
-                 &map.map_state, map.anchor.data(), map.group.data(), map.order.data(), map.position.data(),
-                 &status);
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(map.map_state, kMapOrdered);
-  MAPRipplingAll(104, 1, 5, n, map.num_groups, map.group_size.data(), map.group_status.data(), &map.map_state,
-                 map.group.data(), map.order.data(), map.position.data(), &status);
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(map.map_state, kMapRippled);
-  EXPECT_THAT(map.group_status, ElementsAre(3, 3, 3, 3));
-
-  // Each group's order runs along its chromosome: the frequency to the group's first marker
-  // grows monotonically (true order up to reversal), and positions are Haldane distances.
-  const std::vector<int64_t> starts = GroupStarts(map.num_groups, map.group_size.data());
-  for (int g = 0; g < map.num_groups; ++g) {
-    const int* order = map.order.data() + starts[g];
-    const float* position = map.position.data() + starts[g];
-    EXPECT_EQ(position[0], 0.0f);
-    for (int i = 2; i < map.group_size[g]; ++i) {
-      EXPECT_GT(store.Second(order[0], order[i]), store.Second(order[0], order[i - 1])) << g << " " << i;
-      const float r = store.Second(order[i - 1], order[i]);
-      EXPECT_NEAR(position[i] - position[i - 1], -50.0 * std::log(1.0 - 2.0 * r), 1e-3);
-    }
-  }
-  // The log: per group the running line, one line per random start, the time line.
-  const std::vector<std::string> log = Log();
-  EXPECT_EQ(std::count(log.begin(), log.end(), "  Ordering is running! GroupID=2"), 1);
-  EXPECT_EQ(std::count(log.begin(), log.end(), "  Rippling is running! GroupID=4"), 1);
-  const auto start_lines = std::count_if(log.begin(), log.end(), [](const std::string& l) {
-    return l.size() == 72 && l.find('.') != std::string::npos && l.find("CPU") == std::string::npos;
-  });
-  EXPECT_EQ(start_lines, 4 * 5);
-}
-
-TEST_F(EngineExports, OrderingAndRipplingRejectBadOptionsPerGroup) {
-  std::mt19937 rng(4);
-  const MemoryStore store = testing::LinkedStore(6, 1, rng);
-  testing::UseStoreFile(store, "run.LRD");
-  std::vector<int> anchor(6, 0), group = {1, 1, 1, 2, 2, 2}, order = {1, 2, 3, 4, 5, 6};
-  std::vector<float> position(6, 0.0f);
-  const std::vector<int> sizes = {3, 3};
-  std::vector<int> statuses = {1, 1};
-  int map_state = 1, status = -1;
-  MAPOrderingAll(104, 7, 2, 1, 5, 3, 6, 2, sizes.data(), statuses.data(), &map_state, anchor.data(),
-                 group.data(), order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1112);
-  EXPECT_THAT(statuses, ElementsAre(1, 1));
-  EXPECT_EQ(map_state, 1);
-  MAPOrdering(105, 1, 2, 1, 5, 3, 3, anchor.data(), order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1111);
-  EXPECT_EQ(Log("CMP.log").back(), "--Error1111: ByWhat for Ordering is out of range [1,2]. ByWhat=2");
-  MAPOrdering(104, 1, 0, 1, 5, 3, 3, anchor.data(), order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1113);
-  MAPOrdering(104, 1, 0, 1, 5, 3, 1, anchor.data(), order.data(), position.data(), &status);
-  EXPECT_EQ(status, 0);  // a single marker is not even checked
-  EXPECT_THAT(order, ElementsAre(1, 2, 3, 4, 5, 6));
-  const std::vector<std::string> map_log = Log();
-  EXPECT_EQ(std::count(map_log.begin(), map_log.end(),
-                       "--Error1112: Method for Ordering is out of range [1,2,3,4]. Method=7"), 2);
-
-  // Rippling: windows outside 2..8 are refused for MAP, a group never ordered is passed over.
-  MAPRippling(104, 1, 1, 3, order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1117);
-  MAPRippling(104, 1, 9, 3, order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1117);
-  MAPRippling(104, 4, 5, 3, order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1116);
-  MAPRippling(105, 3, 9, 3, order.data(), position.data(), &status);
-  EXPECT_EQ(status, 0);
-  MAPRippling(105, 2, 5, 3, order.data(), position.data(), &status);
-  EXPECT_EQ(status, 1115);
-  statuses = {2, 1};
-  MAPRipplingAll(104, 1, 5, 6, 2, sizes.data(), statuses.data(), &map_state, group.data(), order.data(),
-                 position.data(), &status);
-  EXPECT_EQ(status, 0);
-  EXPECT_THAT(statuses, ElementsAre(3, 1));
-  EXPECT_EQ(map_state, 1);
 }
 
 TEST_F(EngineExports, SmallGroupsAndAnchorsThroughTheExports) {

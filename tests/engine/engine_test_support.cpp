@@ -1,20 +1,11 @@
 #include "engine/engine_test_support.h"
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "frame/pair_index.h"
-#include "frame/process_state.h"
 
 namespace gae::testing {
-
-float& MemoryStore::First(int32_t i, int32_t j) {
-  return records[static_cast<std::size_t>(2 * (GroupPairIndex(i, j) - 1))];
-}
-float& MemoryStore::Second(int32_t i, int32_t j) {
-  return records[static_cast<std::size_t>(2 * (GroupPairIndex(i, j) - 1) + 1)];
-}
 
 MemoryStore RandomStore(int32_t markers, std::mt19937& rng, double nan_share) {
   MemoryStore store;
@@ -74,16 +65,6 @@ Packed RandomPacked(int32_t n, std::mt19937& rng, int lo, int hi, bool fractiona
   std::uniform_real_distribution<float> fraction(0.0f, 1.0f);
   for (float& v : d) v = static_cast<float>(value(rng)) + (fractional ? fraction(rng) : 0.0f);
   return d;
-}
-
-void UseStoreFile(const MemoryStore& store, const std::string& path, int mapping_function) {
-  std::FILE* f = std::fopen(path.c_str(), "wb");
-  std::fwrite(store.records.data(), sizeof(float), store.records.size(), f);
-  std::fclose(f);
-  PairStoreSettings& settings = Process().pair_store;
-  settings.lrd_name = path;
-  settings.record_length = 2;
-  settings.mapping_function = mapping_function;
 }
 
 }  // namespace gae::testing

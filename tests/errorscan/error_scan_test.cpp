@@ -10,7 +10,7 @@
 
 #include "errorscan/error_scan.h"
 #include "errorscan/imputation.h"
-#include "twopoint/mapping_function.h"
+#include "support/map_simulation.h"
 
 namespace gae {
 namespace {
@@ -153,28 +153,21 @@ TEST(ErrorScan, MonomorphicMarkersAfterCorrection) {
   EXPECT_EQ(flags, (std::vector<uint8_t>{1, 1, 0, 1, 0}));
 }
 
-// F2 individuals along chromosomes of evenly spaced markers, Haldane distances.
-std::string SimulateF2(int n, int chromosomes, int markers, float spacing, std::mt19937_64& gen) {
-  std::uniform_real_distribution<double> u(0.0, 1.0);
-  const double r = MapDistanceToRec(2, spacing);
-  std::vector<std::string> rows(n);
-  for (auto& row : rows)
-    for (int c = 0; c < chromosomes; ++c) {
-      int g1 = u(gen) < 0.5, g2 = u(gen) < 0.5;  // P1 allele on each gamete
-      for (int k = 0; k < markers; ++k) {
-        if (k > 0 && u(gen) < r) g1 = 1 - g1;
-        if (k > 0 && u(gen) < r) g2 = 1 - g2;
-        row += "BHA"[g1 + g2];
-      }
-    }
-  return MarkersMajor(rows);
+// F2 individuals along chromosomes of evenly spaced markers, markers-major.
+std::string SimulateF2(int n, int chromosomes, int markers, float spacing) {
+  std::vector<testing::SimulatedMarker> spots;
+  for (int k = 0; k < markers; ++k) spots.push_back({std::to_string(k), k * spacing});
+  std::string matrix;
+  for (int c = 0; c < chromosomes; ++c)
+    for (const std::string& marker : testing::SimulateF2Chromosome(spots, n, 0.0, 2024 + c)) matrix += marker;
+  return matrix;
 }
 
 TEST(ErrorScan, FindsMostGenotypesChangedInASimulatedF2) {
   const int n = 300, chromosomes = 3, markers = 40;
   const float spacing = 2.5f;
   std::mt19937_64 gen(2024);
-  std::string matrix = SimulateF2(n, chromosomes, markers, spacing, gen);
+  std::string matrix = SimulateF2(n, chromosomes, markers, spacing);
   // One genotype in a hundred is changed to one of the other two.
   std::vector<uint8_t> changed(matrix.size());
   for (std::size_t k = 0; k < matrix.size(); ++k) {

@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -67,11 +66,11 @@ std::vector<float> Records(const std::string& path) {
 
 class CheckMap : public testing::InTempDir {
  protected:
-  int Run(const std::string& path, Arrays& out, int threads = 2) {
+  int Run(const std::string& path, Arrays& out) {
     int status = -1;
     ::testing::internal::CaptureStdout();
     const MapCheckArrays arrays = out.View();
-    CheckErrorBody(MapPolicy(&arrays), static_cast<int>(path.size()), path.data(), &status, threads);
+    CheckErrorBody(MapPolicy(&arrays), static_cast<int>(path.size()), path.data(), &status, 1);
     ::testing::internal::GetCapturedStdout();
     return status;
   }
@@ -198,64 +197,6 @@ TEST_F(CheckMap, PairsWithoutAnEstimateAreStoredAsUnlinkedAndCountedOnce) {
       "Warning: no estimate for 2 marker pairs! They are stored as unlinked: RecFreq=0.5 LOD score=0";
   EXPECT_THAT(log, HasSubstr(line));
   EXPECT_EQ(log.find(line), log.rfind(line));
-}
-
-TEST_F(CheckMap, CountsFollowTheFoldingOfEachPopulationGroup) {
-  struct Group {
-    int type;
-    const char* genotypes;
-    const char* partner;
-    int a, h, b, x, category;
-  };
-  const Group groups[] = {
-      // backcross to P1: D says nothing there and becomes missing
-      {1, "A H H X D", "A H H A A", 1, 2, 0, 2, 1},
-      // backcross to P2: R likewise
-      {10, "H B R B X", "H H B B B", 0, 1, 2, 2, 1},
-      // inbred lines: a heterozygote counts as missing
-      {4, "A H B B A", "A B B A B", 2, 0, 2, 1, 1},
-      {7, "D B D D X", "A H B A B", 3, 0, 1, 1, 12},  // F2 dominant marker
-      {8, "A R R A R", "A H B A B", 2, 0, 3, 0, 10},  // F3 recessive marker: R joins the P2 class
-  };
-  for (const Group& g : groups) {
-    WriteText("g.map", MapFile(g.type, {{"M1", g.genotypes}, {"M2", g.partner}}, 5));
-    std::remove("g.LRD");
-    Arrays out(2);
-    ASSERT_EQ(Run("g.map", out), 0) << g.type;
-    EXPECT_EQ(out.a[0], g.a) << g.type;
-    EXPECT_EQ(out.h[0], g.h) << g.type;
-    EXPECT_EQ(out.b[0], g.b) << g.type;
-    EXPECT_EQ(out.x[0], g.x) << g.type;
-    EXPECT_EQ(out.category[0], g.category) << g.type;
-  }
-}
-
-TEST_F(CheckMap, TheFileIsTheSameWhateverTheNumberOfThreads) {
-  std::mt19937 rng(9);
-  std::vector<std::pair<std::string, std::string>> rows;
-  for (int m = 0; m < 60; ++m) {
-    std::string g;
-    const int kind = m % 5 == 3 ? 12 : (m % 5 == 4 ? 10 : 1);
-    for (int k = 0; k < 120; ++k) {
-      const int u = rng() % 100;
-      char c = u < 25 ? 'A' : (u < 75 ? 'H' : 'B');
-      if (kind == 12 && c != 'B') c = 'D';
-      if (kind == 10 && c != 'A') c = 'R';
-      if (u % 31 == 0) c = 'X';
-      g += std::string(" ") + c;
-    }
-    std::string name = std::to_string(m);
-    name.insert(name.begin(), 'S');
-    rows.push_back({name, g});
-  }
-  WriteText("f2.map", MapFile(7, rows, 120));
-  Arrays out(60);
-  ASSERT_EQ(Run("f2.map", out, 1), 0);
-  const std::string single = ReadText("f2.LRD");
-  std::remove("f2.LRD");
-  ASSERT_EQ(Run("f2.map", out, 4), 0);
-  EXPECT_EQ(ReadText("f2.LRD"), single);
-  EXPECT_EQ(single.size(), 8u * 1770);
 }
 
 TEST_F(CheckMap, BadInputStopsBeforeAnyPairFileAndAMissingFileIsReported) {

@@ -39,17 +39,12 @@ TEST_F(FindNumMarkers, ReadsTheFourthHeaderValueOfARealFile) {
   EXPECT_FALSE(Process().log.IsConnected());
 }
 
-TEST_F(FindNumMarkers, AFailurePrintsItsCauseThenTheEntryLine) {
-  WriteText("bad.map", "21\n1\n1\n10\n");
-  int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "bad.map", count), 2004);
-  EXPECT_THAT(ReadLines("MAP.log"),
-              ElementsAre("--Error2004: PopulationType=21 out of range [1:20]!",
-                          "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers"));
-  EXPECT_EQ(MessageCode(), 1101);
-
+// A failure's cause and entry lines: map_tool_frame_test.
+TEST_F(FindNumMarkers, RemarksAloneAreNoHeaderAndTheEntryLineLeavesItsCode) {
   WriteText("remarks.map", "! nothing\n!but remarks\n");
+  int count = 0;
   EXPECT_EQ(Call(MAPFindNumMarkers, "remarks.map", count), 2003);
+  EXPECT_EQ(MessageCode(), 1101);
 }
 
 TEST_F(FindNumMarkers, TheCountVariableIsTheReadsScratch) {
@@ -81,18 +76,12 @@ TEST_F(FindNumMarkers, EachToolChecksItsOwnPopulationTypes) {
   EXPECT_THAT(ReadLines("BIN.log"), ElementsAre("DLL BINFindNumMarkers run successfully!"));
 }
 
-TEST_F(FindNumMarkers, AMissingFileIsReportedAndNeverEndsTheProcess) {
+// A missing file in general: map_tool_frame_test.
+TEST_F(FindNumMarkers, AnEmptyPathIsAMissingFile) {
   int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "absent.map", count), 1002);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  MAPFindNumMarkers(0, "", &count, &status);
-  ::testing::internal::GetCapturedStdout();
-  EXPECT_EQ(status, 1002);
+  EXPECT_EQ(Call(MAPFindNumMarkers, "", count), 1002);
   EXPECT_THAT(ReadLines("MAP.log"),
-              ElementsAre("absent.map does not exist, and the program stops!",
-                          "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers",
-                          " does not exist, and the program stops!",
+              ElementsAre(" does not exist, and the program stops!",
                           "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers"));
 }
 
@@ -102,14 +91,6 @@ TEST_F(FindNumMarkers, TrailingBlanksOfThePathAreTrimmedAndTheLogGrows) {
   EXPECT_EQ(Call(MAPFindNumMarkers, "a.map   ", count), 0);
   EXPECT_EQ(Call(MAPFindNumMarkers, "a.map", count), 0);
   EXPECT_EQ(ReadLines("MAP.log").size(), 2u);
-}
-
-TEST_F(FindNumMarkers, AnEntryInsideAnotherLeavesTheSharedLogOpen) {
-  WriteText("a.map", "7\n1\n1\n3\n5\n");
-  LogSession outer("MAP");
-  int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "a.map", count), 0);
-  EXPECT_TRUE(Process().log.IsConnectedTo("MAP.log"));
 }
 
 TEST_F(FindNumMarkers, AbsurdCountsNeverCrash) {

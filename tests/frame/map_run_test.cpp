@@ -19,6 +19,7 @@
 #include "frame/fixed_format.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
+#include "support/export_call.h"
 #include "support/map_simulation.h"
 #include "support/temp_dir.h"
 
@@ -49,35 +50,6 @@ std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
   return rows;
 }
 
-int Call(void (*fn)(int, const char*, int*), const std::string& path) {
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  fn(static_cast<int>(path.size()), path.data(), &status);
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
-
-int CheckMap(const std::string& path, std::vector<int>* anchors = nullptr,
-             std::vector<std::string>* marker_names = nullptr) {
-  int n = 0, status = -1;
-  ::testing::internal::CaptureStdout();
-  MAPFindNumMarkers(static_cast<int>(path.size()), path.data(), &n, &status);
-  if (status == 0) {
-    std::vector<int> names(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n);
-    std::vector<float> chi(n), p(n);
-    CheckErrorMAP(static_cast<int>(path.size()), path.data(), n, names.data(), anchor.data(), a.data(),
-                  h.data(), b.data(), x.data(), category.data(), chi.data(), p.data(), &status);
-    if (anchors != nullptr) *anchors = anchor;
-    for (int i = 0; marker_names != nullptr && i < n; ++i) {
-      std::string name;
-      for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
-      marker_names->push_back(fmt::Trim(name));
-    }
-  }
-  ::testing::internal::GetCapturedStdout();
-  return status;
-}
-
 class MapRun : public testing::InTempDir {
  protected:
   void SetUp() override {
@@ -87,7 +59,7 @@ class MapRun : public testing::InTempDir {
 };
 
 TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
-  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
   std::map<int, std::set<std::string>> simulated_on;  // group -> simulated chromosomes
   std::map<int, int> sizes;
   for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) {
@@ -105,23 +77,6 @@ TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
   for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
     EXPECT_TRUE(testing::FileExists("f2_five_chromosomes" + std::string(suffix))) << suffix;
   EXPECT_EQ(Process().map.map_state, -1);  // released at the end
-}
-
-TEST_F(MapRun, TheLogTellsTheStagesInTheirOrder) {
-  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
-  // One letter a line: F and E the first and last entry lines, T a time line, G the grouping
-  // lines, O and R a group being ordered and rippled; the pairwise and per-start lines left out.
-  std::string trace;
-  for (const std::string& line : ReadLines("MAP.log")) {
-    if (line == "DLL MAPFindNumMarkers run successfully!") trace += 'F';
-    else if (line == "DLL MAPAllByDefault run successfully!") trace += 'E';
-    else if (line.rfind("   CPU time taken: ", 0) == 0) trace += 'T';
-    else if (line.rfind("  Grouping ", 0) == 0) trace += 'G';
-    else if (line.rfind("  Ordering is running! GroupID=", 0) == 0) trace += 'O';
-    else if (line.rfind("  Rippling is running! GroupID=", 0) == 0) trace += 'R';
-  }
-  EXPECT_EQ(trace, "FT" "GGTT" "OTOTOTOTOTT" "RTRTRTRTRTT" "TE");
-  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating pair-wise recombination frequency..."));
 }
 
 TEST_F(MapRun, APathEndsAtItsFirstNul) {
@@ -143,45 +98,23 @@ TEST_F(MapRun, NoResultFileReplacesTheInput) {
   // An input named cross.mtp was overwritten by its own .mtp report, with status 0.
   const std::string input = ReadText(kExample);
   WriteText("cross.mtp", input);
-  ASSERT_EQ(Call(MAPAllByDefault, "cross.mtp"), 0);
+  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, "cross.mtp"), 0);
   EXPECT_EQ(ReadText("cross.mtp"), input);
   EXPECT_TRUE(testing::FileExists("cross.sum"));
   EXPECT_THAT(ReadText("MAP.log"),
               HasSubstr("Warning: result file not written, it would replace the input file! File=cross.mtp"));
   // Named like its own pairwise file, the input stays too; the run cannot go on without one.
   WriteText("cross.LRD", input);
-  EXPECT_EQ(Call(MAPAllByDefault, "cross.LRD"), 1101);
+  EXPECT_EQ(testing::CallOnPath(MAPAllByDefault, "cross.LRD"), 1101);
   EXPECT_EQ(ReadText("cross.LRD"), input);
 }
 
-TEST_F(MapRun, AFailedHeaderStopsBeforeAnythingIsAllocated) {
-  WriteText("bad.map", "21\n1\n1\n2\n3\n");
-  ASSERT_EQ(Call(MAPAllByDefault, "bad.map"), 2004);
-  EXPECT_THAT(ReadLines("MAP.log"),
-              ::testing::ElementsAre("--Error2004: PopulationType=21 out of range [1:20]!",
-                                     "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers",
-                                     "--Error1101: error found in DLL! DLL name=DLL MAPAllByDefault"));
-  EXPECT_EQ(Process().map.map_state, -1);
-  EXPECT_FALSE(testing::FileExists("bad.sum"));
-}
-
-TEST_F(MapRun, AFailedMarkerSectionLeavesTheStateForTheNextRunToFree) {
-  WriteText("bad.map", "7\n1\n1\n2\n3\nM1 A H Q\nM2 A H B\nM1 0\nM2 0\n");
-  ASSERT_EQ(Call(MAPAllByDefault, "bad.map"), 2202);
-  const std::vector<std::string> log = ReadLines("MAP.log");
-  ASSERT_EQ(log.size(), 3u);  // the size read, the cause, the run's 1101: no time line of the read
-  EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL MAPAllByDefault");
-  EXPECT_EQ(Process().map.map_state, 0);
-  EXPECT_FALSE(testing::FileExists("bad.LRD"));
-  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
-  EXPECT_EQ(Process().map.map_state, -1);
-}
-
-TEST_F(MapRun, WrittenInputFilesAreReadBackByTheirValidators) {
-  ASSERT_EQ(Call(MAPAllByDefault, kExample), 0);
+// The run's own input files are read back in map_tool_frame_test; here what they say.
+TEST_F(MapRun, WrittenInputFilesCarryTheMapAndCanBeCompleted) {
+  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
   // EC.map: a new mapping run starts from it, each kept marker anchored to its chromosome.
   std::vector<int> anchors;
-  ASSERT_EQ(CheckMap("f2_five_chromosomesEC.map", &anchors), 0);
+  ASSERT_EQ(testing::CheckMapFile("f2_five_chromosomesEC.map", &anchors), 0);
   std::map<std::string, int> chromosome_of;
   for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) chromosome_of[name] = group;
   const std::vector<std::string> ec = ReadLines("f2_five_chromosomesEC.map");
@@ -199,11 +132,8 @@ TEST_F(MapRun, WrittenInputFilesAreReadBackByTheirValidators) {
   EXPECT_EQ(kept, anchors.size());
   EXPECT_GT(kept, 140u);
 
-  EXPECT_EQ(Call(CheckErrorSDL, "f2_five_chromosomes.sdl"), 0);
-  EXPECT_EQ(Call(CheckErrorBIP, "f2_five_chromosomes.bip"), 0);
   // The .met frame carries 0 environments until its user adds them: that count is the one
   // thing the validator refuses. Completed with one environment of phenotypes, it passes.
-  EXPECT_EQ(Call(CheckErrorMET, "f2_five_chromosomes.met"), 2023);
   std::string met = ReadText("f2_five_chromosomes.met");
   const size_t envs = met.find("!Number of environments");
   ASSERT_NE(envs, std::string::npos);
@@ -213,7 +143,7 @@ TEST_F(MapRun, WrittenInputFilesAreReadBackByTheirValidators) {
   for (int k = 0; k < 200; ++k) met += Numbered(" ", 10 + k % 7);
   met += "\n";
   WriteText("completed.met", met);
-  EXPECT_EQ(Call(CheckErrorMET, "completed.met"), 0);
+  EXPECT_EQ(testing::CallOnPath(CheckErrorMET, "completed.met"), 0);
 }
 
 // Spearman's rank correlation of a map order with the true order.
@@ -238,7 +168,7 @@ TEST_F(MapRun, OrderingAndRipplingRecoverASimulatedChromosome) {
     std::shuffle(listing.begin(), listing.end(), rng);
     const std::string file = Numbered("sim", seed) + ".map";
     WriteText(file, testing::MapInputFile(markers, genotypes, listing, 200));
-    ASSERT_EQ(CheckMap(file), 0);
+    ASSERT_EQ(testing::CheckMapFile(file), 0);
 
     // One group of all markers, ordered and rippled with the default settings.
     int n = 40, groups = 1, state = 1, status = -1;
@@ -274,7 +204,7 @@ namespace {
 TEST_F(MapRun, HandEditsShowInTheReports) {
   std::vector<int> anchors;
   std::vector<std::string> names_of;
-  ASSERT_EQ(CheckMap(kExample, &anchors, &names_of), 0);
+  ASSERT_EQ(testing::CheckMapFile(kExample, &anchors, &names_of), 0);
   MapModel map;
   AllocateMapState(map, 150);
   int status = -1;
@@ -320,45 +250,6 @@ TEST_F(MapRun, HandEditsShowInTheReports) {
   const std::string deleted = sum.substr(sum.find("DeletedMarkerID"));
   EXPECT_THAT(deleted, HasSubstr(names_of[first_marker - 1]));
   EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.lod"));  // its switch was off
-}
-
-}  // namespace
-}  // namespace gae
-
-namespace gae {
-namespace {
-
-TEST_F(MapRun, OutputRefusesArraysThatDoNotDescribeTheFile) {
-  ASSERT_EQ(CheckMap(kExample), 0);
-  std::vector<int> anchor(150, 0), size{100}, order(150);
-  std::vector<float> position(150, 0.0f);
-  std::iota(order.begin(), order.end(), 1);
-  std::vector<int> name(19, ' ');
-  ::testing::internal::CaptureStdout();
-  // One chromosome of 100 markers cannot hold 120 linked markers.
-  MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), 120, 30, 1,
-            name.data(), size.data(), order.data(), position.data(), 1, 1, 1, 1);
-  const std::string out = ::testing::internal::GetCapturedStdout();
-  EXPECT_THAT(out, HasSubstr("--Error1101: error found in DLL! DLL name=DLL MAPOutput"));
-  EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
-  // Wild counts beside short arrays once read (or copied) past them: the host crashed.
-  const auto wild = [&](int mapped, int unlinked, int groups, const float* pos) {
-    ::testing::internal::CaptureStdout();
-    MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), mapped, unlinked,
-              groups, name.data(), size.data(), order.data(), pos, 0, 0, 0, 0);
-    return ::testing::internal::GetCapturedStdout();
-  };
-  EXPECT_THAT(wild(INT_MAX, 0, 1, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
-  EXPECT_THAT(wild(100, INT_MAX, 1, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
-  EXPECT_THAT(wild(100, 50, INT_MAX, position.data()), HasSubstr("DLL name=DLL MAPOutput"));
-  EXPECT_THAT(wild(100, 50, 1, nullptr), HasSubstr("DLL name=DLL MAPOutput"));
-  EXPECT_FALSE(testing::FileExists("f2_five_chromosomes.sum"));
-  // The same arrays with consistent counts are written.
-  ::testing::internal::CaptureStdout();
-  MAPOutput(static_cast<int>(kExample.size()), kExample.data(), 150, anchor.data(), 100, 50, 1,
-            name.data(), size.data(), order.data(), position.data(), 0, 0, 0, 0);
-  ::testing::internal::GetCapturedStdout();
-  EXPECT_TRUE(testing::FileExists("f2_five_chromosomes.sum"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "frame/pair_index.h"
+#include "support/pair_store.h"
 
 namespace gae {
 namespace {
@@ -25,22 +26,7 @@ std::string Name35(const std::string& s) { return s + Blanks(35 - static_cast<in
 std::string Name19(const std::string& s) { return s + Blanks(19 - static_cast<int>(s.size())); }
 double Field(const std::string& line, int start, int width) { return std::stod(line.substr(start, width)); }
 
-// An in-memory pairwise store whose frequencies the test chooses pair by pair.
-struct Store {
-  explicit Store(int m) : words(2 * PairCount(m), 0.0f) {}
-  void Set(int i, int j, float lod, float r) {
-    words[2 * (GroupPairIndex(i, j) - 1)] = -lod;
-    words[2 * (GroupPairIndex(i, j) - 1) + 1] = r;
-  }
-  PairTable Table(int mapping_function) const {
-    PairTable t;
-    t.records = words.data();
-    t.num_records = static_cast<int64_t>(words.size() / 2);
-    t.mapping_function = mapping_function;
-    return t;
-  }
-  std::vector<float> words;
-};
+using Store = testing::MemoryStore;
 
 // Seven markers of an F2: chromosome "Chr1" holds 3, 1, 5; "Chr2" is empty; "Chr3" holds 7;
 // markers 2 and 4 are unlinked and 6 is deleted.

@@ -1,0 +1,111 @@
+#include "report/clonal_downstream.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "errorscan/err_report.h"
+#include "errorscan/error_scan.h"
+#include "input/chromosome_record.h"
+#include "report/clonal_reports.h"
+#include "report/clonal_segregation.h"
+#include "report/downstream_files.h"
+#include "report/text_file.h"
+
+namespace gae {
+
+namespace {
+
+// Any one stored type with the missing ones covering every individual leaves a marker without
+// segregation in its category, as the reader of the input files would refuse it.
+constexpr const char* kClonalLetters = "ABCDEFGHIJK";
+
+// The flanking-marker tables of the scan read every marker in the phase of its neighbours, so
+// the scan sees the genotypes brought into one phase. An AB=CD, A=CB=D or A=DB=C marker keeps
+// its types; its scan class carries its phases instead: with the second parent's homologues
+// read the other way round it is scanned as A=DB=C (or back), and with the first parent's the
+// AA and BB types change places.
+void PrepareScan(const ClonalLayout& map, const PhaseSigns& signs, std::string& genotypes,
+                 std::vector<int32_t>& classes) {
+  for (int32_t k = 0; k < map.num_mapped; ++k) {
+    const int32_t category = map.category[map.order[k] - 1];
+    classes.push_back(category);
+    if (category != 4 && category != 5) continue;
+    const bool first = signs.first[k] < 0;
+    const bool second = (signs.second[k] < 0) != (category == 5);
+    classes.back() = first == second ? 4 : 5;
+    if (!first) continue;
+    char* g = genotypes.data() + static_cast<int64_t>(k) * map.num_individuals;
+    for (int32_t i = 0; i < map.num_individuals; ++i) {
+      if (g[i] == 'I') g[i] = 'K';
+      else if (g[i] == 'K') g[i] = 'I';
+    }
+  }
+}
+
+// `to` takes an X wherever the scan set a cell of `scanned` to X.
+void CopyFlags(const std::string& before, const std::string& scanned, std::string& to) {
+  for (std::size_t k = 0; k < to.size(); ++k)
+    if (scanned[k] == 'X' && before[k] != 'X') to[k] = 'X';
+}
+
+}  // namespace
+
+int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
+                                   ResultFiles& files, bool write_qtl_file,
+                                   UniformStream& random) {
+  LinkedMapRecord record;
+  record.population_type = map.population_type;
+  record.mapping_function = map.mapping_function;
+  record.space_type = map.space_type;
+  record.num_individuals = map.num_individuals;
+  record.chromosome_names = map.chromosome_names;
+  record.chromosome_sizes = map.chromosome_sizes;
+  record.positions = map.position;
+  std::string input;
+  std::vector<int32_t> numbers;
+  std::vector<std::string> category_texts;
+  for (int32_t k = 0; k < map.num_mapped; ++k) {
+    const int32_t marker = map.order[k];
+    record.marker_names.push_back(map.marker_names[marker - 1]);
+    input.append(map.TypesOf(marker), map.num_individuals);
+    category_texts.emplace_back(ClonalCategoryText(map.population_type, map.category[marker - 1]));
+    numbers.push_back(marker);
+  }
+  std::vector<ChromosomeRecord> chromosomes(map.NumChromosomes());
+  for (int32_t c = 0, k = 0; c < map.NumChromosomes(); ++c)
+    for (int32_t n = 0; n < map.chromosome_sizes[c]; ++n, ++k) {
+      chromosomes[c].marker_names.push_back(record.marker_names[k]);
+      chromosomes[c].positions.push_back(record.positions[k]);
+    }
+
+  const PhaseSigns signs = ClonalPhaseSigns(map, pairs);
+  const Haplotypes phased = ClonalHaplotypes(map, signs, input);
+  std::string scanned = phased.genotypes;
+  std::vector<int32_t> classes;
+  PrepareScan(map, signs, scanned, classes);
+  const std::string before_scan = scanned;
+  const PopulationModel model{kClonalDesign, map.population_type, map.mapping_function};
+  const int64_t flagged = ErrorScan(model, map.num_individuals, chromosomes, classes,
+                                    std::span<char>(scanned.data(), scanned.size()), random);
+  std::string corrected = input;
+  CopyFlags(before_scan, scanned, corrected);
+  const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals, kClonalLetters);
+  files.Write("EC.cdm", EcCdmText(record, category_texts, corrected, lost));
+  files.Write(".hap", phased.text);
+  if (write_qtl_file) {
+    // The QTL file keeps every linked marker of the map, in one phase. A marker that the scan
+    // has left without segregation goes there as read, so that the file stays readable.
+    std::string for_qtl = phased.genotypes;
+    CopyFlags(before_scan, scanned, for_qtl);
+    const int64_t n = map.num_individuals;
+    for (std::size_t m = 0; m < lost.size(); ++m)
+      if (lost[m] != 0)
+        std::copy_n(phased.genotypes.begin() + m * n, n, for_qtl.begin() + m * n);
+    files.Write(".cdq", CdqText(record, phased.new_categories, for_qtl));
+  }
+  files.Write(".err",
+                ErrReportText(map.num_individuals, record.marker_names, numbers, input, corrected));
+  return flagged;
+}
+
+}  // namespace gae

@@ -1,0 +1,23 @@
+// What follows the reports of a clonal F1 or double-cross map: the genotyping-error scan of
+// the linked markers, the corrected data set EC.cdm, the linkage phases .hap, the QTL file
+// .cdq with the genotypes brought into one phase, and the .err report.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "frame/uniform_stream.h"
+#include "report/clonal_layout.h"
+#include "report/text_file.h"
+#include "twopoint/pair_table.h"
+
+namespace gae {
+
+// Scans, then writes EC.cdm, .hap, .cdq (when `write_qtl_file`) and .err after the stem of
+// `files`.
+// Returns the number of genotypes the scan set to missing.
+int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
+                                   ResultFiles& files, bool write_qtl_file,
+                                   UniformStream& random);
+
+}  // namespace gae

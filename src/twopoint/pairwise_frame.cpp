@@ -1,0 +1,46 @@
+#include "twopoint/pairwise_frame.h"
+
+#include "frame/cpu_clock.h"
+#include "frame/messages.h"
+#include "frame/message_code.h"
+#include "twopoint/pair_store_writer.h"
+
+namespace gae {
+
+namespace {
+
+// A frequency above the 32-bit 0.9 is suspicious: the pair is written all the same.
+constexpr float kHighFrequency = 0.9f;
+
+}  // namespace
+
+bool RunPairwiseFrame(const std::string& lrd_name, const PairwiseFrame& frame) {
+  if (PairStoreIsComplete(lrd_name, frame.num_markers, frame.record_length)) return true;
+
+  MessageCode() = 2801;
+  PrintPairwiseMessage(0, 0, 0, 0, 0);
+  const float t1 = CpuSeconds();
+
+  PairStoreJob job;
+  job.lrd_name = lrd_name;
+  job.num_markers = frame.num_markers;
+  job.record_length = frame.record_length;
+  job.threads = frame.threads;
+  job.estimate = frame.prepare();
+  job.inspect = [&frame](int64_t i, int64_t j, float* record) {
+    if (frame.in_order) frame.in_order(i, j, record);
+    if (record[1] > kHighFrequency) {
+      MessageCode() = 2802;
+      PrintPairwiseMessage(static_cast<int>(i), static_cast<int>(j), record[1], -record[0], 0);
+    }
+  };
+  const bool written = WritePairStore(job);
+
+  const float t2 = CpuSeconds();
+  MessageCode() = 2803;
+  PrintPairwiseMessage(0, 0, 0, 0, (t2 - t1) / 60.0f);
+  MessageCode() = 0;
+  return written;
+}
+
+}  // namespace gae

@@ -1,0 +1,181 @@
+// Ordering around a co-dominant frame on simulated F2 chromosomes, and the frequency cap on
+// grouping read from a hand-made pair file.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <random>
+
+#include "engine/engine_test_support.h"
+#include "engine/frame_ordering.h"
+#include "engine/frequency_cap.h"
+#include "engine/grouping.h"
+#include "engine/lod_tree.h"
+#include "engine/rippling.h"
+#include "support/map_simulation.h"
+#include "support/temp_dir.h"
+#include "twopoint/pair_store_file.h"
+#include "twopoint/two_point.h"
+
+namespace gae {
+namespace {
+
+// One F2 chromosome, 30 markers on 120 cM in 200 plants, pairs estimated as the pair file
+// holds them; with `mixed` a third dominant and a third recessive. Numbers are shuffled.
+struct Simulated {
+  testing::MemoryStore store;
+  std::vector<int32_t> kind;  // by marker number - 1
+  std::vector<double> cm;
+};
+
+Simulated Simulate(uint64_t seed, bool mixed) {
+  const int32_t n = 30;
+  std::mt19937_64 rng(seed);
+  std::vector<testing::SimulatedMarker> markers(n, {"M", 0.0});
+  for (auto& m : markers) m.position_cm = std::uniform_real_distribution<double>(0.0, 120.0)(rng);
+  std::sort(markers.begin(), markers.end(), [](const auto& a, const auto& b) { return a.position_cm < b.position_cm; });
+  std::vector<std::string> typed = testing::SimulateF2Chromosome(markers, 200, 0.02, seed), letters(n);
+  std::vector<int32_t> number(n);
+  std::iota(number.begin(), number.end(), 0);
+  std::shuffle(number.begin(), number.end(), rng);
+  Simulated s{testing::MemoryStore(n), std::vector<int32_t>(n), std::vector<double>(n)};
+  for (int32_t m = 0; m < n; ++m) {
+    const int32_t kind = !mixed || m % 3 == 0 ? 1 : (m % 3 == 1 ? 12 : 10);
+    for (char& g : typed[m]) g = kind == 12 && g != 'B' && g != 'X' ? 'D' : kind == 10 && g != 'A' && g != 'X' ? 'R' : g;
+    s.kind[number[m]] = kind;
+    s.cm[number[m]] = markers[m].position_cm;
+    letters[number[m]] = typed[m];
+  }
+  for (int32_t i = 2; i <= n; ++i) {
+    for (int32_t j = 1; j < i; ++j) {
+      float cells[9], lod = 0.0f, se = 0.0f;
+      PairCounts(200, letters[i - 1].data(), letters[j - 1].data(), cells);
+      TwoPointEstimate(7, PairCode(s.kind[i - 1], s.kind[j - 1]), cells, s.store.Second(i, j), lod, se);
+      s.store.First(i, j) = -std::max(lod, 0.0f);
+    }
+  }
+  return s;
+}
+
+// Spearman's correlation of map rank and true rank, in absolute value (no ties in truth).
+double RankCorrelation(const std::vector<int32_t>& order, const std::vector<double>& cm) {
+  const double n = static_cast<double>(order.size());
+  std::vector<size_t> by_truth(order.size());
+  std::iota(by_truth.begin(), by_truth.end(), 0);
+  std::sort(by_truth.begin(), by_truth.end(), [&](size_t a, size_t b) { return cm[order[a] - 1] < cm[order[b] - 1]; });
+  double d2 = 0.0;
+  for (size_t rank = 0; rank < by_truth.size(); ++rank) d2 += std::pow(static_cast<double>(by_truth[rank]) - rank, 2);
+  return std::abs(1.0 - 6.0 * d2 / (n * (n * n - 1.0)));
+}
+
+class FrameOrdering : public ::testing::Test {
+ protected:
+  void SetUp() override { setenv("GAENGINE_SEED", "4711", 1); }
+  void TearDown() override { unsetenv("GAENGINE_SEED"); }
+
+  // The whole run's default: five random starts of the tour search, then a ripple by LOD.
+  std::vector<int32_t> ByDefault(const Simulated& s) {
+    std::vector<int32_t> order(30), no_anchor(30, 0);
+    std::iota(order.begin(), order.end(), 1);
+    UniformStream random;
+    OrderGroup(s.store.Table(), options_.frame, 30, no_anchor.data(), order.data(), position_.data(), random, {});
+    RippleGroup(s.store.Table(), kByFirstValue, 5, 30, order.data(), position_.data());
+    return order;
+  }
+  std::vector<int32_t> AroundFrame(const Simulated& s) {
+    std::vector<int32_t> order(30);
+    std::iota(order.begin(), order.end(), 1);  // so that kinds by position are kinds by number
+    UniformStream random;
+    result_ = OrderAroundFrame(s.store.Table(), options_, 30, s.kind.data(), order.data(), position_.data(), random, {});
+    return order;
+  }
+
+  FrameOrderingOptions options_{{2, 2, 1, 5, 3}, 4, kByFirstValue, 5};
+  std::vector<float> position_ = std::vector<float>(30);
+  FrameOrderingResult result_;
+};
+
+TEST_F(FrameOrdering, DominantAndRecessiveMarkersOrderCloserToTheTruthThanByDefault) {
+  double framed = 0.0, by_default = 0.0;
+  for (const uint64_t seed : {21u, 22u, 23u}) {
+    const Simulated s = Simulate(seed, true);
+    const std::vector<int32_t> order = AroundFrame(s);
+    EXPECT_TRUE(result_.framed && result_.frame_size == 10);
+    std::vector<int32_t> all(30);
+    std::iota(all.begin(), all.end(), 1);
+    EXPECT_TRUE(std::is_permutation(order.begin(), order.end(), all.begin()));
+    framed += RankCorrelation(order, s.cm) / 3.0;
+    by_default += RankCorrelation(ByDefault(s), s.cm) / 3.0;
+  }
+  EXPECT_GE(framed, 0.97);
+  EXPECT_GT(framed, by_default + 0.01);
+}
+
+TEST_F(FrameOrdering, CodominantDataAndGroupsWithoutAFrameComeOutAsByDefault) {
+  const Simulated s = Simulate(31, false);
+  const std::vector<int32_t> expected = ByDefault(s);
+  const std::vector<float> expected_position = position_;
+  EXPECT_EQ(AroundFrame(s), expected);
+  EXPECT_EQ(position_, expected_position);
+  // Ten co-dominant markers are too few for a frame of eleven: the default order and ripple.
+  const Simulated mixed = Simulate(32, true);
+  options_.min_frame = 11;
+  EXPECT_EQ(AroundFrame(mixed), ByDefault(mixed));
+  EXPECT_FALSE(result_.framed);
+}
+
+TEST(FramePlacement, FitsTheWeightedDistancesByHand) {
+  // Morgan's function, 100 cM a unit. Partners 1, 2, 3 at 0, 10, 20 cM; marker 4 lies 15, 5
+  // and 5 cM from them, which only t = 15 (between 2 and 3) fits exactly.
+  testing::MemoryStore store(5);
+  store.Set(4, 1, 2.0f, 0.15f);
+  store.Set(4, 2, 2.0f, 0.05f);
+  store.Set(4, 3, 2.0f, 0.05f);
+  const int32_t partners[3] = {1, 2, 3};
+  const float at[3] = {0.0f, 10.0f, 20.0f};
+  Placement p = BestPlacement(store.Table(3), 4, partners, at, 3);
+  EXPECT_EQ(p.gap, 2);
+  EXPECT_NEAR(p.t, 15.0f, 1e-4f);
+  // Partner 1 says 5 cM with LOD 6, partner 3 says 5 cM with LOD 2, partner 2 is silenced by
+  // a frequency too large to inform: the LOD-weighted mean 0.75 * 5 + 0.25 * 15.
+  store.Set(4, 1, 6.0f, 0.05f);
+  store.Set(4, 2, 2.0f, 0.45f);
+  p = BestPlacement(store.Table(3), 4, partners, at, 3);
+  EXPECT_EQ(p.gap, 1);
+  EXPECT_NEAR(p.t, 7.5f, 1e-4f);
+  EXPECT_NEAR(p.misfit, 6 * 2.5 * 2.5 + 2 * 7.5 * 7.5, 1e-3);
+}
+
+class FrequencyCap : public testing::InTempDir {};
+
+TEST_F(FrequencyCap, AChanceLinkAboveTheCapNoLongerJoinsTwoGroups) {
+  // Markers 1-3 and 4-6 are two tight chromosomes, unlinked to each other but for a chance
+  // LOD of 4 at a frequency of 0.7 between markers 3 and 4.
+  testing::MemoryStore hand(6);
+  for (int32_t i = 2; i <= 6; ++i) {
+    for (int32_t j = 1; j < i; ++j) {
+      const bool same = (i <= 3) == (j <= 3);
+      hand.Set(i, j, same ? 12.0f : 0.0f, same ? 0.05f * static_cast<float>(i - j) : 0.5f);
+    }
+  }
+  hand.Set(4, 3, 4.0f, 0.7f);
+  hand.Write("hand.LRD");
+  PairStoreFile store;
+  ASSERT_TRUE(store.Open("hand.LRD", 2, 1));
+  const std::vector<int32_t> anchor(6, 0), one(6, 1), two{1, 1, 1, 2, 2, 2};
+  std::vector<int32_t> group(6);
+  const auto group_at = [&](const PairTable& table) {
+    GroupByThreshold(table, kByFirstValue, 6, -3.0f, anchor.data(), group.data());
+    return group;
+  };
+  EXPECT_EQ(group_at(store.Table()), one);
+  const CappedPairs capped(store.Table(), 6, 0.5f);
+  EXPECT_EQ(capped.Capped(), 9);  // the chance link and the eight unlinked pairs at 0.5
+  EXPECT_EQ(group_at(capped.Table()), two);
+  EXPECT_EQ(LodTree(capped.Table(), 6, {3.0f})[0].sizes, (std::vector<int32_t>{3, 3}));
+  EXPECT_EQ(group_at(CappedPairs(store.Table(), 6, 0.75f).Table()), one);  // a cap above it changes nothing
+}
+
+}  // namespace
+}  // namespace gae

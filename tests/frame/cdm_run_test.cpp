@@ -1,0 +1,185 @@
+// The CDM tool through its C exports: a whole run, the steps one by one, the files it writes
+// read back by the tools that take them, and every refusal of a bad input.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "frame/fixed_format.h"
+#include "frame/pair_index.h"
+#include "frame/process_state.h"
+#include "gaengine.h"
+#include "support/clonal_simulation.h"
+#include "support/export_call.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using ::testing::HasSubstr;
+using testing::CallOnPath;
+using testing::CheckCdmFile;
+using testing::ReadLines;
+using testing::ReadText;
+using testing::WriteText;
+
+class CdmRun : public testing::InTempDir {
+ protected:
+  void SetUp() override {
+    InTempDir::SetUp();
+    WriteText("clonal_f1.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  }
+};
+
+// The frame of the run (its log, stops, rereads) is the frame test's CDM row; here, the files.
+TEST_F(CdmRun, TheExampleRunsThroughEveryResultFile) {
+  ASSERT_EQ(CallOnPath(CDMAllByDefault, "clonal_f1.cdm"), 0);
+  for (const char* suffix : {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec",
+                             ".recf", ".recm", ".dis", ".disf", ".dism", ".hap", ".err", "EC.cdm", ".cdq"})
+    EXPECT_TRUE(testing::FileExists("clonal_f1" + std::string(suffix))) << suffix;
+  EXPECT_EQ(ReadText("clonal_f1.LRD").size(), 28u * PairCount(6));
+}
+
+TEST_F(CdmRun, StepByStepTheCheckFillsTheTwelveCountsAndTheStagesLogToCdm) {
+  const testing::CdmCheck c = CheckCdmFile("clonal_f1.cdm");
+  ASSERT_EQ(c.status, 0);
+  ASSERT_EQ(c.n, 6);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("DLL CheckErrrorCDM"));
+  EXPECT_EQ(c.category, (std::vector<int>{1, 1, 2, 3, 4, 1}));
+  for (int i = 0; i < 6; ++i) {
+    int sum = 0;
+    for (int t = 0; t < 12; ++t) sum += c.sizes[t][i];
+    EXPECT_EQ(sum, 40) << i;
+  }
+  EXPECT_EQ(c.sizes[11][1], 1);  // CM02 has one XX
+  EXPECT_EQ(c.sizes[4][2] + c.sizes[5][2], 39);  // CM03: XC and XD
+
+  int status = -1;
+  std::vector<int> group(6, 0);
+  ::testing::internal::CaptureStdout();
+  MAPGrouping(20, 1, 2, 0.3f, 6, c.anchor.data(), group.data(), &status);
+  ::testing::internal::GetCapturedStdout();
+  EXPECT_EQ(status, 0);
+  // CM01, CM02 and CM06 are linked in the example.
+  EXPECT_GE(*std::max_element(group.begin(), group.end()), 1);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("Grouping"));
+}
+
+// A whole run of a simulated clonal F1 listed out of map order: the .hap rows follow the map,
+// and each parent's letters change where its bred phases do.
+TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
+  std::vector<testing::SimulatedClonalMarker> markers;
+  const int categories[] = {1, 1, 2, 1, 3, 1, 1, 2, 1, 3, 1, 1};
+  const int first[] = {0, 1, 0, 1, 1, 0, 0, 0, 1, 0, 0, 1};
+  const int second[] = {0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 0, 1};
+  for (int k = 0; k < 12; ++k)
+    markers.push_back({std::string("S").append(std::to_string(k + 10)), 4.0 * k, categories[k], first[k], second[k]});
+  const auto types = testing::SimulateClonalChromosome(markers, 300, 0.02, 99);
+  const std::vector<int> listing = {5, 0, 11, 3, 8, 1, 10, 6, 2, 9, 4, 7};
+  WriteText("sim.cdm", testing::CdmInputFile(1, markers, types, listing));
+  ASSERT_EQ(CallOnPath(CDMAllByDefault, "sim.cdm"), 0);
+
+  // Rows in map order: the name, then the letters of the homologues A and C.
+  std::vector<std::string> names;
+  std::vector<char> a, c;
+  const std::vector<std::string> hap = ReadLines("sim.hap");
+  for (size_t k = 1; k < hap.size(); ++k) {
+    names.push_back(fmt::Trim(hap[k].substr(33, 35)));
+    a.push_back(hap[k][68 + 12 + 11]);
+    c.push_back(hap[k][68 + 36 + 11]);
+  }
+  ASSERT_EQ(names.size(), 12u);
+  auto bred = [&](const std::string& name) { return markers[std::stoi(name.substr(1)) - 10]; };
+  // Between consecutive markers that segregate in a parent, the letters change exactly where
+  // the bred phases change.
+  for (const bool first_parent : {true, false}) {
+    int before = -1;
+    for (int k = 0; k < 12; ++k) {
+      const testing::SimulatedClonalMarker m = bred(names[k]);
+      if (m.category == (first_parent ? 2 : 3)) continue;
+      if (before >= 0) {
+        const testing::SimulatedClonalMarker b = bred(names[before]);
+        const bool bred_same = first_parent ? m.first_phase == b.first_phase : m.second_phase == b.second_phase;
+        const bool hap_same = first_parent ? a[k] == a[before] : c[k] == c[before];
+        EXPECT_EQ(bred_same, hap_same) << names[before] << " " << names[k];
+      }
+      before = k;
+    }
+  }
+  // Each parent's map leaves out the two markers that do not segregate in it (A=B, C=D).
+  for (const char* suffix : {".sumf", ".summ"}) {
+    const std::string sum = ReadText(std::string("sim") + suffix);
+    const size_t whole = sum.find("         WholeGenome");
+    ASSERT_NE(whole, std::string::npos) << suffix;
+    EXPECT_EQ(std::stoi(sum.substr(whole + 40, 20)), 10) << suffix;
+  }
+  // The corrected data are read again by the check, changed only to missing; the QTL file by
+  // its validator.
+  const testing::CdmCheck read = CheckCdmFile("sim.cdm"), corrected = CheckCdmFile("simEC.cdm");
+  ASSERT_EQ(corrected.status, 0);
+  ASSERT_EQ(corrected.n, 12);
+  for (int k = 0; k < 12; ++k) {  // the corrected file lists the markers in map order
+    int i = 0;
+    while (i < 12 && read.Name(i) != corrected.Name(k)) ++i;
+    ASSERT_LT(i, 12) << corrected.Name(k);
+    EXPECT_EQ(corrected.category[k], read.category[i]);
+    EXPECT_GE(corrected.sizes[11][k], read.sizes[11][i]);
+    for (int t = 0; t < 11; ++t) EXPECT_LE(corrected.sizes[t][k], read.sizes[t][i]);
+  }
+  EXPECT_EQ(CallOnPath(CheckErrorCDQ, "sim.cdq"), 0);
+
+}
+
+// Every refusal of the clonal reader and of its header, each with its line, the run's 1101 line
+// and no report.
+struct BadCdm {
+  int code;
+  std::string from, to;  // a replacement in the good file
+};
+void PrintTo(const BadCdm& bad, std::ostream* os) { *os << bad.code; }
+
+class CdmBadInput : public testing::InTempDir, public ::testing::WithParamInterface<BadCdm> {};
+
+const std::string kGood =
+    "1 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\n"
+    "ABCD M1 AC AD BC BD\nA=B M2 XC XD XC XX\nC=D M3 AX BX AX BX\n"
+    "M1 0\nM2 0\nM3 0\n";
+
+TEST_P(CdmBadInput, StopsWithItsCodeAndLeavesNoReport) {
+  const BadCdm& bad = GetParam();
+  std::string text = kGood;
+  const size_t at = text.find(bad.from);
+  ASSERT_NE(at, std::string::npos);
+  text.replace(at, bad.from.size(), bad.to);
+  WriteText("bad.cdm", text);
+  EXPECT_EQ(CallOnPath(CDMAllByDefault, "bad.cdm"), bad.code);
+  const std::vector<std::string> log = ReadLines("CDM.log");
+  ASSERT_GE(log.size(), 2u);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("--Error" + std::to_string(bad.code)));
+  EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL CDMAllByDefault");
+  EXPECT_FALSE(testing::FileExists("bad.sum"));
+  EXPECT_FALSE(testing::FileExists("bad.LRD"));
+  EXPECT_EQ(CheckCdmFile("bad.cdm").status, bad.code);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryCode, CdmBadInput,
+    ::testing::Values(BadCdm{2006, "1 !pop", "3 !pop"}, BadCdm{2003, "1 !pop", "x !pop"},
+                      BadCdm{2009, "1 !fn", "4 !fn"}, BadCdm{2011, "1 !space", "3 !space"},
+                      BadCdm{2017, "3 !markers", "0 !markers"}, BadCdm{2019, "4 !size", "0 !size"},
+                      BadCdm{2213, "A=B M2", "A=CB=D M2"}, BadCdm{2214, "1 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\nABCD", "2 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\nAB=CD"},
+                      BadCdm{2215, "BC BD\n", "BC QQ\n"}, BadCdm{2216, "BC BD\n", "BC XC\n"},
+                      BadCdm{2217, "AC AD BC BD", "AC AC XX AC"}, BadCdm{2218, "XD XC XX", "XD AC XX"},
+                      BadCdm{2219, "XC XD XC XX", "XC XC XC XX"}, BadCdm{2220, "BX AX BX\n", "BX AC BX\n"},
+                      BadCdm{2221, "AX BX AX BX", "AX AX AX XX"},
+                      BadCdm{2222, "C=D M3 AX BX AX BX", "AB=CD M3 AA AB AC BB"},
+                      BadCdm{2223, "C=D M3 AX BX AX BX", "AB=CD M3 AA AA XX AA"},
+                      BadCdm{2230, "C=D M3", "C=D M1"}, BadCdm{2201, "AX BX AX BX\nM1 0\nM2 0\nM3 0\n", "AX BX"}),
+    [](const ::testing::TestParamInfo<BadCdm>& info) { return "Code" + std::to_string(info.param.code); });
+
+}  // namespace
+}  // namespace gae

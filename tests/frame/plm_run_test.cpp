@@ -1,0 +1,181 @@
+// The pure-line tool through its C exports: the check on the bundled example, whole runs of
+// each population type on bred lines with their written input files read back, and every code
+// of the pure-line reader stopping the run before any report. The frame that PLM shares with
+// the other map tools is checked in map_tool_frame_test.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "frame/fixed_format.h"
+#include "gaengine.h"
+#include "support/export_call.h"
+#include "support/pure_line_simulation.h"
+#include "support/temp_dir.h"
+
+namespace gae {
+namespace {
+
+using testing::ReadLines;
+using testing::ReadText;
+using testing::WriteText;
+
+struct PlmCheck {
+  int status = -1;
+  std::vector<int> names, anchor, category;
+  std::vector<std::vector<int>> size;  // A to H, then X
+  std::vector<float> chi, p;
+};
+
+PlmCheck CheckPlm(const std::string& path) {
+  PlmCheck c;
+  int n = 0;
+  const int len = static_cast<int>(path.size());
+  ::testing::internal::CaptureStdout();
+  PLMFindNumMarkers(len, path.data(), &n, &c.status);
+  if (c.status == 0) {
+    c.names.assign(35 * n, 0);
+    c.anchor.assign(n, -1);
+    c.category.assign(n, 0);
+    c.size.assign(9, std::vector<int>(n, -1));
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    auto& s = c.size;
+    CheckErrorPLM(len, path.data(), n, c.names.data(), c.anchor.data(), s[0].data(), s[1].data(),
+                  s[2].data(), s[3].data(), s[4].data(), s[5].data(), s[6].data(), s[7].data(),
+                  s[8].data(), c.category.data(), c.chi.data(), c.p.data(), &c.status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return c;
+}
+
+// The tokens of a marker's row in the input file, as written there.
+std::vector<std::string> RowTokens(const std::string& path, const std::string& name) {
+  for (const std::string& line : ReadLines(path)) {
+    std::vector<std::string> tokens;
+    std::string token;
+    for (char c : line + " ") {
+      if (c != ' ') token += c;
+      else if (!token.empty()) tokens.push_back(std::move(token)), token.clear();
+    }
+    if (tokens.size() > 2 && tokens[1] == name) return {tokens.begin() + 2, tokens.end()};
+  }
+  return {};
+}
+
+// Section 1 of a .sum file: (chromosome number, marker name) in map order.
+std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
+  std::vector<std::pair<int, std::string>> rows;
+  const std::vector<std::string> lines = ReadLines(path);
+  for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
+    rows.push_back({std::stoi(lines[k].substr(0, 20)), fmt::Trim(lines[k].substr(41, 19))});
+  return rows;
+}
+
+using PlmRun = testing::InTempDir;
+
+TEST_F(PlmRun, CheckCountsTheFoundersOfTheExampleAndTestsTheirShares) {
+  const std::string file = "four_way_ril.plm";
+  WriteText(file, ReadText(testing::SourcePath("examples/" + file)));
+  const PlmCheck c = CheckPlm(file);
+  ASSERT_EQ(c.status, 0);
+  ASSERT_EQ(c.category.size(), 6u);
+  EXPECT_EQ(c.category, (std::vector<int>{1234, 1234, 1212, 1133, 1234, 1233}));
+  // PM03, "ABAB": founders C and D show as A and B, so the counts are those of the file's
+  // letters; each allele group holds two founders and expects (2 N) / 4 lines.
+  const std::vector<std::string> tokens = RowTokens(file, "PM03");
+  ASSERT_EQ(tokens.size(), 40u);
+  std::map<std::string, int> count;
+  for (const std::string& t : tokens) ++count[t];
+  EXPECT_EQ(c.size[0][2], count["A"]);
+  EXPECT_EQ(c.size[1][2], count["B"]);
+  EXPECT_EQ(c.size[8][2], count["X"]);
+  for (int k = 2; k < 8; ++k) EXPECT_EQ(c.size[k][2], 0) << k;
+  const int n = count["A"] + count["B"];
+  const float expected = static_cast<float>((2 * n) / 4);
+  const double chi = std::pow(count["A"] - expected, 2) / expected + std::pow(count["B"] - expected, 2) / expected;
+  EXPECT_NEAR(c.chi[2], chi, 1e-4);
+  EXPECT_NEAR(c.p[2], std::erfc(std::sqrt(chi / 2)), 1e-4);  // one degree of freedom
+  for (int m = 0; m < 6; ++m) {
+    int total = 0;
+    for (int k = 0; k < 9; ++k) total += c.size[k][m];
+    EXPECT_EQ(total, 40) << m;
+    EXPECT_EQ(c.anchor[m], 0);
+  }
+  EXPECT_EQ(static_cast<char>(c.names[2]), 'P');  // the names run marker-fastest
+  EXPECT_EQ(static_cast<char>(c.names[6 + 2]), 'M');
+  // The pairwise file holds one 8-byte record per pair.
+  EXPECT_EQ(ReadText("four_way_ril.LRD").size(), 8u * 15);
+  EXPECT_EQ(ReadLines("PLM.log").back(), "DLL CheckErrrorPLM run successfully!");
+}
+
+TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
+  for (int type = 1; type <= 4; ++type) {
+    SCOPED_TRACE(type);
+    const std::vector<int32_t> patterns = type <= 2 ? std::vector<int32_t>{1234, 1214, 1233}
+                                                    : std::vector<int32_t>{12345678, 12341234, 12345577};
+    const testing::PureLineData data = testing::SimulatePureLineData(
+        type, 2, 8, 8.0, type <= 2 ? 120 : 200, patterns, 0.02, 40 + type);
+    const std::string stem = "t" + std::to_string(type);
+    WriteText(stem + ".plm", testing::PlmInputFile(data));
+    ASSERT_EQ(testing::CallOnPath(PLMAllByDefault, stem + ".plm"), 0);
+    EXPECT_EQ(ReadLines("PLM.log").back(), "DLL PLMAllByDefault run successfully!");
+    for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"})
+      EXPECT_TRUE(testing::FileExists(stem + suffix)) << suffix;
+
+    // Two groups, each of the eight markers of one bred chromosome.
+    std::map<int, std::set<std::string>> chromosomes_in;
+    for (const auto& [group, name] : SumRows(stem + ".sum")) chromosomes_in[group].insert(name.substr(0, 3));
+    ASSERT_EQ(chromosomes_in.size(), 2u);
+    for (const auto& [group, chromosomes] : chromosomes_in) EXPECT_EQ(chromosomes.size(), 1u) << group;
+    EXPECT_EQ(SumRows(stem + ".sum").size(), 16u);
+
+    const int founders = type <= 2 ? 4 : 8;
+    const std::vector<std::string> mtp = ReadLines(stem + ".mtp");
+    EXPECT_EQ(mtp[0].size(), 12u + 1 + 35 + 12u * (founders + 4));
+    EXPECT_EQ(fmt::Trim(mtp[0].substr(48 + 12 * founders, 12)), "Size(X)");
+
+    // The corrected data set starts a new run, and the QTL file passes its validator.
+    const PlmCheck again = CheckPlm(stem + "EC.plm");
+    ASSERT_EQ(again.status, 0);
+    for (int anchor : again.anchor) EXPECT_TRUE(anchor == 1 || anchor == 2) << anchor;
+    EXPECT_EQ(testing::CallOnPath(CheckErrorPLQ, stem + ".plq"), 0);
+  }
+}
+
+TEST_F(PlmRun, BadInputStopsWithItsCodeAndLeavesNoReport) {
+  const std::string head4 = "2\n1\n1\n2\n6\n";
+  const std::string anchors = "M1 0\nM2 0\n";
+  const std::string good = "ABCD M2 A B C D A B\n";
+  const std::vector<std::pair<std::string, int>> cases = {
+      {head4 + "AAAA M1 A B C D A B\n" + good + anchors, 2224},            // one allele among 4
+      {"3\n1\n1\n2\n6\nAAAAAAAA M1 A B C D A B\nABCDEFGH M2 A B C D E F\n" + anchors, 2225},
+      {head4 + "BBCD M1 A B C D A B\n" + good + anchors, 2226},            // must open with A
+      {head4 + "ABCE M1 A B C D A B\n" + good + anchors, 2227},            // E is no founder's
+      {head4 + "ABCD M1 A B C E A B\n" + good + anchors, 2228},            // E among four founders
+      {head4 + "ABAB M1 A C X A C A\n" + good + anchors, 2229},            // C reads as A
+      {head4 + "ABCD M1 A B C D A B\nABCD M2 A B\n", 2201},                // the file ends in a row
+      {head4 + "ABCD M1 A B C D A B\nABCD M1 D C B A B A\n" + anchors, 2230},
+  };
+  for (const auto& [text, code] : cases) {
+    SCOPED_TRACE(code);
+    WriteText("bad.plm", text);
+    EXPECT_EQ(CheckPlm("bad.plm").status, code);
+    EXPECT_EQ(testing::CallOnPath(PLMAllByDefault, "bad.plm"), code);
+    const std::vector<std::string> log = ReadLines("PLM.log");
+    ASSERT_GE(log.size(), 2u);
+    EXPECT_THAT(log, ::testing::Contains(::testing::StartsWith("--Error" + std::to_string(code) + ": ")));
+    EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL PLMAllByDefault");
+    for (const char* suffix : {".LRD", ".sum", ".mtp", ".err", "EC.plm", ".plq"})
+      EXPECT_FALSE(testing::FileExists(std::string("bad") + suffix)) << suffix;
+    std::remove("PLM.log");
+  }
+}
+
+}  // namespace
+}  // namespace gae

@@ -1,0 +1,83 @@
+#include "support/export_call.h"
+
+#include <gtest/gtest.h>
+
+#include "frame/fixed_format.h"
+#include "gaengine.h"
+
+namespace gae::testing {
+
+int CallOnPath(PathExport fn, const std::string& path, std::string* printed) {
+  int status = -1;
+  ::testing::internal::CaptureStdout();
+  fn(static_cast<int>(path.size()), path.data(), &status);
+  const std::string out = ::testing::internal::GetCapturedStdout();
+  if (printed != nullptr) *printed = out;
+  return status;
+}
+
+int CheckMapFile(const std::string& path, std::vector<int>* anchors, std::vector<std::string>* names) {
+  int n = 0, status = -1;
+  ::testing::internal::CaptureStdout();
+  MAPFindNumMarkers(static_cast<int>(path.size()), path.data(), &n, &status);
+  if (status == 0) {
+    std::vector<int> codes(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n);
+    std::vector<float> chi(n), p(n);
+    CheckErrorMAP(static_cast<int>(path.size()), path.data(), n, codes.data(), anchor.data(), a.data(),
+                  h.data(), b.data(), x.data(), category.data(), chi.data(), p.data(), &status);
+    if (anchors != nullptr) *anchors = anchor;
+    for (int i = 0; names != nullptr && i < n; ++i) {
+      std::string name;
+      for (int j = 0; j < 35; ++j) name += static_cast<char>(codes[j * n + i]);
+      names->push_back(fmt::Trim(name));
+    }
+  }
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
+int CheckPlmFile(const std::string& path) {
+  int n = 0, status = -1;
+  const int len = static_cast<int>(path.size());
+  ::testing::internal::CaptureStdout();
+  PLMFindNumMarkers(len, path.data(), &n, &status);
+  if (status == 0) {
+    std::vector<int> codes(35 * n), anchor(n), category(n);
+    std::vector<std::vector<int>> s(9, std::vector<int>(n));
+    std::vector<float> chi(n), p(n);
+    CheckErrorPLM(len, path.data(), n, codes.data(), anchor.data(), s[0].data(), s[1].data(),
+                  s[2].data(), s[3].data(), s[4].data(), s[5].data(), s[6].data(), s[7].data(),
+                  s[8].data(), category.data(), chi.data(), p.data(), &status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return status;
+}
+
+std::string CdmCheck::Name(int i) const {
+  std::string name;
+  for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
+  return fmt::Trim(name);
+}
+
+CdmCheck CheckCdmFile(const std::string& path) {
+  CdmCheck c;
+  ::testing::internal::CaptureStdout();
+  CDMFindNumMarkers(static_cast<int>(path.size()), path.data(), &c.n, &c.status);
+  if (c.status == 0) {
+    const int n = c.n;
+    c.names.assign(35 * n, 0);
+    c.anchor.assign(n, 0);
+    c.category.assign(n, 0);
+    c.sizes.assign(12, std::vector<int>(n, 0));
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    auto s = [&](int k) { return c.sizes[k].data(); };
+    CheckErrorCDM(static_cast<int>(path.size()), path.data(), n, c.names.data(), c.anchor.data(), s(0), s(1),
+                  s(2), s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), c.category.data(),
+                  c.chi.data(), c.p.data(), &c.status);
+  }
+  ::testing::internal::GetCapturedStdout();
+  return c;
+}
+
+}  // namespace gae::testing

@@ -1,0 +1,117 @@
+// The pure-line pairwise file: bit-plane counts and shared class tables give exactly what the
+// literal count of every pair gives, whatever the number of threads.
+#include "twopoint/plm_pairwise_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "frame/pair_index.h"
+#include "support/pure_line_simulation.h"
+#include "support/temp_dir.h"
+#include "twopoint/pure_line.h"
+
+namespace gae {
+namespace {
+
+class PlmPairwiseFile : public testing::InTempDir {};
+
+std::vector<float> ReadRecords(const std::string& path) {
+  const std::string bytes = testing::ReadText(path);
+  std::vector<float> words(bytes.size() / 4);
+  std::memcpy(words.data(), bytes.data(), words.size() * 4);
+  return words;
+}
+
+// A data set with `patterns` founder patterns drawn at random (valid fields), letters drawn
+// from each marker's alleles with a few missing and a few foreign letters.
+struct RandomSet {
+  std::vector<int32_t> patterns;
+  std::vector<char> types;
+};
+RandomSet MakeSet(int founders, int markers, int lines, int distinct, uint64_t seed) {
+  std::mt19937_64 rng(seed);
+  std::vector<int32_t> pool;
+  while (static_cast<int>(pool.size()) < distinct) {
+    int32_t p = 0;
+    std::vector<int> d(founders);
+    for (int k = 0; k < founders; ++k) {
+      d[k] = (k == 0 || rng() % 2) ? k + 1 : d[rng() % k];
+      p = p * 10 + d[k];
+    }
+    if (p != (founders == 4 ? 1111 : 11111111)) pool.push_back(p);
+  }
+  RandomSet set;
+  for (int m = 0; m < markers; ++m) {
+    const int32_t p = pool[rng() % pool.size()];
+    set.patterns.push_back(p);
+    for (int l = 0; l < lines; ++l) {
+      const uint64_t u = rng() % 100;
+      const char foreign = static_cast<char>('A' + founders);  // a founder the population lacks
+      set.types.push_back(u < 5   ? 'X'
+                          : u < 7 ? foreign
+                                  : testing::ObservedLetter(founders, p, static_cast<uint8_t>(rng() % founders)));
+    }
+  }
+  return set;
+}
+
+TEST_F(PlmPairwiseFile, RecordsEqualTheLiteralEstimateOfEveryPair) {
+  struct Case {
+    int type, markers, lines, distinct;
+  };
+  // Four founders: all 14 patterns, tables built up front. Eight founders with 400 patterns:
+  // too many pattern pairs to keep, tables built pair by pair.
+  for (const Case c : {Case{1, 60, 90, 14}, Case{2, 60, 90, 14}, Case{3, 45, 70, 6}, Case{4, 420, 40, 400}}) {
+    const int founders = c.type <= 2 ? 4 : 8;
+    const RandomSet set = MakeSet(founders, c.markers, c.lines, c.distinct, 100 + c.type);
+    PureLineMarkers markers;
+    markers.population_type = c.type;
+    markers.num_markers = c.markers;
+    markers.num_individuals = c.lines;
+    markers.patterns = set.patterns.data();
+    markers.types = set.types.data();
+    const std::string path = "set" + std::to_string(c.type) + ".LRD";
+    ASSERT_TRUE(PLMPairwiseFile(path, markers, 2));
+    const std::vector<float> words = ReadRecords(path);
+    ASSERT_EQ(words.size(), 2u * PairCount(c.markers));
+    for (int i = 2; i <= c.markers; ++i) {
+      for (int j = 1; j < i; ++j) {
+        const char* x = set.types.data() + (i - 1) * c.lines;
+        const char* y = set.types.data() + (j - 1) * c.lines;
+        const PureLineEstimate e =
+            founders == 4 ? PLMPairFourWay(c.type, c.lines, set.patterns[i - 1], set.patterns[j - 1], x, y)
+                          : PLMPairEightWay(c.type, c.lines, set.patterns[i - 1], set.patterns[j - 1], x, y);
+        const int64_t k = GroupPairIndex(i, j);
+        ASSERT_EQ(words[2 * (k - 1)], -e.lod) << c.type << ": " << i << " " << j;
+        ASSERT_EQ(words[2 * (k - 1) + 1], e.rec_freq) << c.type << ": " << i << " " << j;
+      }
+    }
+  }
+}
+
+TEST_F(PlmPairwiseFile, SameBytesAtAnyThreadCountAndReusedWhenComplete) {
+  // 760 markers: 288,420 records, more than one block of the writer.
+  const RandomSet set = MakeSet(4, 760, 24, 14, 9);
+  PureLineMarkers markers;
+  markers.population_type = 1;
+  markers.num_markers = 760;
+  markers.num_individuals = 24;
+  markers.patterns = set.patterns.data();
+  markers.types = set.types.data();
+  ASSERT_TRUE(PLMPairwiseFile("a.LRD", markers, 1));
+  ASSERT_TRUE(PLMPairwiseFile("b.LRD", markers, 3));
+  const std::string one = testing::ReadText("a.LRD");
+  EXPECT_EQ(one.size(), 8u * PairCount(760));
+  EXPECT_TRUE(one == testing::ReadText("b.LRD"));
+
+  // A file of exactly the right size is taken as it stands.
+  testing::WriteText("a.LRD", std::string(one.size(), '\0'));
+  ASSERT_TRUE(PLMPairwiseFile("a.LRD", markers, 1));
+  EXPECT_EQ(testing::ReadText("a.LRD"), std::string(one.size(), '\0'));
+}
+
+}  // namespace
+}  // namespace gae
