@@ -312,7 +312,8 @@ int RunMap(const MapOptions& o) {
   std::string grouping_note;
   // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
   if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
-  if (!ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
+  // The clonal and pure-line tools keep their own threshold, a recombination frequency.
+  if (by_lod && !ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
   LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
   gae::MapModel& m = map.model;

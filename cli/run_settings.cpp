@@ -91,7 +91,13 @@ void PrintRunSettings(const std::string& file, int tool_code, float threshold, b
                       int starts, bool pairs_computed) {
   const RunSettings& s = Settings();
   std::printf("  Mapping function  %s\n", MappingFunctionName(MappingFunctionOf(file, tool_code)));
-  std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(threshold), default_lod ? " (default)" : "");
+  // MAP groups by LOD; the clonal and pure-line tools by recombination frequency.
+  const gae::ToolProfile* tool = gae::ProfileOfStageCode(tool_code);
+  if (tool != nullptr && tool->defaults.grouping_by == 2)
+    std::printf("  Grouping          recombination frequency below %.2f%s\n", static_cast<double>(threshold),
+                default_lod ? " (default)" : "");
+  else
+    std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(threshold), default_lod ? " (default)" : "");
   std::printf("  Seed              %lld%s\n", s.seed,
               s.seed_given ? " (given)" : " (drawn: --seed repeats this run)");
   std::printf("  Random starts     %d per group\n", starts);

@@ -86,14 +86,24 @@ int IntOf(const Values& values, const std::string& key) {
   }
 }
 
-// The last line the library printed with the error prefix of `code`.
+// The last line the library printed for `code`: the one with its error prefix, or else (a
+// code without the prefix) the last line of the catalogue's shape.
 std::string LastErrorLine(int code) {
   const std::string& text = LibraryTranscript();
   char prefix[16];
   std::snprintf(prefix, sizeof prefix, "--Error%4d: ", code);
-  const std::size_t at = text.rfind(prefix);
-  if (at == std::string::npos) return "";
-  return text.substr(at, text.find('\n', at) - at);
+  if (const std::size_t at = text.rfind(prefix); at != std::string::npos)
+    return text.substr(at, text.find('\n', at) - at);
+  const std::string words = CatalogueText(code);
+  std::size_t end = text.size();
+  while (end > 0 && !words.empty()) {
+    const std::size_t begin = text.rfind('\n', end - 1) == std::string::npos ? 0 : text.rfind('\n', end - 1) + 1;
+    const std::string line = text.substr(begin, end - begin);
+    if (!KeyedValues(code, line).empty() || (words.find("{}") == std::string::npos && line.find(words) != std::string::npos))
+      return "--Error" + std::string(prefix + 7) + line;
+    end = begin > 0 ? begin - 1 : 0;
+  }
+  return "";
 }
 
 bool StartsWithByteOrderMark(const std::string& file) {
@@ -104,7 +114,7 @@ bool StartsWithByteOrderMark(const std::string& file) {
 
 // One marker row as the library's reader walks it, with the line numbers of what is asked.
 struct RowText {
-  int population_type = 0, population_size = 0;
+  int population_type = 0, population_size = 0, num_markers = 0;
   int name_line = 0;
   std::string name;                 // as it stands in the file, however long
   std::vector<std::string> items;   // the genotype items
@@ -127,6 +137,7 @@ bool ReadRowText(const std::string& file, int tool_code, int marker, int individ
       return false;
     }
   row.population_type = values[0];
+  row.num_markers = values[3];
   row.population_size = values[4];
   in.SkipRemarks();
   std::string_view item;
@@ -259,12 +270,22 @@ void ExplainRefusal(const std::string& file, int tool_code, int status) {
   Explanation e;
   const bool map_tool = tool_code == 104 || tool_code == 20 || tool_code == 30;
   if (map_tool && !ValueOf(v, "LineID").empty() && !ValueOf(v, "MarkerID").empty()) ExplainGenotype(file, tool_code, v, e);
+  if (map_tool && (status == 2201 || status == 2210)) {
+    RowText row;
+    const int marker = IntOf(v, "MarkerID");
+    if (ReadRowText(file, tool_code, 0, 0, row))
+      e.message = file + ": the file ends before the row of marker " + std::to_string(marker) +
+                  " has its name and " + std::to_string(row.population_size) + " genotypes (the header says " +
+                  std::to_string(row.num_markers) + " markers of " + std::to_string(row.population_size) +
+                  " individuals)";
+  }
   if (map_tool && status == 2230) ExplainSameName(file, tool_code, v, e);
   if (status == 2108 || status == 2109) {
     const std::string name = ValueOf(v, "MarkerName");
     if (name.size() >= kNameWidth)
       e.hints.push_back("names are cut to " + std::to_string(kNameWidth) + " characters: two names that agree that far count as one");
   }
+  if (e.message.empty() && ::access(file.c_str(), R_OK) != 0) e.message = file + ": no such file, or it cannot be read";
   if (e.message.empty()) {
     const std::size_t text = line.find(": ");
     e.message = file + ": " + (text == std::string::npos ? "refused with code " + std::to_string(status) : line.substr(text + 2));
