@@ -32,7 +32,7 @@ constexpr const char* kMainFooter =
     "Run logs (MAP.log, ...) are appended to in the working folder. The pair file (.LRD) is reused by\n"
     "later runs on the same data.\n"
     "\nEnvironment: GAENGINE_THREADS sets the number of threads that compute the marker pairs\n"
-    "(default: one per core).\n"
+    "(default: one per core); GAENGINE_SEED, a positive integer, stands for --seed.\n"
     "\nExit status: 0 success, 1 a bad input file or a file that cannot be written, 2 a usage error.\n"
     "\nExamples:\n";
 

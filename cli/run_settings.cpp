@@ -69,6 +69,12 @@ void RegisterStartsOption(CLI::App& cmd) {
 void FixSeed() {
   RunSettings& s = Settings();
   s.seed_given = seed_option != nullptr && seed_option->count() > 0;
+  // A seed already in the environment counts as given, as the library would take it.
+  if (const char* fixed = std::getenv("GAENGINE_SEED"); !s.seed_given && fixed != nullptr) {
+    char* end = nullptr;
+    const long long value = std::strtoll(fixed, &end, 10);
+    if (*fixed != '\0' && *end == '\0' && value > 0) s.seed = value, s.seed_given = true;
+  }
   if (!s.seed_given) {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     s.seed = 1 + std::chrono::duration_cast<std::chrono::microseconds>(now).count() % 999999;
