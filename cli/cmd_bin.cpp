@@ -1,6 +1,7 @@
 // gaengine bin FILE -o OUT: the input file with redundant markers removed, and beside it a
 // table of the bins. The library's check validates the file (BIN.log); the binning runs here.
 #include <cstdio>
+#include <optional>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -8,6 +9,8 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "library_output.h"
+#include "user_errors.h"
 #include "frame/fixed_format.h"
 #include "frame/run_log.h"
 #include "gaengine.h"
@@ -64,6 +67,7 @@ std::string BinTable(const BinSettings& s, const gae::MapToolInput& data,
 int RunBin(const BinSettings& s) {
   const PathArg path(s.file);
   int num_markers = 0, status = 0;
+  std::optional<LibraryOutput> quiet(std::in_place);
   BINFindNumMarkers(s.tool_code, path.Len(), path.Data(), &num_markers, &status);
   if (status == 0) {
     std::vector<int> names(static_cast<std::size_t>(num_markers) * 35), anchors(num_markers),
@@ -71,8 +75,9 @@ int RunBin(const BinSettings& s) {
     CheckErrorBIN(s.tool_code, path.Len(), path.Data(), num_markers, names.data(), anchors.data(),
                   categories.data(), &status);
   }
+  quiet.reset();
   if (status != 0) {
-    std::fprintf(stderr, "%s: not a valid BIN file (status %d, see BIN.log)\n", s.file.c_str(), status);
+    ExplainRefusal(s.file, s.tool_code, status);
     return 1;
   }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@
 
 #include "commands.h"
 #include "gaengine.h"
+#include "library_output.h"
+#include "user_errors.h"
 
 namespace gaecli {
 
@@ -76,6 +79,7 @@ void RegisterCheckCommand(CLI::App& app, int& exit_code) {
     const PathArg path(file);
     std::string summary;
     int status = 0;
+    std::optional<LibraryOutput> quiet(std::in_place);
     if (upper == "CMP") {
       status = CheckConsensus(path, summary);
     } else if (upper == "GSP") {
@@ -85,10 +89,10 @@ void RegisterCheckCommand(CLI::App& app, int& exit_code) {
         if (upper == t.name) t.check(path.Len(), path.Data(), &status);
       }
     }
+    quiet.reset();
     if (status != 0) {
-      const std::string log = upper == "GSP" ? "the lines above" : upper + ".log";
-      std::fprintf(stderr, "%s: not a valid %s file (status %d, see %s)\n", file.c_str(),
-                   upper.c_str(), status, log.c_str());
+      if (upper != "GSP") ExplainRefusal(file, 0, status);
+      else std::fprintf(stderr, "%s: not a valid GSP file (gaengine -v check GSP ... shows why)\n", file.c_str());
       exit_code = 1;
       return;
     }

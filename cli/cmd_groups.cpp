@@ -9,7 +9,9 @@
 
 #include "commands.h"
 #include "lod_tree_view.h"
+#include "frame/tool_profile.h"
 #include "map_check.h"
+#include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -25,7 +27,7 @@ struct GroupsOptions {
 int RunGroups(const GroupsOptions& o) {
   MarkerTable markers;
   if (const int status = CheckMapFile(o.file, markers); status != 0) {
-    std::fprintf(stderr, "%s: check failed with status %d (see MAP.log)\n", o.file.c_str(), status);
+    ExplainRefusal(o.file, gae::ProfileOf(gae::MapTool::kMAP).tool_code, status);
     return 1;
   }
   std::vector<gae::LodTreeRow> rows;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -25,10 +26,15 @@
 #include "frame/tool_profile.h"
 #include "gaengine.h"
 #include "input/header_fields.h"
+#include "library_output.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
 #include "map_options.h"
+#include "map_summary_extras.h"
 #include "plot_sources.h"
+#include "run_settings.h"
+#include "tsv_export.h"
+#include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 #include "report/text_file.h"
 
@@ -98,11 +104,6 @@ class Stopwatch {
   std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 };
 
-bool Exists(const std::string& path) {
-  struct stat info {};
-  return ::stat(path.c_str(), &info) == 0;
-}
-
 // The total of the error report's "TotalError" line.
 long long FlaggedGenotypes(const std::string& err_path) {
   std::ifstream in(err_path);
@@ -171,36 +172,40 @@ void PrintParentalMaps(const std::string& stem, const std::vector<std::string>& 
 
 void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerTable& markers,
                   const FrontEndMap& map, const std::vector<std::pair<const char*, double>>& times,
-                  const std::string& grouping_note, const std::string& ordering_note) {
+                  const std::string& grouping_note, const std::string& ordering_note, const RunFacts& facts) {
   const int type = PopulationTypeOf(file, tool);
   std::printf("\nSummary of %s\n", file.c_str());
   const std::string_view name = gae::PopulationName(tool.design, type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
+  PrintRunSettings(file, facts.tool_code, facts.threshold, facts.default_lod, facts.starts, facts.pairs_computed);
   std::printf("  Markers read      %d\n", markers.num_markers);
   PrintUninformative(markers);
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
   const std::vector<std::string> names = map.Names();
   if (!ordering_note.empty()) std::printf("  Ordering          %s\n", ordering_note.c_str());
-  std::printf("  Linkage groups    %d\n", m.num_groups);
+  std::printf("  Linkage groups    %d\n", m.num_groups - OneMarkerGroups(m));
   int start = 0;
   for (int g = 0; g < m.num_groups; ++g) {
     const int size = m.group_size[g];
+    if (size == 1) {  // listed apart below
+      start += size;
+      continue;
+    }
     const float length = size > 0 ? m.position[start + size - 1] - m.position[start] : 0.0f;
     const std::string& label = names[static_cast<size_t>(g)];
     std::printf("    %-13s %5d markers %9.1f cM\n", label.substr(0, label.find_last_not_of(' ') + 1).c_str(), size, length);
     start += size;
   }
+  PrintOneMarkerGroups(m, names, [&](int k) { return markers.Name(m.order[static_cast<std::size_t>(k)] - 1); });
   std::printf("  Unlinked markers  %d\n", m.num_unlinked);
   const std::string stem = gae::ResultStem(file);
   if (tool.id == gae::MapTool::kCDM) PrintParentalMaps(stem, names);
   const long long flagged = FlaggedGenotypes(stem + ".err");
   if (flagged >= 0)
     std::printf("  Suspect genotypes %lld set to missing in %s%s\n", flagged, stem.c_str(), tool.corrected);
-  std::printf("  Files written    ");
-  for (const char* suffix : tool.suffixes)
-    if (Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix);
-  std::printf("\n  Time (wall clock)\n");
+  PrintFilesWritten(stem, tool.suffixes, m.num_mapped);
+  std::printf("  Time (wall clock)\n");
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
 
@@ -260,38 +265,56 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
          " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
 }
 
-int RunMap(const std::string& file, const std::string& chosen, const std::string& lod, const std::string& order,
-           float max_rf) {
-  const MapRunTool& run = ToolOfFile(file, chosen);
+struct MapOptions {
+  std::string file, tool, lod, order = "default";
+  float max_rf = -1.0f;
+  bool plots = false, tsv = false;
+  float min_lod = 3.0f;
+};
+
+int RunMap(const MapOptions& o) {
+  const std::string& file = o.file;
+  const std::string& lod = o.lod;
+  const std::string& order = o.order;
+  float max_rf = o.max_rf;
+  const MapRunTool& run = ToolOfFile(file, o.tool);
   const gae::ToolProfile& tool = run.Profile();
   // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
   const bool by_lod = run.id == gae::MapTool::kMAP;
   if (!by_lod && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
     std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files; %s groups by recombination frequency\n",
                  std::string(tool.letters).c_str());
+    return 2;
+  }
+  if (const std::string problem = FolderProblem(file); !problem.empty()) {
+    std::fprintf(stderr, "%s: %s\n", file.c_str(), problem.c_str());
     return 1;
   }
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
   if (const int status = run.check(file, markers); status != 0) {
-    std::fprintf(stderr, "%s: check failed with status %d (see %s.log)\n", file.c_str(), status,
-                 std::string(tool.letters).c_str());
+    ExplainRefusal(file, tool.tool_code, status);
     return 1;
   }
   times.push_back({"read and pairs", clock.Lap()});
   // The settled defaults of a whole run of the tool, stage by stage, as the front end passes
-  // them; only the grouping threshold of MAP may be chosen on the command line.
+  // them; only the grouping threshold of MAP and the number of random starts may be chosen on
+  // the command line.
   const gae::StageDefaults& d = tool.defaults;
-  float threshold = d.threshold;
+  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty()};
+  float& threshold = facts.threshold;
   std::string grouping_note;
   // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
   if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
-  if (!ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
+  // The clonal and pure-line tools keep their own threshold, a recombination frequency.
+  if (by_lod && !ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
+  LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
+  std::optional<LibraryOutput> quiet(std::in_place);
   const bool capped = max_rf < gae::kNoFrequencyCap;
   if (capped) {
     if (!GroupWithCap(threshold, max_rf, m)) return 1;
@@ -308,23 +331,33 @@ int RunMap(const std::string& file, const std::string& chosen, const std::string
     if (!OrderAroundFrames(markers, m, ordering_note)) return 1;
     times.push_back({"ordering and ripple", clock.Lap()});
   } else {
-  MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
-                 d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
-                 m.group_size.data(), m.group_status.data(), &m.map_state, markers.anchor.data(),
-                 m.group.data(), m.order.data(), m.position.data(), &status);
-  times.push_back({"ordering", clock.Lap()});
-  MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
-                 m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
-                 m.order.data(), m.position.data(), &status);
-  times.push_back({"rippling", clock.Lap()});
+    if (status == 0)
+      MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option, facts.starts,
+                     d.ordering_param2, m.num_markers, m.num_groups, m.group_size.data(), m.group_status.data(),
+                     &m.map_state, markers.anchor.data(), m.group.data(), m.order.data(), m.position.data(), &status);
+    times.push_back({"ordering", clock.Lap()});
+    if (status == 0)
+      MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
+                     m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
+                     m.order.data(), m.position.data(), &status);
+    times.push_back({"rippling", clock.Lap()});
   }
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
-  run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
-             m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
-             m.position.data(), 1, 1, 1, 1);
+  if (status == 0)
+    run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
+               m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
+               m.position.data(), 1, 1, 1, 1);
+  quiet.reset();
+  if (status != 0) {
+    ExplainRefusal(file, tool.tool_code, status);
+    return 1;
+  }
   times.push_back({"reports and scan", clock.Lap()});
-  PrintSummary(file, run, markers, map, times, grouping_note, ordering_note);
+  if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),
+                               [&](int marker) { return markers.Name(marker - 1); }, o.min_lod))
+    return 1;
+  PrintSummary(file, run, markers, map, times, grouping_note, ordering_note, facts);
   return 0;
 }
 
@@ -334,36 +367,46 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand(
       "map", "Build a linkage map from a MAP, CDM or PLM input file, or the consensus of the maps of a CMP file, "
              "with the default settings");
-  static std::string file, lod, tool;
-  cmd->add_option("file", file, "MAP, CDM, PLM or CMP input file")->required();
-  cmd->add_option("--tool", tool, "MAP, CDM, PLM or CMP; by default from the file's extension (.cdm, .plm, .cmp; others MAP)")
+  static MapOptions o;
+  cmd->add_option("file", o.file, "MAP, CDM, PLM or CMP input file")->required();
+  cmd->add_option("--tool", o.tool, "MAP, CDM, PLM or CMP; by default from the file's extension (.cdm, .plm, .cmp; others MAP)")
       ->check(CLI::IsMember({"MAP", "CDM", "PLM", "CMP"}, CLI::ignore_case));
-  cmd->add_option("--lod", lod,
+  cmd->add_option("--lod", o.lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
-                  "run over which the groups stay the same (default 3)");
-  static std::string order = "default";
-  cmd->add_option("--order", order,
+                  "run over which the groups stay the same (default 3)")
+      ->check(CLI::Validator(
+          [](const std::string& v) {
+            float number = 0.0f;
+            return v == "auto" || CLI::detail::lexical_cast(v, number) ? std::string()
+                                                                       : "--lod takes a number or \"auto\", not \"" + v + "\"";
+          },
+          "NUMBER or auto"));
+  cmd->add_option("--order", o.order,
                   "Ordering: \"default\", or \"frame\" to order the co-dominant markers first and insert the "
                   "dominant and recessive markers around them")
       ->check(CLI::IsMember({"default", "frame"}));
-  static float max_rf = -1.0f;
-  cmd->add_option("--max-rf", max_rf,
+  cmd->add_option("--max-rf", o.max_rf,
                   "Grouping links a pair only if its recombination frequency is also below this (default: none; "
                   "0.5 with --lod auto)")
       ->check(CLI::Range(0.0f, 1.0f));
-  static bool plots = false;
-  cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+  RegisterStartsOption(*cmd);
+  cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
+  cmd->add_flag("--tsv", o.tsv,
+                "Also write the map as <stem>.map.tsv (group, marker, position, interval) and the pairs as "
+                "<stem>.pairs.tsv (marker, marker, frequency, LOD), tab-separated");
+  cmd->add_option("--min-lod", o.min_lod, "Pairs in <stem>.pairs.tsv: only those of at least this LOD")
+      ->capture_default_str();
   cmd->callback([&exit_code] {
-    const bool consensus = IsConsensus(file, tool);
-    if (consensus && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
+    const bool consensus = IsConsensus(o.file, o.tool);
+    if (consensus && (!o.lod.empty() || o.order != "default" || o.max_rf >= 0.0f)) {
       // A consensus is one group of all markers ordered on distance: nothing here to choose.
       std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
-      exit_code = 1;
+      exit_code = 2;
       return;
     }
-    exit_code = consensus ? RunConsensus(file) : RunMap(file, tool, lod, order, max_rf);
-    const std::string_view kind = consensus ? "CMP" : ToolOfFile(file, tool).Profile().letters;
-    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, std::string(kind));
+    exit_code = consensus ? RunConsensus(o.file) : RunMap(o);
+    const std::string_view kind = consensus ? "CMP" : ToolOfFile(o.file, o.tool).Profile().letters;
+    if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, std::string(kind));
   });
 }
 

@@ -9,6 +9,8 @@
 
 #include "commands.h"
 #include "gaengine.h"
+#include "library_output.h"
+#include "user_errors.h"
 
 namespace gaecli {
 
@@ -43,10 +45,13 @@ void RegisterMarkersCommand(CLI::App& app, int& exit_code) {
     std::transform(upper.begin(), upper.end(), upper.begin(),
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     int count = 0;
-    const int status = CountMarkers(upper, tool_code, PathArg(file), count);
+    int status = 0;
+    {
+      const LibraryOutput quiet;
+      status = CountMarkers(upper, tool_code, PathArg(file), count);
+    }
     if (status != 0) {
-      std::fprintf(stderr, "%s: not a valid %s file (status %d, see %s.log)\n", file.c_str(),
-                   upper.c_str(), status, upper.c_str());
+      ExplainRefusal(file, upper == "MAP" ? 104 : upper == "CDM" ? 20 : upper == "PLM" ? 30 : 0, status);
       exit_code = 1;
       return;
     }

@@ -5,7 +5,9 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "frame/tool_profile.h"
 #include "map_check.h"
+#include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -20,7 +22,7 @@ void RegisterPairsCommand(CLI::App& app, int& exit_code) {
     MarkerTable t;
     const int status = CheckMapFile(file, t);
     if (status != 0) {
-      std::fprintf(stderr, "%s: check failed with status %d (see MAP.log)\n", file.c_str(), status);
+      ExplainRefusal(file, gae::ProfileOf(gae::MapTool::kMAP).tool_code, status);
       exit_code = 1;
       return;
     }

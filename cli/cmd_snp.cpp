@@ -2,6 +2,7 @@
 // The library's check validates the file and logs to SNP.log; the same conversion then gives
 // the letters that the written file carries.
 #include <cstdio>
+#include <optional>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -9,6 +10,8 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "library_output.h"
+#include "user_errors.h"
 #include "gaengine.h"
 #include "input/list_reader.h"
 #include "prep/map_input_text.h"
@@ -29,19 +32,21 @@ std::string DefaultOutput(const std::string& file, int tool_code) {
 }
 
 int Fail(const std::string& file, int status) {
-  std::fprintf(stderr, "%s: not a valid SNP file (status %d, see SNP.log)\n", file.c_str(), status);
+  ExplainRefusal(file, 0, status);
   return 1;
 }
 
 int RunSnp(const std::string& file, std::string out, int tool_code) {
   const PathArg path(file);
   int num_markers = 0, status = 0;
+  std::optional<LibraryOutput> quiet(std::in_place);
   SNPFindNumMarkers(tool_code, path.Len(), path.Data(), &num_markers, &status);
-  if (status != 0) return Fail(file, status);
+  if (status != 0) return quiet.reset(), Fail(file, status);
   std::vector<int> names(static_cast<std::size_t>(num_markers) * 35), anchors(num_markers),
       codes(num_markers);
   CheckErrorSNP(tool_code, path.Len(), path.Data(), num_markers, names.data(), anchors.data(),
                 codes.data(), &status);
+  quiet.reset();
   if (status != 0) return Fail(file, status);
 
   gae::InputFile in;

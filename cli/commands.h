@@ -20,6 +20,7 @@ void RegisterSnpCommand(CLI::App& app, int& exit_code);
 void RegisterBinCommand(CLI::App& app, int& exit_code);
 void RegisterPlotCommand(CLI::App& app, int& exit_code);
 void RegisterGroupsCommand(CLI::App& app, int& exit_code);
+void RegisterImportCommand(CLI::App& app, int& exit_code);
 
 // Draws <stem>.map.svg and <stem>.rf.png of a finished map from its result files. `tool_name`
 // is MAP, CDM or CMP; empty to take it from the file name. Returns the exit status.

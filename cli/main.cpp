@@ -1,17 +1,27 @@
-#include <cstdlib>
+#include <cstdio>
 #include <string>
 
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "help_text.h"
+#include "library_output.h"
+#include "run_settings.h"
+#include "user_errors.h"
+
+#ifndef GAE_VERSION
+#define GAE_VERSION "unknown"
+#endif
 
 int main(int argc, char** argv) {
   CLI::App app{"gaengine: linkage maps and input checks for breeding populations"};
   app.require_subcommand(1);
-  std::string seed;
-  app.add_option("--seed", seed,
-                 "Fix the seed of the random starts of ordering, to reproduce a run")
-      ->check(CLI::PositiveNumber);
+  // Options of the command may also follow the sub-command: `gaengine map --seed 3 f.map`.
+  app.fallthrough();
+  app.set_version_flag("--version", std::string("gaengine ") + GAE_VERSION);
+  bool verbose = false;
+  app.add_flag("-v,--verbose", verbose, "Also show the library's own lines (they always go to the run log)");
+  gaecli::RegisterSeedOption(app);
 
   int exit_code = 0;
   gaecli::RegisterMarkersCommand(app, exit_code);
@@ -23,11 +33,21 @@ int main(int argc, char** argv) {
   gaecli::RegisterBinCommand(app, exit_code);
   gaecli::RegisterPlotCommand(app, exit_code);
   gaecli::RegisterGroupsCommand(app, exit_code);
+  gaecli::RegisterImportCommand(app, exit_code);
+  gaecli::AddHelpFooters(app);
+  gaecli::AddInputNameChecks(app);
 
   // The seed must be in place before any sub-command runs.
   app.parse_complete_callback([&] {
-    if (!seed.empty()) ::setenv("GAENGINE_SEED", seed.c_str(), 1);
+    gaecli::SetVerbose(verbose);
+    gaecli::FixSeed();
   });
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    // Help and version end with status 0; every other usage error with 2.
+    const int code = app.exit(e);
+    return code == 0 ? 0 : 2;
+  }
   return exit_code;
 }

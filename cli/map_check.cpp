@@ -5,11 +5,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <cstdio>
 #include <thread>
 
 #include "commands.h"
 #include "gaengine.h"
+#include "library_output.h"
 #include "pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -50,7 +52,10 @@ std::string MarkerTable::Name(int i) const {
 int CheckMapFile(const std::string& path, MarkerTable& t) {
   const PathArg arg(path);
   int n = 0, status = 0;
-  MAPFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  {
+    const LibraryOutput quiet;
+    MAPFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  }
   if (status != 0) return status;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
@@ -58,14 +63,19 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
   const std::string lrd = gae::PairStoreName(path);
-  const std::string fingerprint = InputFingerprint(path);
+  const std::string fingerprint = [&] {
+    const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
+    return InputFingerprint(path);
+  }();
   if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   std::atomic<bool> done{false};
   std::thread progress(ShowProgress, lrd, 8LL * n * (n - 1) / 2, std::cref(done));
+  std::optional<LibraryOutput> quiet(std::in_place);
   CheckErrorMAP(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), t.size_a.data(),
                 t.size_h.data(), t.size_b.data(), t.size_x.data(), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
+  quiet.reset();
   done = true;
   progress.join();
   if (status == 0) RecordPairFileSource(lrd, fingerprint);
@@ -73,6 +83,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
 }
 
 int CheckCdmFile(const std::string& path, MarkerTable& t) {
+  const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
   CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);

@@ -5,12 +5,14 @@
 #include <vector>
 
 #include "gaengine.h"
+#include "library_output.h"
 #include "map_check.h"
 #include "commands.h"
 
 namespace gaecli {
 
 int CheckPlmFile(const std::string& path, MarkerTable& t) {
+  const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
   PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);

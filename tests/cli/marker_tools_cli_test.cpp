@@ -70,7 +70,7 @@ TEST_F(MarkerToolsCommand, SnpFilesBecomeInputFilesOfTheirMapTools) {
   testing::WriteText("bad.snp", "7\n1\n1\n1\n2\n5\nM1 AA TT\nM1 AA AT\nM1 0\n");
   r = Gaengine("snp bad.snp");
   EXPECT_EQ(r.exit_code, 1);
-  EXPECT_THAT(r.out, HasSubstr("--Error3122:"));
+  EXPECT_THAT(r.out, HasSubstr("bad.snp: Method to deal with missing markers out of range [1,2]! Input value=5"));
 }
 
 TEST_F(MarkerToolsCommand, BinWritesTheReducedFileAndTheTableOfBins) {
