@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "frame/tool_profile.h"
 #include "front_end_map.h"
 #include "gaengine.h"
+#include "library_output.h"
 #include "pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
@@ -139,6 +141,8 @@ int StageFailed(const std::string& file, const char* stage, int status) {
 }  // namespace
 
 int RunConsensus(const std::string& file) {
+  // The library's own lines are shown only with -v.
+  std::optional<LibraryOutput> quiet(std::in_place);
   ConsensusCheck check;
   if (const int status = CheckConsensusFile(file, check); status != 0) {
     std::fprintf(stderr, "%s: check failed with status %d (see CMP.log)\n", file.c_str(), status);
@@ -170,6 +174,7 @@ int RunConsensus(const std::string& file) {
   const PathArg path(file);
   CMPOutput(path.Len(), path.Data(), m.num_markers, m.num_mapped, m.num_unlinked, m.num_groups,
             names.data(), m.group_size.data(), m.order.data(), m.position.data(), 1);
+  quiet.reset();
   PrintSummary(file, check, map);
   return 0;
 }
