@@ -17,9 +17,10 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
-#include "engine/map_state.h"
+#include "consensus_run.h"
 #include "frame/message_code.h"
 #include "frame/name_codes.h"
+#include "front_end_map.h"
 #include "frame/population.h"
 #include "frame/tool_profile.h"
 #include "gaengine.h"
@@ -27,6 +28,7 @@
 #include "lod_tree_view.h"
 #include "map_check.h"
 #include "map_options.h"
+#include "plot_sources.h"
 #include "twopoint/pair_store_writer.h"
 #include "report/text_file.h"
 
@@ -66,6 +68,13 @@ const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
   return kMap;
 }
 
+// A consensus run: --tool CMP, or without --tool a file ending in .cmp.
+bool IsConsensus(const std::string& file, std::string chosen) {
+  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
+  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return chosen == "cmp";
+}
+
 // The population type: the first header value, read by the library's own reader.
 int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::InputFile in;
@@ -75,20 +84,6 @@ int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::MessageCode() = 0;  // a bad type shows as "?" in the summary; the run has already said why
   return type;
 }
-
-// The working map that a front end keeps between the stage calls, with the library's rules
-// for the group model and the group names.
-struct FrontEndMap {
-  gae::MapModel model;
-
-  void BuildFromGroups() { gae::RebuildGroupModel(model); }
-
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names(static_cast<size_t>(model.num_groups), std::string(gae::kGroupNameWidth, ' '));
-    gae::NameGroups(model.num_groups, model.group_status.data(), names);
-    return names;
-  }
-};
 
 class Stopwatch {
  public:
@@ -336,11 +331,13 @@ int RunMap(const std::string& file, const std::string& chosen, const std::string
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP, CDM or PLM input file with the default settings");
+  auto* cmd = app.add_subcommand(
+      "map", "Build a linkage map from a MAP, CDM or PLM input file, or the consensus of the maps of a CMP file, "
+             "with the default settings");
   static std::string file, lod, tool;
-  cmd->add_option("file", file, "MAP, CDM or PLM input file")->required();
-  cmd->add_option("--tool", tool, "MAP, CDM or PLM; by default from the file's extension (.cdm, .plm; others MAP)")
-      ->check(CLI::IsMember({"MAP", "CDM", "PLM"}, CLI::ignore_case));
+  cmd->add_option("file", file, "MAP, CDM, PLM or CMP input file")->required();
+  cmd->add_option("--tool", tool, "MAP, CDM, PLM or CMP; by default from the file's extension (.cdm, .plm, .cmp; others MAP)")
+      ->check(CLI::IsMember({"MAP", "CDM", "PLM", "CMP"}, CLI::ignore_case));
   cmd->add_option("--lod", lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)");
@@ -357,11 +354,16 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   static bool plots = false;
   cmd->add_flag("--plots", plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->callback([&exit_code] {
-    exit_code = RunMap(file, tool, lod, order, max_rf);
-    // A pure-line map's .sum and pairwise file read as a bi-parental map's do; a clonal map has
-    // its own picture with both parents' maps.
-    const bool clonal = ToolOfFile(file, tool).id == gae::MapTool::kCDM;
-    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, clonal ? "CDM" : "MAP");
+    const bool consensus = IsConsensus(file, tool);
+    if (consensus && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
+      // A consensus is one group of all markers ordered on distance: nothing here to choose.
+      std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
+      exit_code = 1;
+      return;
+    }
+    exit_code = consensus ? RunConsensus(file) : RunMap(file, tool, lod, order, max_rf);
+    const std::string_view kind = consensus ? "CMP" : ToolOfFile(file, tool).Profile().letters;
+    if (exit_code == 0 && plots) exit_code = WriteMapPictures(file, std::string(kind));
   });
 }
 

@@ -121,7 +121,7 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
 
   gaecli::PlotSources sources;
   std::string error;
-  ASSERT_TRUE(gaecli::LoadPlotSources("small.map", gaecli::MapTool::kMap, sources, error)) << error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("small.map", gae::MapTool::kMAP, sources, error)) << error;
   EXPECT_EQ(sources.pairs_problem, "");
   ASSERT_EQ(sources.chart.blocks.size(), 2u);
   const gaecli::ChartBar& first = sources.chart.blocks[0].bars.at(0);
@@ -232,10 +232,10 @@ TEST_F(Pictures, ClonalChartSetsTheParentsMapsBesideTheCombinedMap) {
   testing::WriteText("cf1.sumf", OneGroupSummary({"CM01", "CM02", "CM04"}, {0.0f, 4.0f, 24.0f}, fmt::A("RecomFrequency", 20), rf));
   gaecli::PlotSources sources;
   std::string error;
-  EXPECT_FALSE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error));
+  EXPECT_FALSE(gaecli::LoadPlotSources("cf1.cdm", gae::MapTool::kCDM, sources, error));
   EXPECT_NE(error.find("cf1.summ is missing"), std::string::npos) << error;
   testing::WriteText("cf1.summ", OneGroupSummary({"CM01", "CM02", "CM03"}, {0.0f, 3.0f, 10.0f}, fmt::A("RecomFrequency", 20), rf));
-  ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error)) << error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gae::MapTool::kCDM, sources, error)) << error;
   ASSERT_EQ(sources.chart.blocks.size(), 1u);
   const auto& bars = sources.chart.blocks[0].bars;
   ASSERT_EQ(bars.size(), 3u);
@@ -262,7 +262,7 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
 
   gaecli::PlotSources sources;
   std::string error;
-  ASSERT_TRUE(gaecli::LoadPlotSources("c3b.cmp", gaecli::MapTool::kCmp, sources, error)) << error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("c3b.cmp", gae::MapTool::kCMP, sources, error)) << error;
   // Three input maps share markers with the consensus: two blocks, the consensus in each.
   ASSERT_EQ(sources.chart.blocks.size(), 2u);
   const auto& block = sources.chart.blocks[0].bars;
