@@ -77,8 +77,11 @@ double RankCorrelation(const ConsensusCheck& check, int map, const FrontEndMap& 
 int CheckConsensusFile(const std::string& file, ConsensusCheck& check) {
   const PathArg path(file);
   int status = 0;
-  CMPFindNumMarkers(path.Len(), path.Data(), &check.space_type, &check.space_unit,
-                    &check.num_maps, &check.num_markers, &status);
+  {
+    const LibraryOutput quiet;
+    CMPFindNumMarkers(path.Len(), path.Data(), &check.space_type, &check.space_unit,
+                      &check.num_maps, &check.num_markers, &status);
+  }
   if (status != 0) return status;
   check.name_codes.assign(static_cast<size_t>(check.num_markers) * 35, 0);
   check.maps_holding.assign(check.num_markers, 0);
@@ -88,8 +91,11 @@ int CheckConsensusFile(const std::string& file, ConsensusCheck& check) {
   const std::string fingerprint = ConsensusFingerprint(file);
   if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
-  CheckErrorCMP(path.Len(), path.Data(), check.num_maps, check.num_markers, check.name_codes.data(),
-                check.maps_holding.data(), check.places.data(), &status);
+  {
+    const LibraryOutput quiet;
+    CheckErrorCMP(path.Len(), path.Data(), check.num_maps, check.num_markers, check.name_codes.data(),
+                  check.maps_holding.data(), check.places.data(), &status);
+  }
   if (status == 0) RecordPairFileSource(lrd, fingerprint);
   return status;
 }
@@ -141,13 +147,13 @@ int StageFailed(const std::string& file, const char* stage, int status) {
 }  // namespace
 
 int RunConsensus(const std::string& file) {
-  // The library's own lines are shown only with -v.
-  std::optional<LibraryOutput> quiet(std::in_place);
   ConsensusCheck check;
   if (const int status = CheckConsensusFile(file, check); status != 0) {
     std::fprintf(stderr, "%s: check failed with status %d (see CMP.log)\n", file.c_str(), status);
     return 1;
   }
+  // The library's own lines are shown only with -v.
+  std::optional<LibraryOutput> quiet(std::in_place);
   // The settled defaults of a whole consensus run, as the library's CMP profile holds them:
   // one group, the shared markers ordered first by distance, a window of five.
   const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kCMP);

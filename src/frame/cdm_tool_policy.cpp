@@ -11,9 +11,7 @@
 namespace gae {
 
 CdmPolicy::CdmPolicy(const CdmCheckArrays* check)
-    : MapToolPolicy(ProfileOf(MapTool::kCDM)), check_(check) {}
-
-void CdmPolicy::Read(InputFile& in) { ReadMapToolInput(in, Profile().tool_code, data_); }
+    : GenotypeToolPolicy(ProfileOf(MapTool::kCDM)), check_(check) {}
 
 void CdmPolicy::FillCheckArrays() {
   if (check_ == nullptr) return;

@@ -34,9 +34,7 @@ void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
 }
 
 MapPolicy::MapPolicy(const MapCheckArrays* check)
-    : MapToolPolicy(ProfileOf(MapTool::kMAP)), check_(check) {}
-
-void MapPolicy::Read(InputFile& in) { ReadMapToolInput(in, Profile().tool_code, data_); }
+    : GenotypeToolPolicy(ProfileOf(MapTool::kMAP)), check_(check) {}
 
 void MapPolicy::FillCheckArrays() {
   if (check_ == nullptr) return;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "frame/tool_policy.h"
+#include "frame/genotype_tool_policy.h"
 #include "input/map_tool_reader.h"
 #include "report/map_layout.h"
 
@@ -34,18 +34,14 @@ MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& map);
 void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
                            const OutputSwitches& switches, ResultFiles& files);
 
-class MapPolicy final : public MapToolPolicy {
+class MapPolicy final : public GenotypeToolPolicy {
  public:
   // `check` is given by CheckErrorMAP only: the arrays that FillCheckArrays fills.
   explicit MapPolicy(const MapCheckArrays* check = nullptr);
 
-  void Read(InputFile& in) override;
-  int32_t NumMarkers() const override { return data_.num_markers; }
-  std::span<const int32_t> WorkingAnchors() const override { return data_.anchors; }
   void FillCheckArrays() override;
 
   bool WritePairs(const std::string& lrd_name, int threads, UniformStream& random) override;
-  int32_t StoreMappingFunction() const override { return data_.mapping_function; }
 
   void WriteResults(ResultFiles& files, const FinishedMap& map,
                     const OutputSwitches& switches, const PairTable& pairs,
@@ -53,7 +49,6 @@ class MapPolicy final : public MapToolPolicy {
 
  private:
   const MapCheckArrays* check_;
-  MapToolInput data_;
 };
 
 }  // namespace gae

@@ -13,9 +13,7 @@
 namespace gae {
 
 PlmPolicy::PlmPolicy(const PlmCheckArrays* check)
-    : MapToolPolicy(ProfileOf(MapTool::kPLM)), check_(check) {}
-
-void PlmPolicy::Read(InputFile& in) { ReadMapToolInput(in, Profile().tool_code, data_); }
+    : GenotypeToolPolicy(ProfileOf(MapTool::kPLM)), check_(check) {}
 
 void PlmPolicy::FillCheckArrays() {
   if (check_ == nullptr) return;

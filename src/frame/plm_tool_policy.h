@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "frame/tool_policy.h"
+#include "frame/genotype_tool_policy.h"
 #include "input/map_tool_reader.h"
 
 namespace gae {
@@ -22,18 +22,14 @@ struct PlmCheckArrays {
   float* probability = nullptr;
 };
 
-class PlmPolicy final : public MapToolPolicy {
+class PlmPolicy final : public GenotypeToolPolicy {
  public:
   // `check` is given by CheckErrorPLM only: the arrays that FillCheckArrays fills.
   explicit PlmPolicy(const PlmCheckArrays* check = nullptr);
 
-  void Read(InputFile& in) override;
-  int32_t NumMarkers() const override { return data_.num_markers; }
-  std::span<const int32_t> WorkingAnchors() const override { return data_.anchors; }
   void FillCheckArrays() override;
 
   bool WritePairs(const std::string& lrd_name, int threads, UniformStream& random) override;
-  int32_t StoreMappingFunction() const override { return data_.mapping_function; }
 
   void WriteResults(ResultFiles& files, const FinishedMap& map,
                     const OutputSwitches& switches, const PairTable& pairs,
@@ -41,7 +37,6 @@ class PlmPolicy final : public MapToolPolicy {
 
  private:
   const PlmCheckArrays* check_;
-  MapToolInput data_;
 };
 
 }  // namespace gae
