@@ -73,7 +73,7 @@ void BM_MapPictures(benchmark::State& state) {
     bool ok = false;
     {
       gae::bench::QuietStdout quiet;
-      ok = gaecli::LoadPlotSources(input, gaecli::MapTool::kMap, sources, error) && sources.pairs_problem.empty() &&
+      ok = gaecli::LoadPlotSources(input, gae::MapTool::kMAP, sources, error) && sources.pairs_problem.empty() &&
            gaecli::WriteChartSvg(sources.chart, sources.stem + ".map.svg", error) &&
            store.Open(sources.lrd_path, sources.record_length, 1);
       if (ok) {

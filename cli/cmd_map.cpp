@@ -18,9 +18,10 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
-#include "engine/map_state.h"
+#include "consensus_run.h"
 #include "frame/message_code.h"
 #include "frame/name_codes.h"
+#include "front_end_map.h"
 #include "frame/population.h"
 #include "frame/tool_profile.h"
 #include "gaengine.h"
@@ -30,6 +31,7 @@
 #include "map_check.h"
 #include "map_options.h"
 #include "map_summary_extras.h"
+#include "plot_sources.h"
 #include "run_settings.h"
 #include "tsv_export.h"
 #include "user_errors.h"
@@ -72,6 +74,13 @@ const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
   return kMap;
 }
 
+// A consensus run: --tool CMP, or without --tool a file ending in .cmp.
+bool IsConsensus(const std::string& file, std::string chosen) {
+  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
+  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return chosen == "cmp";
+}
+
 // The population type: the first header value, read by the library's own reader.
 int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::InputFile in;
@@ -81,20 +90,6 @@ int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   gae::MessageCode() = 0;  // a bad type shows as "?" in the summary; the run has already said why
   return type;
 }
-
-// The working map that a front end keeps between the stage calls, with the library's rules
-// for the group model and the group names.
-struct FrontEndMap {
-  gae::MapModel model;
-
-  void BuildFromGroups() { gae::RebuildGroupModel(model); }
-
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names(static_cast<size_t>(model.num_groups), std::string(gae::kGroupNameWidth, ' '));
-    gae::NameGroups(model.num_groups, model.group_status.data(), names);
-    return names;
-  }
-};
 
 class Stopwatch {
  public:
@@ -369,11 +364,13 @@ int RunMap(const MapOptions& o) {
 }  // namespace
 
 void RegisterMapCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("map", "Build a linkage map from a MAP, CDM or PLM input file with the default settings");
+  auto* cmd = app.add_subcommand(
+      "map", "Build a linkage map from a MAP, CDM or PLM input file, or the consensus of the maps of a CMP file, "
+             "with the default settings");
   static MapOptions o;
-  cmd->add_option("file", o.file, "MAP, CDM or PLM input file")->required();
-  cmd->add_option("--tool", o.tool, "MAP, CDM or PLM; by default from the file's extension (.cdm, .plm; others MAP)")
-      ->check(CLI::IsMember({"MAP", "CDM", "PLM"}, CLI::ignore_case));
+  cmd->add_option("file", o.file, "MAP, CDM, PLM or CMP input file")->required();
+  cmd->add_option("--tool", o.tool, "MAP, CDM, PLM or CMP; by default from the file's extension (.cdm, .plm, .cmp; others MAP)")
+      ->check(CLI::IsMember({"MAP", "CDM", "PLM", "CMP"}, CLI::ignore_case));
   cmd->add_option("--lod", o.lod,
                   "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
                   "run over which the groups stay the same (default 3)")
@@ -400,11 +397,16 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("--min-lod", o.min_lod, "Pairs in <stem>.pairs.tsv: only those of at least this LOD")
       ->capture_default_str();
   cmd->callback([&exit_code] {
-    exit_code = RunMap(o);
-    // A pure-line map's .sum and pairwise file read as a bi-parental map's do; a clonal map has
-    // its own picture with both parents' maps.
-    const bool clonal = ToolOfFile(o.file, o.tool).id == gae::MapTool::kCDM;
-    if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, clonal ? "CDM" : "MAP");
+    const bool consensus = IsConsensus(o.file, o.tool);
+    if (consensus && (!o.lod.empty() || o.order != "default" || o.max_rf >= 0.0f)) {
+      // A consensus is one group of all markers ordered on distance: nothing here to choose.
+      std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
+      exit_code = 2;
+      return;
+    }
+    exit_code = consensus ? RunConsensus(o.file) : RunMap(o);
+    const std::string_view kind = consensus ? "CMP" : ToolOfFile(o.file, o.tool).Profile().letters;
+    if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, std::string(kind));
   });
 }
 

@@ -12,9 +12,9 @@
 namespace gaecli {
 
 int WriteMapPictures(const std::string& file, const std::string& tool_name) {
-  MapTool tool{};
+  gae::MapTool tool{};
   if (!MapToolOf(tool_name.empty() ? file : tool_name, tool)) {
-    std::fprintf(stderr, "%s: cannot tell the map tool from the file name; give --tool MAP, CDM or CMP\n", file.c_str());
+    std::fprintf(stderr, "%s: cannot tell the map tool from the file name; give --tool MAP, CDM, PLM or CMP\n", file.c_str());
     return 1;
   }
   PlotSources sources;
@@ -53,7 +53,7 @@ void RegisterPlotCommand(CLI::App& app, int& exit_code) {
       "plot", "Draw the map chart (.map.svg) and the pairwise heat map (.rf.png) of a finished map");
   static std::string file, tool;
   cmd->add_option("file", file, "Input file of the map tool, whose result files lie beside it")->required();
-  cmd->add_option("--tool", tool, "MAP, CDM or CMP when the file name does not end in .map, .cdm or .cmp");
+  cmd->add_option("--tool", tool, "MAP, CDM, PLM or CMP when the file name does not end in .map, .cdm, .plm or .cmp");
   cmd->callback([&exit_code] { exit_code = WriteMapPictures(file, tool); });
 }
 

@@ -8,6 +8,7 @@
 
 #include "frame/message_code.h"
 #include "frame/tool_profile.h"
+#include "input/consensus_input.h"
 #include "input/map_tool_reader.h"
 
 namespace gaecli {
@@ -33,6 +34,12 @@ std::string FileStamp(const std::string& path) {
          std::to_string(static_cast<long long>(info.st_mtim.tv_nsec));
 }
 
+std::string Hex(uint64_t h) {
+  char text[17];
+  std::snprintf(text, sizeof text, "%016" PRIx64, h);
+  return text;
+}
+
 std::string ReadFirstLine(const std::string& path) {
   std::ifstream in(path);
   std::string line;
@@ -56,9 +63,28 @@ std::string InputFingerprint(const std::string& input_path) {
   for (int i = 0; i < data.num_markers; ++i)
     Hash(h, data.markers.names[i] + std::to_string(data.markers.categories[i]) + "\n");
   Hash(h, std::string(data.markers.types.begin(), data.markers.types.end()));
-  char text[17];
-  std::snprintf(text, sizeof text, "%016" PRIx64, h);
-  return text;
+  return Hex(h);
+}
+
+std::string ConsensusFingerprint(const std::string& input_path) {
+  gae::InputFile in;
+  if (!in.Open(input_path)) return {};
+  gae::ConsensusInput data;
+  gae::ReadConsensusInput(in, data);
+  in.Close();
+  if (gae::MessageCode() != 0) return {};
+  // The pair values are mean distances: each map's markers with their positions in cM, exact
+  // to the bit, whatever space type or unit gave them.
+  uint64_t h = kFnvOffset;
+  for (const gae::ChromosomeRecord& map : data.maps.chromosomes) {
+    Hash(h, std::to_string(map.NumMarkers()) + "\n");
+    for (int j = 0; j < map.NumMarkers(); ++j) {
+      char position[32];
+      std::snprintf(position, sizeof position, " %a\n", static_cast<double>(map.positions[j]));
+      Hash(h, map.marker_names[j] + position);
+    }
+  }
+  return Hex(h);
 }
 
 std::string FingerprintFileName(const std::string& lrd_path) { return lrd_path + ".source"; }

@@ -14,6 +14,8 @@ namespace gaecli {
 // categories, and genotypes. Remarks, spacing and anchors do not count. Empty when the file
 // cannot be read (the check that follows says why).
 std::string InputFingerprint(const std::string& input_path);
+// The fingerprint of a consensus (CMP) input file: each input map's marker names and positions.
+std::string ConsensusFingerprint(const std::string& input_path);
 
 // Where the fingerprint of a pairwise file is kept: its name plus ".source".
 std::string FingerprintFileName(const std::string& lrd_path);

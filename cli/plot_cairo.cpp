@@ -25,15 +25,23 @@ void ShowText(cairo_t* cr, const std::string& text, double x, double y, TextAlig
   cairo_new_path(cr);
 }
 
-double CairoTextWidth(const std::string& text, double font_size) {
+namespace {
+
+double MeasureText(const std::string& text, double font_size, bool bold) {
   // One scratch context for every measure of the run.
   static cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
   static cairo_t* cr = cairo_create(surface);
-  SetFont(cr, font_size, false);
+  SetFont(cr, font_size, bold);
   cairo_text_extents_t extents;
   cairo_text_extents(cr, text.c_str(), &extents);
   return extents.x_advance;
 }
+
+}  // namespace
+
+double CairoTextWidth(const std::string& text, double font_size) { return MeasureText(text, font_size, false); }
+
+double CairoBoldTextWidth(const std::string& text, double font_size) { return MeasureText(text, font_size, true); }
 
 std::string FormatNumber(double value) {
   char text[32];

@@ -14,6 +14,8 @@ void SetFont(cairo_t* cr, double size, bool bold);
 void ShowText(cairo_t* cr, const std::string& text, double x, double y, TextAlign align);
 // The advance of `text` in the sans-serif face at `font_size`.
 double CairoTextWidth(const std::string& text, double font_size);
+// The same in the bold face that titles are set in.
+double CairoBoldTextWidth(const std::string& text, double font_size);
 // A scale number: no decimals when it is whole, else up to two.
 std::string FormatNumber(double value);
 

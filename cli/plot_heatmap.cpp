@@ -86,7 +86,7 @@ HeatGeometry LayOutHeatMap(const std::vector<HeatGroup>& groups, const std::stri
   g.matrix_top = kTitleBand + kNameBand;
   const int legend_right = g.matrix_left + g.matrix_side + 30 + 2 * (kLegendBar + kLegendGap);
   const int caption = static_cast<int>(std::ceil(CairoTextWidth(kCaption, kNameFont)));
-  const int heading = static_cast<int>(std::ceil(CairoTextWidth(title, 14.0 * 1.1)));
+  const int heading = static_cast<int>(std::ceil(CairoBoldTextWidth(title, 14.0)));
   g.width = std::max({legend_right, g.matrix_left + caption, kMargin + heading}) + kMargin;
   g.height = g.matrix_top + std::max(g.matrix_side, kLegendHeight + 30) + kCaptionBand;
   return g;

@@ -60,15 +60,15 @@ struct InputMarkers {
   std::vector<gae::ChromosomeRecord> maps;
 };
 
-bool ReadInputMarkers(const std::string& path, MapTool tool, InputMarkers& out, std::string& error) {
+bool ReadInputMarkers(const std::string& path, gae::MapTool tool, InputMarkers& out, std::string& error) {
   gae::InputFile in;
   if (!in.Open(path)) {
     error = path + " does not exist";
     return false;
   }
   gae::MessageCode() = 0;
-  if (tool == MapTool::kCmp) {
-    constexpr int kConsensus = 105;
+  if (tool == gae::MapTool::kCMP) {
+    const int kConsensus = gae::ProfileOf(tool).tool_code;
     int32_t space_type = 0, space_unit = 0, num_chs = 0;
     gae::MapSection section;
     if (gae::ReadHeaderField(in, gae::HeaderField::kSpaceType, kConsensus, space_type) &&
@@ -81,7 +81,7 @@ bool ReadInputMarkers(const std::string& path, MapTool tool, InputMarkers& out, 
     }
   } else {
     gae::MapToolInput data;
-    gae::ReadMapToolInput(in, tool == MapTool::kMap ? 104 : 20, data);
+    gae::ReadMapToolInput(in, gae::ProfileOf(tool).tool_code, data);
     out.names = data.markers.names;
   }
   if (gae::MessageCode() != 0) {
@@ -129,16 +129,17 @@ std::string FileName(const std::string& path) {
 
 }  // namespace
 
-bool MapToolOf(const std::string& word_or_path, MapTool& tool) {
+bool MapToolOf(const std::string& word_or_path, gae::MapTool& tool) {
   std::string word = Upper(word_or_path);
   if (word.size() > 4 && word[word.size() - 4] == '.') word = word.substr(word.size() - 3);
-  if (word == "MAP") tool = MapTool::kMap;
-  else if (word == "CDM") tool = MapTool::kCdm;
-  else if (word == "CMP") tool = MapTool::kCmp;
-  else return false;
-  return true;
+  for (gae::MapTool t : {gae::MapTool::kMAP, gae::MapTool::kCDM, gae::MapTool::kPLM, gae::MapTool::kCMP}) {
+    if (word == gae::ProfileOf(t).letters) {
+      tool = t;
+      return true;
+    }
+  }
+  return false;
 }
-
 std::vector<int64_t> MatchMarkerNumbers(const std::vector<std::string>& printed_names,
                                         const std::vector<std::string>& input_names) {
   std::unordered_map<std::string, std::deque<int64_t>> numbers;
@@ -157,23 +158,24 @@ std::vector<int64_t> MatchMarkerNumbers(const std::vector<std::string>& printed_
   return matched;
 }
 
-bool LoadPlotSources(const std::string& input_path, MapTool tool, PlotSources& out, std::string& error) {
+bool LoadPlotSources(const std::string& input_path, gae::MapTool tool, PlotSources& out, std::string& error) {
   out = PlotSources{};
   out.stem = gae::ResultStem(input_path);
   out.lrd_path = gae::PairStoreName(input_path);
   // The clonal store keeps both parents' values beside the combined ones.
-  out.record_length = tool == MapTool::kCdm ? 7 : 2;
+  out.record_length = gae::ProfileOf(tool).record_length;
   SumFile sum;
   InputMarkers input;
   if (!ReadSum(out.stem + ".sum", sum, error) || !ReadInputMarkers(input_path, tool, input, error)) return false;
 
   const std::string name = FileName(input_path);
   std::vector<ChartBlock>& blocks = out.chart.blocks;
-  if (tool == MapTool::kMap) {
+  // A pure-line map is one map, like a bi-parental one.
+  if (tool == gae::MapTool::kMAP || tool == gae::MapTool::kPLM) {
     out.chart.title = name + ": " + std::to_string(sum.markers.size()) + " markers on " +
                       std::to_string(sum.groups.size()) + " linkage groups";
     for (const SumGroup& g : sum.groups) blocks.push_back({g.name, {BarOf(sum, g.number, g.name)}});
-  } else if (tool == MapTool::kCdm) {
+  } else if (tool == gae::MapTool::kCDM) {
     SumFile first, second;
     if (!ReadSum(out.stem + ".sumf", first, error) || !ReadSum(out.stem + ".summ", second, error)) return false;
     out.chart.title = name + ": combined map between the maps of the two parents";
@@ -186,9 +188,9 @@ bool LoadPlotSources(const std::string& input_path, MapTool tool, PlotSources& o
   }
 
   HeatMapData& heat = out.heat;
-  heat.title = tool == MapTool::kCmp ? name + ": pairwise recombination frequency"
+  heat.title = tool == gae::MapTool::kCMP ? name + ": pairwise recombination frequency"
                                      : name + ": pairwise recombination frequency and LOD score";
-  heat.lower_is_lod = tool != MapTool::kCmp;
+  heat.lower_is_lod = tool != gae::MapTool::kCMP;
   std::vector<std::string> printed;
   for (const SumMarker& m : sum.markers) printed.push_back(m.name);
   heat.markers = MatchMarkerNumbers(printed, input.names);

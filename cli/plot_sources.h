@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "frame/tool_profile.h"
 #include "plot_chart.h"
 #include "plot_heatmap.h"
 
 namespace gaecli {
 
-enum class MapTool { kMap, kCdm, kCmp };
-
-// "MAP", "CDM", "CMP" in any case, or a file name ending in .map, .cdm or .cmp.
-bool MapToolOf(const std::string& word_or_path, MapTool& tool);
+// A tool's three letters in any case ("MAP", "CDM", "PLM", "CMP"), or a file name ending in a
+// dot and those letters.
+bool MapToolOf(const std::string& word_or_path, gae::MapTool& tool);
 
 struct PlotSources {
   std::string stem;      // of the result files, where the pictures go too
@@ -28,7 +28,7 @@ struct PlotSources {
 // Reads the run's summaries and the input file. False with a one-line `error` when a file is
 // missing or the files do not belong together. A pairwise file that does not fit the input
 // spoils only the heat map: it is told in `pairs_problem`.
-bool LoadPlotSources(const std::string& input_path, MapTool tool, PlotSources& out, std::string& error);
+bool LoadPlotSources(const std::string& input_path, gae::MapTool tool, PlotSources& out, std::string& error);
 
 // The pair-store number of each name as a summary prints it (cut to 19 characters), matched
 // against the input file's names in input order; a name cut to the same text as an earlier one

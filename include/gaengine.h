@@ -123,6 +123,26 @@ GAE_API void CheckErrorAOV(int PathLen, const char* Path, int* Status);  /* anal
 GAE_API void CMPFindNumMarkers(int PathLen, const char* Path, int* SpaceType, int* SpaceUnit,
                                int* NumChs, int* NumMarkers, int* Status);
 
+/* Validates a consensus-map (CMP) input file, fills the caller's arrays and writes the pairwise
+ * file <path less its last four characters>.LRD beside it: for every pair of distinct markers
+ * the mean distance (cM) over the input maps that hold both (1000 when none does) and its
+ * frequency by Morgan's function (a complete file of the same marker count is reused). The
+ * stage functions that follow in the same process read that file with ToolCode 105.
+ *   NumChs           the number of input maps (from CMPFindNumMarkers)
+ *   NumMarkers       the number of distinct markers (from CMPFindNumMarkers)
+ *   MarkerNameCodes  NumMarkers x 35 character codes, marker index fastest, markers numbered
+ *                    in the order of their first appearance in the file
+ *   NumMaps          [NumMarkers] on how many input maps each marker stands; pass it as the
+ *                    Anchor of the stage functions
+ *   MarkerPlaces     [NumMarkers x NumChs] the place (1 = first marker of that map) of each
+ *                    marker on each map, 0 where the map lacks it; laid out like
+ *                    MarkerNameCodes, the marker index running fastest: marker i on map c at
+ *                    (c-1)*NumMarkers + (i-1)
+ *   Status           0, or the code of the first error (see CMP.log); 2032 when no marker
+ *                    stands on every map */
+GAE_API void CheckErrorCMP(int PathLen, const char* Path, int NumChs, int NumMarkers,
+                           int* MarkerNameCodes, int* NumMaps, int* MarkerPlaces, int* Status);
+
 /* ---- Checks of the marker tools ----------------------------------------------------------
  * `ToolCode` gives the population rules: 20 clonal F1 / double cross, 30 four- and eight-way
  * pure lines, any other value two inbred parents (use 2). Logs: SNP.log and BIN.log. */
@@ -384,6 +404,19 @@ GAE_API void PLMOutput(int PathLen, const char* Path, int NumMarkers, const int*
                        const int* GroupSize, const int* Order, const float* Position,
                        int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles);
 
+/* Writes the reports of a consensus map beside its CMP input file: .sum (each marker of the
+ * consensus with its interval and position, the number of input maps that hold it and its
+ * place on each of them, then the chromosome table, unlinked and deleted markers, as in
+ * MAPOutput) and, with the switch, .dis (the distances between the first 100 markers of the
+ * map order). The input file is read again for the names and the maps; the pairwise file of
+ * the last CheckErrorCMP of this process supplies the distances. The arguments are those of
+ * MAPOutput less the anchors, which the maps read again replace, and with one switch:
+ *   WriteDIS   write .dis when 1 */
+GAE_API void CMPOutput(int PathLen, const char* Path, int NumMarkers, int NumMapped,
+                       int NumUnlinked, int NumGroups, const int* GroupNameCodes,
+                       const int* GroupSize, const int* Order, const float* Position,
+                       int WriteDIS);
+
 /* ---- The whole run ----------------------------------------------------------------------- */
 
 /* Builds a linkage map from one MAP input file with the settled defaults and writes every
@@ -406,6 +439,14 @@ GAE_API void CDMAllByDefault(int PathLen, const char* Path, int* Status);
  * files of PLMOutput with every switch on. The stages log to PLM.log.
  *   Status   0, or the code of the error that stopped the run */
 GAE_API void PLMAllByDefault(int PathLen, const char* Path, int* Status);
+
+/* Builds a consensus of the maps of one CMP input file with the settled defaults and writes
+ * .LRD, .sum and .dis beside it: every marker in one group, the markers shared by two maps or
+ * more ordered by distance (five random starts, 2-opt on the open path) with the others
+ * inserted around them, then a window of 5 markers slid once along the order. The stages log
+ * to CMP.log in the current folder.
+ *   Status   0, or the code of the error that stopped the run */
+GAE_API void CMPAllByDefault(int PathLen, const char* Path, int* Status);
 
 /* ---- Two-point calculator: one table of a marker pair, typed in by hand ------------------ */
 

@@ -1,7 +1,7 @@
 #include "input/find_num_markers.h"
 
 #include "input/header_fields.h"
-#include "input/map_section.h"
+#include "input/consensus_input.h"
 
 namespace gae {
 
@@ -17,19 +17,13 @@ void ReadMarkerCountHeader(InputFile& in, int tool_code, int* scratch) {
 
 void ReadConsensusSizes(InputFile& in, int* space_type, int* space_unit, int* num_chs,
                         int* num_markers) {
-  constexpr int kConsensus = 105;
-  int32_t values[3] = {0, 0, 0};
-  int* results[3] = {space_type, space_unit, num_chs};
-  const HeaderField fields[3] = {HeaderField::kSpaceType, HeaderField::kSpaceUnit,
-                                 HeaderField::kNumChs};
-  for (int f = 0; f < 3; ++f) {
-    if (!ReadHeaderField(in, fields[f], kConsensus, values[f])) return;
-    *results[f] = values[f];
-  }
-  MapSection map;
-  if (ReadMapSection(in, kConsensus, values[2], values[0], values[1], map)) {
-    *num_markers = map.distinct.Count();
-  }
+  ConsensusInput data;
+  const bool read = ReadConsensusInput(in, data);
+  // A header value stands in the caller's variable once it has passed its check.
+  if (data.space_type != 0) *space_type = data.space_type;
+  if (data.space_unit != 0) *space_unit = data.space_unit;
+  if (data.num_maps != 0) *num_chs = data.num_maps;
+  if (read) *num_markers = data.maps.distinct.Count();
 }
 
 }  // namespace gae

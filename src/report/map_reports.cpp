@@ -40,10 +40,6 @@ void SumChromosomeRows(const FinishedMapLayout& map, const PairTable& pairs, int
   }
 }
 
-float ChromosomeLength(const FinishedMapLayout& map, int32_t base, int32_t n) {
-  return n > 0 ? map.position[base + n - 1] - map.position[base] : 0.0f;
-}
-
 }  // namespace
 
 float Interference(float r1, float r2, float r3) {
@@ -53,19 +49,13 @@ float Interference(float r1, float r2, float r3) {
 }
 
 SummaryTable CombinedSummary(const FinishedMapLayout& map, const PairTable& pairs, bool interference) {
-  SummaryTable table;
+  SummaryTable table = FinishedMapSections(map);
   table.interference = interference;
   int32_t base = 0;
   for (int32_t c = 1; c <= map.NumChromosomes(); ++c) {
-    const int32_t n = map.chromosome_sizes[c - 1];
     SumChromosomeRows(map, pairs, c, base, table);
-    table.chromosome_markers.push_back(n);
-    table.chromosome_lengths.push_back(ChromosomeLength(map, base, n));
-    base += n;
+    base += map.chromosome_sizes[c - 1];
   }
-  table.unlinked.assign(map.order.begin() + map.num_mapped,
-                        map.order.begin() + map.num_mapped + map.num_unlinked);
-  table.deleted.assign(map.order.begin() + map.num_mapped + map.num_unlinked, map.order.end());
   return table;
 }
 

@@ -38,7 +38,11 @@ std::string SummaryText(const FinishedMapLayout& map, const SummaryTable& table)
     out += "\n";
   }
   out += "\n";
+  return out + SummarySectionsText(map, table);
+}
 
+std::string SummarySectionsText(const FinishedMapLayout& map, const SummaryTable& table) {
+  std::string out;
   for (const char* word : {"ChromosomeID", "ChromosomeName", "NumMarkers", "ChromLength(cM)"})
     out += A(word, 20);
   out += "\n";
@@ -57,6 +61,21 @@ std::string SummaryText(const FinishedMapLayout& map, const SummaryTable& table)
   out += "\n";
   MarkerListSection(map, "DeletedMarkerID", table.deleted, out);
   return out;
+}
+
+SummaryTable FinishedMapSections(const FinishedMapLayout& map) {
+  SummaryTable table;
+  int32_t base = 0;
+  for (int32_t c = 1; c <= map.NumChromosomes(); ++c) {
+    const int32_t n = map.chromosome_sizes[c - 1];
+    table.chromosome_markers.push_back(n);
+    table.chromosome_lengths.push_back(n > 0 ? map.position[base + n - 1] - map.position[base] : 0.0f);
+    base += n;
+  }
+  table.unlinked.assign(map.order.begin() + map.num_mapped,
+                        map.order.begin() + map.num_mapped + map.num_unlinked);
+  table.deleted.assign(map.order.begin() + map.num_mapped + map.num_unlinked, map.order.end());
+  return table;
 }
 
 std::string PairMatrixText(const FinishedMapLayout& map, std::span<const int32_t> markers,

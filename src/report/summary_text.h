@@ -29,6 +29,13 @@ struct SummaryTable {
 
 // Names of markers and chromosomes come from `map`.
 std::string SummaryText(const FinishedMapLayout& map, const SummaryTable& table);
+// The sections after the map section: the chromosome table, the unlinked and the deleted
+// markers. A tool whose map section has columns of its own (the consensus) writes that
+// section itself and ends with these.
+std::string SummarySectionsText(const FinishedMapLayout& map, const SummaryTable& table);
+// The chromosome sizes and lengths and the unlinked and deleted markers of a finished map;
+// the map section's rows are left empty.
+SummaryTable FinishedMapSections(const FinishedMapLayout& map);
 
 // The lower triangle of a pair value over the first 100 of `markers` (input numbers in map
 // order): header, then row i with its number, name, anchor and the values of the pairs

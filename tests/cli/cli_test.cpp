@@ -94,6 +94,40 @@ TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
   EXPECT_EQ(Gaengine("map --tool CDM --lod 4 other.txt").exit_code, 2);
 }
 
+TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
+  testing::WriteText("maps.cmp", ReadText(testing::SourcePath("examples/three_maps_3b.cmp")));
+  const Result cli = Gaengine("--seed 5 map maps.cmp");
+  ASSERT_EQ(cli.exit_code, 0) << cli.out;
+  EXPECT_THAT(cli.out, HasSubstr("  Markers           16"));
+  EXPECT_THAT(cli.out, HasSubstr("  Input maps        3"));
+  EXPECT_THAT(cli.out, HasSubstr("  Shared markers    16 (on two maps or more)"));
+  // Each map's own length (last position less first), in the order of the file.
+  EXPECT_THAT(cli.out, HasSubstr("  PopA_3B                    14   109.5 cM"));
+  EXPECT_THAT(cli.out, HasSubstr("  PopB_3B                    13   117.2 cM"));
+  EXPECT_THAT(cli.out, HasSubstr("  PopC_3B                    14    96.2 cM"));
+  EXPECT_TRUE(testing::FileExists("maps.sum") && testing::FileExists("maps.dis"));
+
+  // PopB with its second and twelfth markers exchanged: the pairs are computed again, and PopB
+  // stands out by the lowest rank correlation.
+  std::string text = ReadText("maps.cmp");
+  const size_t second = text.find("gwm113                              PopB");
+  const size_t twelfth = text.find("gwm269                              PopB");
+  ASSERT_TRUE(second != std::string::npos && twelfth != std::string::npos);
+  text.replace(twelfth, 6, "gwm113");
+  text.replace(second, 6, "gwm269");
+  testing::WriteText("maps.cmp", text);
+  const Result swapped = Gaengine("--seed 5 map maps.cmp");
+  ASSERT_EQ(swapped.exit_code, 0) << swapped.out;
+  EXPECT_THAT(swapped.out, HasSubstr("maps.LRD is computed again: it was computed from other data."));
+  auto correlation = [&](const std::string& map) {
+    const size_t at = swapped.out.find("  " + map + " ");
+    return std::stod(swapped.out.substr(swapped.out.find(" cM", at) + 3, 17));
+  };
+  EXPECT_LT(correlation("PopB_3B"), 0.6);
+  EXPECT_GT(correlation("PopA_3B"), 0.9);
+  EXPECT_GT(correlation("PopC_3B"), 0.9);
+}
+
 TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
   testing::WriteText("four.plm", ReadText(testing::SourcePath("examples/four_way_ril.plm")));
   const Result cli = Gaengine("--seed 31 map four.plm");

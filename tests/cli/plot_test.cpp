@@ -73,8 +73,6 @@ TEST(LabelSpread, MovesCrowdedNamesApartAsLittleAsPossible) {
 
 using Store = testing::MemoryStore;
 
-std::string Pad(const std::string& s, std::size_t n) { return s + std::string(n - s.size(), ' '); }
-
 struct Png {
   explicit Png(const std::string& path) : surface(cairo_image_surface_create_from_png(path.c_str())) {}
   ~Png() { cairo_surface_destroy(surface); }
@@ -110,12 +108,12 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
 
   MapLayout layout;
   layout.population_type = 7;
-  for (const std::string& n : names) layout.marker_names.push_back(Pad(n, 35));
+  for (const std::string& n : names) layout.marker_names.push_back(fmt::PadRight(n, 35));
   layout.num_markers = 6;
   layout.num_mapped = 5;
   layout.num_unlinked = 1;
   layout.anchor.assign(6, 0);
-  layout.chromosome_names = {Pad("Chromsome1", 19), Pad("Chromsome2", 19)};
+  layout.chromosome_names = {fmt::PadRight("Chromsome1", 19), fmt::PadRight("Chromsome2", 19)};
   layout.chromosome_sizes = {3, 2};
   layout.order = {3, 2, 1, 4, 6, 5};
   layout.position = {0.0f, 12.5f, 30.25f, 0.0f, 45.0f};
@@ -123,7 +121,7 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
 
   gaecli::PlotSources sources;
   std::string error;
-  ASSERT_TRUE(gaecli::LoadPlotSources("small.map", gaecli::MapTool::kMap, sources, error)) << error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("small.map", gae::MapTool::kMAP, sources, error)) << error;
   EXPECT_EQ(sources.pairs_problem, "");
   ASSERT_EQ(sources.chart.blocks.size(), 2u);
   const gaecli::ChartBar& first = sources.chart.blocks[0].bars.at(0);
@@ -203,7 +201,6 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   EXPECT_EQ(png.At(h.matrix_left + 3 * 40, h.matrix_top + 20), (gaecli::Rgb{255, 255, 255}));  // the boundary
 }
 
-// A consensus: the input maps of the bundled 3B example beside a hand-written consensus summary.
 // A summary of one group "Chromsome1" in the fixed columns of the reports. The tool's further
 // columns: `header_tail` after the first five headers, `extra` after each marker row.
 std::string OneGroupSummary(const std::vector<std::string>& markers, const std::vector<float>& positions,
@@ -235,10 +232,10 @@ TEST_F(Pictures, ClonalChartSetsTheParentsMapsBesideTheCombinedMap) {
   testing::WriteText("cf1.sumf", OneGroupSummary({"CM01", "CM02", "CM04"}, {0.0f, 4.0f, 24.0f}, fmt::A("RecomFrequency", 20), rf));
   gaecli::PlotSources sources;
   std::string error;
-  EXPECT_FALSE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error));
+  EXPECT_FALSE(gaecli::LoadPlotSources("cf1.cdm", gae::MapTool::kCDM, sources, error));
   EXPECT_NE(error.find("cf1.summ is missing"), std::string::npos) << error;
   testing::WriteText("cf1.summ", OneGroupSummary({"CM01", "CM02", "CM03"}, {0.0f, 3.0f, 10.0f}, fmt::A("RecomFrequency", 20), rf));
-  ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gaecli::MapTool::kCdm, sources, error)) << error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gae::MapTool::kCDM, sources, error)) << error;
   ASSERT_EQ(sources.chart.blocks.size(), 1u);
   const auto& bars = sources.chart.blocks[0].bars;
   ASSERT_EQ(bars.size(), 3u);
@@ -265,7 +262,7 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
 
   gaecli::PlotSources sources;
   std::string error;
-  ASSERT_TRUE(gaecli::LoadPlotSources("c3b.cmp", gaecli::MapTool::kCmp, sources, error)) << error;
+  ASSERT_TRUE(gaecli::LoadPlotSources("c3b.cmp", gae::MapTool::kCMP, sources, error)) << error;
   // Three input maps share markers with the consensus: two blocks, the consensus in each.
   ASSERT_EQ(sources.chart.blocks.size(), 2u);
   const auto& block = sources.chart.blocks[0].bars;

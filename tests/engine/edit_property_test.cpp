@@ -19,17 +19,7 @@ namespace {
 using testing::EditRequest;
 using testing::TestMap;
 
-struct Snapshot {
-  std::vector<int32_t> order, group, group_size, group_status;
-  std::vector<float> position;
-  int32_t num_mapped, num_unlinked, num_deleted;
-  bool operator==(const Snapshot&) const = default;
-};
-
-Snapshot Take(const TestMap& map) {
-  return {map.order,    map.group,      map.group_size,   map.group_status,
-          map.position, map.num_mapped, map.num_unlinked, map.num_deleted};
-}
+using Snapshot = TestMap;  // a copy of the map before an edit
 
 int32_t Start(const Snapshot& s, int32_t g) {  // 1-based index of group g's first entry
   int32_t start = 1;
@@ -135,14 +125,14 @@ TEST(EditProperty, RandomEditSequencesKeepTheMapWhole) {
     for (int step = 0; step < 25; ++step) {
       GroupModelArrays model = map.Arrays();
       const EditRequest edit = testing::RandomEdit(rng, model);
-      const Snapshot before = Take(map);
+      const Snapshot before = map;
       if (check_gaps && ShiftsPositionsOutOfStep(before, edit)) continue;
       switch (edit.kind) {
         case EditRequest::kMarkerMove:
           ApplyMarkerMove(model, PlanMarkerMove(model, edit.a, edit.b, edit.c), &table);
           map.TakeCounts(model);
-          ASSERT_TRUE(MarkerLanded(before, Take(map), edit)) << "sequence " << sequence;
-          moves_applied += Take(map) != before;
+          ASSERT_TRUE(MarkerLanded(before, map, edit)) << "sequence " << sequence;
+          moves_applied += map != before;
           break;
         case EditRequest::kGroupMove:
           MoveGroup(edit.a, edit.b, model.num_groups, model.num_markers, map.group_size.data(),
@@ -152,7 +142,7 @@ TEST(EditProperty, RandomEditSequencesKeepTheMapWhole) {
             MoveGroup(edit.a, edit.b, model.num_groups, model.num_markers,
                       map.group_size.data(), map.group_status.data(), map.group.data(),
                       map.order.data(), map.position.data());
-            ASSERT_TRUE(Take(map) == before);
+            ASSERT_TRUE(map == before);
           }
           break;
         case EditRequest::kGroupReverse: {

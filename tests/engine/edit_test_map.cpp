@@ -9,25 +9,13 @@
 namespace gae::testing {
 
 PairTable TestMap::Table() const {
-  PairTable table;
-  table.records = records.data();
-  table.num_records = static_cast<int64_t>(records.size() / 2);
-  table.record_length = 2;
-  table.mapping_function = mapping_function;
-  return table;
+  return PairTable{records.data(), static_cast<int64_t>(records.size() / 2), 2, mapping_function};
 }
 
 GroupModelArrays TestMap::Arrays() {
-  return GroupModelArrays{static_cast<int32_t>(order.size()),
-                          static_cast<int32_t>(group_size.size()),
-                          num_mapped,
-                          num_unlinked,
-                          num_deleted,
-                          group_size.data(),
-                          group_status.data(),
-                          group.data(),
-                          order.data(),
-                          position.data()};
+  return GroupModelArrays{static_cast<int32_t>(order.size()), static_cast<int32_t>(group_size.size()),
+                          num_mapped, num_unlinked, num_deleted, group_size.data(), group_status.data(),
+                          group.data(), order.data(), position.data()};
 }
 
 void TestMap::TakeCounts(const GroupModelArrays& model) {
@@ -62,12 +50,9 @@ TestMap LayOut(const std::vector<MarkerSpot>& spots, int32_t mapping_function,
     for (size_t k = 0; k < groups[g].size(); ++k) {
       const int32_t m = groups[g][k];
       map.group[m - 1] = static_cast<int32_t>(g + 1);
-      float pos = 0.0f;
-      if (k > 0 && statuses[g] != kGroupGrouped) {
-        pos = map.position.back() + table.Distance(groups[g][k - 1], m);
-      }
+      const bool measured = k > 0 && statuses[g] != kGroupGrouped;
+      map.position.push_back(measured ? map.position.back() + table.Distance(groups[g][k - 1], m) : 0.0f);
       map.order.push_back(m);
-      map.position.push_back(pos);
     }
     map.num_mapped += static_cast<int32_t>(groups[g].size());
   }
@@ -108,11 +93,8 @@ TestMap RandomMappedExample(std::mt19937& rng) {
     const int32_t status = uniform(1, 4) == 1 ? 1 : uniform(2, 3);
     statuses.push_back(status);
     auto by_place = [&](int32_t a, int32_t b) { return spots[a - 1].x < spots[b - 1].x; };
-    if (status == kGroupGrouped) {
-      std::sort(groups[g].begin(), groups[g].end());
-    } else {
-      std::sort(groups[g].begin(), groups[g].end(), by_place);
-    }
+    if (status == kGroupGrouped) std::sort(groups[g].begin(), groups[g].end());
+    else std::sort(groups[g].begin(), groups[g].end(), by_place);
   }
   for (int k = 0; k < num_unlinked; ++k) unlinked.push_back(numbers[next++]);
   for (int k = 0; k < num_deleted; ++k) deleted.push_back(numbers[next++]);
@@ -143,16 +125,13 @@ EditRequest RandomEdit(std::mt19937& rng, const GroupModelArrays& model) {
   const int32_t n = model.num_markers;
   if (model.num_mapped < 0 || model.num_unlinked < 0 || model.num_deleted < 0 ||
       model.num_mapped + model.num_unlinked + model.num_deleted != n) {
-    return ::testing::AssertionFailure() << "block counts " << model.num_mapped << " + "
-                                         << model.num_unlinked << " + " << model.num_deleted
-                                         << " against " << n << " markers";
+    return ::testing::AssertionFailure() << "block counts " << model.num_mapped << " + " << model.num_unlinked
+                                         << " + " << model.num_deleted << " against " << n << " markers";
   }
   std::vector<int> seen(n + 1, 0);
   for (int32_t i = 0; i < n; ++i) {
     const int32_t m = model.order[i];
-    if (m < 1 || m > n || seen[m]++ != 0) {
-      return ::testing::AssertionFailure() << "order entry " << i + 1 << " is " << m;
-    }
+    if (m < 1 || m > n || seen[m]++ != 0) return ::testing::AssertionFailure() << "order entry " << i + 1 << " is " << m;
   }
   // The block each index belongs to, as `Group` must name it.
   std::vector<int32_t> block_of(n, 0);
@@ -160,8 +139,7 @@ EditRequest RandomEdit(std::mt19937& rng, const GroupModelArrays& model) {
   for (int32_t g = 1; g <= model.num_groups; ++g) {
     const int32_t size = model.group_size[g - 1];
     if (size < 0 || start + size > model.num_mapped) {
-      return ::testing::AssertionFailure() << "group " << g << " of size " << size
-                                           << " overruns the mapped block";
+      return ::testing::AssertionFailure() << "group " << g << " of size " << size << " overruns the mapped block";
     }
     const bool ordered = model.group_status[g - 1] != kGroupGrouped;
     for (int32_t k = 0; k < size; ++k) {
@@ -169,26 +147,20 @@ EditRequest RandomEdit(std::mt19937& rng, const GroupModelArrays& model) {
       const float pos = model.position[start + k];
       const float previous = k == 0 ? 0.0f : model.position[start + k - 1];
       if (ordered ? pos < previous || (k == 0 && pos != 0.0f) : pos != 0.0f) {
-        return ::testing::AssertionFailure() << "group " << g << " place " << k + 1
-                                             << " has position " << pos;
+        return ::testing::AssertionFailure() << "group " << g << " place " << k + 1 << " has position " << pos;
       }
     }
     start += size;
   }
-  if (start != model.num_mapped) {
-    return ::testing::AssertionFailure() << "group sizes sum to " << start;
-  }
+  if (start != model.num_mapped) return ::testing::AssertionFailure() << "group sizes sum to " << start;
   for (int32_t i = model.num_mapped; i < n; ++i) {
     block_of[i] = i < model.num_mapped + model.num_unlinked ? 0 : kDeletedGroup;
-    if (model.position[i] != 0.0f) {
-      return ::testing::AssertionFailure() << "unplaced entry " << i + 1 << " has a position";
-    }
+    if (model.position[i] != 0.0f) return ::testing::AssertionFailure() << "unplaced entry " << i + 1 << " has a position";
   }
   for (int32_t i = 0; i < n; ++i) {
     if (model.group[model.order[i] - 1] != block_of[i]) {
-      return ::testing::AssertionFailure() << "marker " << model.order[i] << " at " << i + 1
-                                           << " has group " << model.group[model.order[i] - 1]
-                                           << " but lies in block " << block_of[i];
+      return ::testing::AssertionFailure() << "marker " << model.order[i] << " at " << i + 1 << " has group "
+                                           << model.group[model.order[i] - 1] << " but lies in block " << block_of[i];
     }
   }
   return ::testing::AssertionSuccess();

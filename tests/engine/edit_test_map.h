@@ -30,6 +30,7 @@ struct TestMap {
   PairTable Table() const;
   GroupModelArrays Arrays();  // points into this map's vectors
   void TakeCounts(const GroupModelArrays& model);
+  bool operator==(const TestMap&) const = default;
 };
 
 // `groups` lists each group's markers in map order; a group whose status is not 1 gets its

@@ -3,7 +3,6 @@
 // only the edits that need no distance take place.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
 #include <string>
 
@@ -12,6 +11,7 @@
 #include "engine/edit_test_map.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
+#include "support/pair_store.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -24,11 +24,10 @@ class EditingExports : public testing::InTempDir {
  protected:
   // Writes the records as the project's .LRD and leaves its name where a CheckError export
   // would.
-  void InstallStore(const TestMap& map) {
-    std::ofstream out("project.LRD", std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(map.records.data()),
-              static_cast<std::streamsize>(map.records.size() * sizeof(float)));
-    Process().pair_store = PairStoreSettings{"project.LRD", 2, map.mapping_function};
+  static void InstallStore(const TestMap& map) {
+    testing::MemoryStore store;
+    store.records = map.records;
+    testing::UseStoreFile(store, "project.LRD", map.mapping_function);
   }
   static void MarkerMove(TestMap& m, int index, int target, int mode) {
     MAPGroupMarkerMove(index, target, mode, static_cast<int>(m.group_size.size()),
@@ -40,12 +39,6 @@ class EditingExports : public testing::InTempDir {
     MAPGroupMove(id, direction, static_cast<int>(m.group_size.size()),
                  static_cast<int>(m.order.size()), m.group_size.data(), m.group_status.data(),
                  m.group.data(), m.order.data(), m.position.data());
-  }
-  static bool SameModel(const TestMap& a, const TestMap& b) {
-    return a.order == b.order && a.position == b.position && a.group == b.group &&
-           a.group_size == b.group_size && a.group_status == b.group_status &&
-           a.num_mapped == b.num_mapped && a.num_unlinked == b.num_unlinked &&
-           a.num_deleted == b.num_deleted;
   }
 };
 
@@ -73,7 +66,7 @@ TEST_F(EditingExports, RandomSequencesMatchTheInnerStepsOnTheSameRecords) {
         ReverseGroup(size, model.order + start, model.position + start);
         MAPGroupReverse(size, &exported.order[start], &exported.position[start]);
       }
-      ASSERT_TRUE(SameModel(inner, exported)) << "sequence " << sequence << " step " << step;
+      ASSERT_TRUE(inner == exported) << "sequence " << sequence << " step " << step;
       ASSERT_TRUE(testing::LayoutHolds(exported.Arrays()));
     }
   }
@@ -90,10 +83,10 @@ TEST_F(EditingExports, WithoutAStoreOnlyEditsThatNeedNoDistanceHappen) {
   MarkerMove(map, 2, 0, 1);  // joining 1 and 3 needs their distance
   MarkerMove(map, 1, 1, 2);  // so does a swap in an ordered group of three
   MarkerMove(map, 6, 1, 1);  // and measuring a newcomer from the group's last marker
-  EXPECT_TRUE(SameModel(map, start));
+  EXPECT_TRUE(map == start);
   Process().pair_store = PairStoreSettings{"missing.LRD", 2, 3};
   MarkerMove(map, 2, 0, 1);
-  EXPECT_TRUE(SameModel(map, start));
+  EXPECT_TRUE(map == start);
 
   MarkerMove(map, 3, 0, 1);  // the last marker leaves without measuring anything
   MarkerMove(map, 5, 2, 3);  // the unlinked marker (now at 5) joins the unordered group

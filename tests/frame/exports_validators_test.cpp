@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "frame/process_state.h"
@@ -20,32 +21,21 @@ using testing::ReadLines;
 using testing::SourcePath;
 using testing::WriteText;
 
-using CheckExport = testing::PathExport;
-
-int Check(CheckExport fn, const std::string& path) { return testing::CallOnPath(fn, path); }
+using testing::CallOnPath;
 
 class ValidatorExports : public testing::InTempDir {};
 
 TEST_F(ValidatorExports, EveryExampleFilePassesItsCheck) {
-  const struct {
-    CheckExport fn;
-    const char* file;
-    const char* log;
-  } examples[] = {
-      {CheckErrorBIP, "examples/ril_two_traits.bip", "BIP.log"},
-      {CheckErrorSDL, "examples/f2_segregation.sdl", "SDL.log"},
-      {CheckErrorMET, "examples/backcross_three_environments.met", "MET.log"},
-      {CheckErrorNAM, "examples/three_families.nam", "NAM.log"},
-      {CheckErrorPLQ, "examples/four_way_ril.plq", "PLQ.log"},
-      {CheckErrorCDQ, "examples/clonal_f1.cdq", "CDQ.log"},
-      {CheckErrorCSL, "examples/segment_lines.csl", "CSL.log"},
-      {CheckErrorAOV, "examples/trial_two_traits.aov", "AOV.log"},
-  };
-  for (const auto& e : examples) {
-    EXPECT_EQ(Check(e.fn, SourcePath(e.file)), 0) << e.file;
-    const std::vector<std::string> log = ReadLines(e.log);
-    ASSERT_FALSE(log.empty());
-    EXPECT_EQ(log.back(), "DLL CheckError" + std::string(e.log).substr(0, 3) + " run successfully!");
+  const std::tuple<testing::PathExport, std::string, const char*> examples[] = {
+      {CheckErrorBIP, "BIP", "ril_two_traits.bip"}, {CheckErrorSDL, "SDL", "f2_segregation.sdl"},
+      {CheckErrorMET, "MET", "backcross_three_environments.met"}, {CheckErrorNAM, "NAM", "three_families.nam"},
+      {CheckErrorPLQ, "PLQ", "four_way_ril.plq"}, {CheckErrorCDQ, "CDQ", "clonal_f1.cdq"},
+      {CheckErrorCSL, "CSL", "segment_lines.csl"}, {CheckErrorAOV, "AOV", "trial_two_traits.aov"}};
+  for (const auto& [fn, tool, file] : examples) {
+    EXPECT_EQ(CallOnPath(fn, SourcePath(std::string("examples/") + file)), 0) << file;
+    const std::vector<std::string> log = ReadLines(tool + ".log");
+    ASSERT_FALSE(log.empty()) << file;
+    EXPECT_EQ(log.back(), "DLL CheckError" + tool + " run successfully!");
   }
 }
 
@@ -143,12 +133,12 @@ TEST_F(ValidatorExports, AMissingWordSwitchesOffMinusHundredForTheRestOfTheProce
   WriteText("old.bip", old_style);
   WriteText("new.bip", testing::ReadText("old.bip").replace(old_style.find("-100"), 4, "NA"));
   const std::string too_low = "           1           5   -100.0000     55.0000      TooLow";
-  EXPECT_EQ(Check(CheckErrorBIP, "old.bip"), 0);
+  EXPECT_EQ(CallOnPath(CheckErrorBIP, "old.bip"), 0);
   EXPECT_THAT(ReadLines("BIP.log"), Not(Contains(too_low)));
   EXPECT_FALSE(Process().missing_word_seen);
-  EXPECT_EQ(Check(CheckErrorBIP, "new.bip"), 0);
+  EXPECT_EQ(CallOnPath(CheckErrorBIP, "new.bip"), 0);
   EXPECT_TRUE(Process().missing_word_seen);
-  EXPECT_EQ(Check(CheckErrorBIP, "old.bip"), 0);
+  EXPECT_EQ(CallOnPath(CheckErrorBIP, "old.bip"), 0);
   EXPECT_THAT(ReadLines("BIP.log"), Contains(too_low));
 }
 

@@ -39,20 +39,39 @@ TEST_F(FindNumMarkers, ReadsTheFourthHeaderValueOfARealFile) {
   EXPECT_FALSE(Process().log.IsConnected());
 }
 
-// A failure's cause and entry lines: map_tool_frame_test.
-TEST_F(FindNumMarkers, RemarksAloneAreNoHeaderAndTheEntryLineLeavesItsCode) {
-  WriteText("remarks.map", "! nothing\n!but remarks\n");
+// The status and the count a header read leaves. A failure's cause and entry lines, and a
+// missing file in general: map_tool_frame_test.
+TEST_F(FindNumMarkers, StatusAndCountOfOddHeaders) {
+  const struct {
+    const char* text;  // the file "a.map", or none
+    const char* path;
+    int status, count;  // count -1: not checked
+  } cases[] = {
+      {"! nothing\n!but remarks\n", "a.map", 2003, -1},  // remarks alone are no header
+      {"7\n2\n9\n10\n", "a.map", 2011, 2},                // the count is the read's scratch
+      {"7\n1\n1\n3\n5\n", "a.map   ", 0, 3},             // trailing blanks are trimmed
+      {"7\n1\n1\n99999999999\n5\n", "a.map", 2016, -1},
+      {nullptr, "", 1002, -1},                               // an empty path is a missing file
+  };
+  for (const auto& c : cases) {
+    if (c.text != nullptr) WriteText("a.map", c.text);
+    int count = 0;
+    EXPECT_EQ(Call(MAPFindNumMarkers, c.path, count), c.status) << c.text;
+    if (c.count >= 0) {
+      EXPECT_EQ(count, c.count) << c.text;
+    }
+    if (c.status != 0) {
+      EXPECT_EQ(MessageCode(), 1101);  // the entry line leaves its own code
+    }
+  }
+  // One log for the process: it grows from call to call.
+  EXPECT_EQ(ReadLines("MAP.log").front(), "--Error2003: cannot read PopulationType!");
+  EXPECT_EQ(ReadLines("MAP.log").back(), "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers");
+  // A claim of two billion markers is refused or read, never a crash.
+  WriteText("a.map", "7\n1\n1\n2000000000\n5\n");
   int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "remarks.map", count), 2003);
-  EXPECT_EQ(MessageCode(), 1101);
-}
-
-TEST_F(FindNumMarkers, TheCountVariableIsTheReadsScratch) {
-  // The read fails at the third field: what stays is the second value read.
-  WriteText("scratch.map", "7\n2\n9\n10\n");
-  int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "scratch.map", count), 2011);
-  EXPECT_EQ(count, 2);
+  const int status = Call(MAPFindNumMarkers, "a.map", count);
+  EXPECT_TRUE(status == 0 || status == 2028) << status;
 }
 
 TEST_F(FindNumMarkers, EachToolChecksItsOwnPopulationTypes) {
@@ -74,32 +93,6 @@ TEST_F(FindNumMarkers, EachToolChecksItsOwnPopulationTypes) {
   EXPECT_THAT(ReadLines("SNP.log"), ::testing::Contains("--Error2005: PopulationType=7 out of range "
                                                         "[1:4,5:6,9:12,17:20]!"));
   EXPECT_THAT(ReadLines("BIN.log"), ElementsAre("DLL BINFindNumMarkers run successfully!"));
-}
-
-// A missing file in general: map_tool_frame_test.
-TEST_F(FindNumMarkers, AnEmptyPathIsAMissingFile) {
-  int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "", count), 1002);
-  EXPECT_THAT(ReadLines("MAP.log"),
-              ElementsAre(" does not exist, and the program stops!",
-                          "--Error1101: error found in DLL! DLL name=DLL MAPFindNumMarkers"));
-}
-
-TEST_F(FindNumMarkers, TrailingBlanksOfThePathAreTrimmedAndTheLogGrows) {
-  WriteText("a.map", "7\n1\n1\n3\n5\n");
-  int count = 0;
-  EXPECT_EQ(Call(MAPFindNumMarkers, "a.map   ", count), 0);
-  EXPECT_EQ(Call(MAPFindNumMarkers, "a.map", count), 0);
-  EXPECT_EQ(ReadLines("MAP.log").size(), 2u);
-}
-
-TEST_F(FindNumMarkers, AbsurdCountsNeverCrash) {
-  WriteText("huge.map", "7\n1\n1\n2000000000\n5\n");
-  int count = 0;
-  const int status = Call(MAPFindNumMarkers, "huge.map", count);
-  EXPECT_TRUE(status == 0 || status == 2028) << status;
-  WriteText("overflow.map", "7\n1\n1\n99999999999\n5\n");
-  EXPECT_EQ(Call(MAPFindNumMarkers, "overflow.map", count), 2016);
 }
 
 }  // namespace

@@ -18,26 +18,17 @@ struct FieldCase {
 class HeaderFields : public testing::InTempDir {};
 
 TEST_F(HeaderFields, EachFieldHasItsReadCodeAndItsRangeCode) {
+  // Every read code and range code comes back through a whole file, with its words, in
+  // validators_bad_input_test; here the ranges that differ from tool to tool, and their edges.
   using F = HeaderField;
   const FieldCase cases[] = {
-      {F::kIndicator, 107, "1", 0},          {F::kIndicator, 107, "3", 2002},
-      {F::kIndicator, 107, "one", 2001},     {F::kPopulationType, 10, "20", 0},
-      {F::kPopulationType, 10, "21", 2004},  {F::kPopulationType, 104, "0", 2004},
-      {F::kPopulationType, 10, "", 2003},    {F::kPopulationType, 110, "7", 2005},
+      {F::kIndicator, 107, "1", 0},          {F::kPopulationType, 10, "20", 0},
+      {F::kPopulationType, 104, "0", 2004},  {F::kPopulationType, 10, "", 2003},
       {F::kPopulationType, 110, "12", 0},    {F::kPopulationType, 110, "17", 0},
-      {F::kPopulationType, 20, "3", 2006},   {F::kPopulationType, 30, "4", 0},
-      {F::kPopulationType, 30, "5", 2007},   {F::kPopulationType, 109, "99", 0},
-      {F::kMappingFunction, 10, "4", 2009},  {F::kMappingFunction, 10, "x", 2008},
-      {F::kSpaceType, 10, "2", 0},           {F::kSpaceType, 10, "0", 2011},
-      {F::kSpaceType, 10, "!", 2010},        {F::kSpaceUnit, 107, "3", 2013},
-      {F::kSpaceUnit, 107, "1.0", 2012},     {F::kNumChs, 107, "0", 2015},
-      {F::kNumChs, 107, "-", 2014},          {F::kNumMarkers, 10, "0", 2017},
-      {F::kNumMarkers, 10, "many", 2016},    {F::kPopulationSize, 10, "0", 2019},
-      {F::kPopulationSize, 10, "?", 2018},   {F::kNumTraits, 107, "0", 0},
-      {F::kNumTraits, 107, "-1", 2021},      {F::kNumTraits, 107, "", 2020},
-      {F::kNumEnvs, 108, "0", 2023},         {F::kNumEnvs, 108, "e", 2022},
-      {F::kNumReps, 109, "0", 2025},         {F::kNumReps, 109, "r", 2024},
-      {F::kNumFamilies, 110, "0", 2027},     {F::kNumFamilies, 110, "f", 2026},
+      {F::kPopulationType, 110, "7", 2005},  {F::kPopulationType, 30, "4", 0},
+      {F::kPopulationType, 109, "99", 0},    {F::kSpaceType, 10, "2", 0},
+      {F::kSpaceType, 10, "!", 2010},        {F::kNumTraits, 107, "0", 0},
+      {F::kNumTraits, 107, "", 2020},
   };
   for (const FieldCase& c : cases) {
     testing::WriteText("h.txt", std::string("! header\n") + c.text + "   ! remark\n");

@@ -31,15 +31,9 @@ TEST_F(ListReading, RemarksBlankLinesAndTrailingCommentsArePassedOver) {
   EXPECT_EQ(ReadInt(), 7);
   EXPECT_EQ(ReadInt(), 3);   // the 4 after it is the rest of the line: dropped
   EXPECT_EQ(ReadInt(), -12345);  // end of file
-}
-
-TEST_F(ListReading, ARemarkMarkAfterABlankIsData) {
-  Load(" ! not a remark\n5\n");
+  Load(" ! not a remark\n5\n");  // a remark mark after a blank is data
   EXPECT_EQ(ReadInt(), -12345);
-}
-
-TEST_F(ListReading, OnlyTheFirst128CharactersDecideWhetherALineIsBlank) {
-  Load(std::string(130, ' ') + "5\n6\n");
+  Load(std::string(130, ' ') + "5\n6\n");  // only the first 128 characters make a line blank
   EXPECT_EQ(ReadInt(), 6);
 }
 
@@ -62,35 +56,18 @@ TEST_F(ListReading, AReadSpansLinesAndDropsTheRestOfItsLastLine) {
   EXPECT_EQ(word, "ne");  // a longer item is cut to its field
 }
 
-TEST_F(ListReading, IntegersFollowTheListDirectedRules) {
-  int32_t v = 0;
-  EXPECT_TRUE(ParseInt("+42", v));
-  EXPECT_EQ(v, 42);
-  EXPECT_TRUE(ParseInt("-2147483648", v));
-  EXPECT_EQ(v, -2147483647 - 1);
-  EXPECT_FALSE(ParseInt("2147483648", v));
-  EXPECT_FALSE(ParseInt("7.0", v));
-  EXPECT_FALSE(ParseInt("F2", v));
-  EXPECT_FALSE(ParseInt("-", v));
-  EXPECT_FALSE(ParseInt("", v));
-}
-
-TEST_F(ListReading, RealsAcceptDoublePrecisionExponentsAndSpecialValues) {
+TEST_F(ListReading, NumbersFollowTheListDirectedRules) {
+  int32_t i = 0;
+  EXPECT_TRUE(ParseInt("+42", i) && i == 42);
+  EXPECT_TRUE(ParseInt("-2147483648", i) && i == -2147483647 - 1);
+  for (const char* bad : {"2147483648", "7.0", "F2", "-", ""}) EXPECT_FALSE(ParseInt(bad, i)) << bad;
+  // Reals take double-precision exponents and the special values.
+  const std::pair<const char*, float> reals[] = {{"1.5d2", 150.0f}, {"-9999", -9999.0f}, {".5", 0.5f},
+                                                 {"5.", 5.0f}, {"2E-1", 0.2f}};
   float v = 0;
-  EXPECT_TRUE(ParseReal("1.5d2", v));
-  EXPECT_EQ(v, 150.0f);
-  EXPECT_TRUE(ParseReal("-9999", v));
-  EXPECT_EQ(v, -9999.0f);
-  EXPECT_TRUE(ParseReal(".5", v));
-  EXPECT_EQ(v, 0.5f);
-  EXPECT_TRUE(ParseReal("5.", v));
-  EXPECT_EQ(v, 5.0f);
-  EXPECT_TRUE(ParseReal("2E-1", v));
-  EXPECT_EQ(v, 0.2f);
-  EXPECT_TRUE(ParseReal("NaN", v));
-  EXPECT_TRUE(std::isnan(v));
-  EXPECT_TRUE(ParseReal("-Infinity", v));
-  EXPECT_TRUE(std::isinf(v) && v < 0);
+  for (const auto& [text, value] : reals) EXPECT_TRUE(ParseReal(text, v) && v == value) << text;
+  EXPECT_TRUE(ParseReal("NaN", v) && std::isnan(v));
+  EXPECT_TRUE(ParseReal("-Infinity", v) && std::isinf(v) && v < 0);
   for (const char* bad : {"NA", "N/A", "na", "*", ".", "-", "1.5x", "0x10", "e5", "1e", "1.2.3"}) {
     EXPECT_FALSE(ParseReal(bad, v)) << bad;
   }

@@ -92,45 +92,46 @@ TEST_F(Decoders, SegmentLinesAndFamilies) {
   EXPECT_TRUE(Decode(110, 4, "A A A").ok);
 }
 
-TEST_F(Decoders, ClonalCategoriesTheirTypesAndLetters) {
-  Decoded d = Decode(20, 1, "AC AD BC BD XX", "ABCD");
-  EXPECT_EQ(d.letters, "ABCDX");
-  EXPECT_EQ(d.category, 1);
-  EXPECT_EQ(Decode(20, 1, "XC XD XX", "A=B").letters, "EFX");
-  EXPECT_EQ(Decode(20, 1, "XC XD", "A=B").category, 2);
-  EXPECT_EQ(Decode(20, 2, "AX BX", "C=D").letters, "GH");
-  EXPECT_EQ(Decode(20, 2, "AX BX", "C=D").category, 3);
-  d = Decode(20, 1, "AA AB BB", "AB=CD");
-  EXPECT_EQ(d.letters, "IJK");
-  EXPECT_EQ(d.category, 4);
-  EXPECT_EQ(Decode(20, 2, "AA AB", "A=CB=D").category, 4);
-  EXPECT_EQ(Decode(20, 2, "AA BB", "A=DB=C").category, 5);
-  EXPECT_EQ(Decode(20, 1, "AA AB", "abcd").code, 2213);  // categories are case-sensitive
-  // A marker with no data at all fails the polymorphism test of its category.
-  EXPECT_EQ(Decode(20, 1, "XX XX", "ABCD").code, 2217);
-  EXPECT_EQ(Decode(20, 1, "ac AD", "ABCD").code, 2215);
-}
-
-TEST_F(Decoders, PureLinesFoldFoundersThatShareAnAllele) {
-  // ABAB: the third founder carries A's allele and the fourth B's.
-  Decoded d = Decode(30, 2, "A B C D X", "ABAB");
-  EXPECT_EQ(d.letters, "ABABX");
-  EXPECT_EQ(d.category, 1212);
-  d = Decode(30, 1, "D C B A", "ABCC");
-  EXPECT_EQ(d.letters, "CCBA");
-  EXPECT_EQ(d.category, 1233);
-  EXPECT_EQ(Decode(30, 2, "A B C D", "ABCD").category, 1234);
-  // Eight founders: the category reads as an eight-digit number, H counting 8.
-  d = Decode(30, 4, "A B C D E F G H", "ABCDEFGH");
-  EXPECT_EQ(d.category, 12345678);
-  EXPECT_EQ(Decode(30, 4, "A H A H", "ABCDEFGA").letters, "AAAA");
-  EXPECT_EQ(Decode(30, 4, "A H A H", "ABCDEFGA").code, 2229);
-  // Two-letter and lower-case tokens are other tokens to the count test.
-  EXPECT_EQ(Decode(30, 2, "A BB", "ABCD").code, 2228);
-  EXPECT_EQ(Decode(30, 2, "A a", "ABCD").code, 2228);
-  EXPECT_EQ(Decode(30, 2, "A B", "AB").code, 2227);  // the field is too short for four
-  EXPECT_EQ(Decode(30, 2, "A B", "ABDC").code, 2227);
-  EXPECT_EQ(Decode(30, 2, "B X B", "ABCD").code, 2229);  // founder 2 alone
+TEST_F(Decoders, ClonalAndPureLineCategoriesTheirTypesAndLetters) {
+  const struct {
+    int tool_code, population_type;
+    const char *row, *field, *letters;  // letters nullptr: not checked
+    int32_t category;                   // -1: not checked
+    int code;
+  } cases[] = {
+      {20, 1, "AC AD BC BD XX", "ABCD", "ABCDX", 1, 0},
+      {20, 1, "XC XD XX", "A=B", "EFX", 2, 0},
+      {20, 2, "AX BX", "C=D", "GH", 3, 0},
+      {20, 1, "AA AB BB", "AB=CD", "IJK", 4, 0},
+      {20, 2, "AA AB", "A=CB=D", nullptr, 4, 0},
+      {20, 2, "AA BB", "A=DB=C", nullptr, 5, 0},
+      {20, 1, "AA AB", "abcd", nullptr, -1, 2213},  // categories are case-sensitive
+      {20, 1, "XX XX", "ABCD", nullptr, -1, 2217},  // no data fails the category's polymorphism test
+      {20, 1, "ac AD", "ABCD", nullptr, -1, 2215},
+      // Pure lines. ABAB: the third founder carries A's allele and the fourth B's.
+      {30, 2, "A B C D X", "ABAB", "ABABX", 1212, 0},
+      {30, 1, "D C B A", "ABCC", "CCBA", 1233, 0},
+      {30, 2, "A B C D", "ABCD", nullptr, 1234, 0},
+      // Eight founders: the category reads as an eight-digit number, H counting 8.
+      {30, 4, "A B C D E F G H", "ABCDEFGH", nullptr, 12345678, 0},
+      {30, 4, "A H A H", "ABCDEFGA", "AAAA", -1, 2229},
+      // Two-letter and lower-case tokens are other tokens to the count test.
+      {30, 2, "A BB", "ABCD", nullptr, -1, 2228},
+      {30, 2, "A a", "ABCD", nullptr, -1, 2228},
+      {30, 2, "A B", "AB", nullptr, -1, 2227},  // the field is too short for four
+      {30, 2, "A B", "ABDC", nullptr, -1, 2227},
+      {30, 2, "B X B", "ABCD", nullptr, -1, 2229},  // founder 2 alone
+  };
+  for (const auto& c : cases) {
+    const Decoded d = Decode(c.tool_code, c.population_type, c.row, c.field);
+    EXPECT_EQ(d.code, c.code) << c.field << ": " << c.row;
+    if (c.letters != nullptr) {
+      EXPECT_EQ(d.letters, c.letters) << c.field << ": " << c.row;
+    }
+    if (c.category >= 0) {
+      EXPECT_EQ(d.category, c.category) << c.field << ": " << c.row;
+    }
+  }
 }
 
 }  // namespace

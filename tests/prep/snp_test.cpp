@@ -266,7 +266,6 @@ TEST_F(SnpCheck, BundledExamplesConvertAndBinningFileChecks) {
     int markers = 0, status = -1;
     SNPFindNumMarkers(e.tool_code, static_cast<int>(path.size()), path.c_str(), &markers, &status);
     ASSERT_EQ(status, 0) << e.file;
-    testing::WriteText("x.snp", testing::ReadText(path));
     const SnpRun run = CheckSnp(e.tool_code, testing::ReadText(path), markers);
     EXPECT_EQ(run.status, 0) << e.file;
     EXPECT_EQ(run.codes, e.codes) << e.file;

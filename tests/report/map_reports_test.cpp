@@ -7,6 +7,7 @@
 #include <sstream>
 #include <vector>
 
+#include "frame/fixed_format.h"
 #include "frame/pair_index.h"
 #include "support/pair_store.h"
 
@@ -22,8 +23,6 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 std::string Blanks(int n) { return std::string(n, ' '); }
-std::string Name35(const std::string& s) { return s + Blanks(35 - static_cast<int>(s.size())); }
-std::string Name19(const std::string& s) { return s + Blanks(19 - static_cast<int>(s.size())); }
 double Field(const std::string& line, int start, int width) { return std::stod(line.substr(start, width)); }
 
 using Store = testing::MemoryStore;
@@ -36,7 +35,7 @@ MapLayout SmallMap() {
   map.mapping_function = 1;
   map.num_individuals = 4;
   for (const char* name : {"ABCDEFGHIJKLMNOPQRSTUVWXYZ", "M2", "M3", "M4", "M5", "M6", "M7"})
-    map.marker_names.push_back(Name35(name));
+    map.marker_names.push_back(fmt::PadRight(name, 35));
   map.marker_class = {1, 1, 12, 1, 10, 1, 1};
   map.types = {'A', 'H', 'H', 'B',  'A', 'A', 'A', 'A',  'D', 'D', 'B', 'X',  'A', 'H', 'B', 'X',
                'A', 'R', 'R', 'R',  'H', 'H', 'H', 'H',  'A', 'H', 'H', 'B'};
@@ -44,7 +43,7 @@ MapLayout SmallMap() {
   map.num_mapped = 4;
   map.num_unlinked = 2;
   map.anchor = {0, 0, 2, 0, 0, 0, 9};
-  map.chromosome_names = {Name19("Chr1"), Name19("Chr2"), Name19("Chr3")};
+  map.chromosome_names = {fmt::PadRight("Chr1", 19), fmt::PadRight("Chr2", 19), fmt::PadRight("Chr3", 19)};
   map.chromosome_sizes = {3, 0, 1};
   map.order = {3, 1, 5, 7, 2, 4, 6};
   map.position = {0.0f, 10.5f, 25.25f, 1e17f};
@@ -160,7 +159,7 @@ TEST(MapReports, MatricesHoldTheLowerTriangleOfTheFirstHundredMarkers) {
   for (int m = 1; m <= 150; ++m) {
     std::string name = std::to_string(m);
     name.insert(name.begin(), 'K');
-    map.marker_names.push_back(Name35(name));
+    map.marker_names.push_back(fmt::PadRight(name, 35));
     map.marker_class.push_back(1);
     map.types.push_back('A');
     map.anchor.push_back(m % 4);
@@ -168,7 +167,7 @@ TEST(MapReports, MatricesHoldTheLowerTriangleOfTheFirstHundredMarkers) {
     map.position.push_back(static_cast<float>(m));
     for (int j = 1; j < m; ++j) store.Set(m, j, 0.5f * (m + j), j == 1 ? 0.5f : 0.001f * (m - j));
   }
-  map.chromosome_names = {Name19("Chromsome1")};
+  map.chromosome_names = {fmt::PadRight("Chromsome1", 19)};
   map.chromosome_sizes = {150};
   const PairTable table = store.Table(2);
   const std::vector<std::string> lod = Lines(PairMatrixReport(map, table, PairMatrix::kLod));
