@@ -146,6 +146,8 @@ int StageFailed(const std::string& file, const char* stage, int status) {
 }  // namespace
 
 int RunConsensus(const std::string& file) {
+  // The library's own lines are shown only with -v.
+  std::optional<LibraryOutput> quiet(std::in_place);
   ConsensusCheck check;
   if (const int status = CheckConsensusFile(file, check); status != 0) {
     ExplainRefusal(file, gae::ProfileOf(gae::MapTool::kCMP).tool_code, status);
