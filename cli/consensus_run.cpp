@@ -17,6 +17,7 @@
 #include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
 #include "report/text_file.h"
+#include "user_errors.h"
 
 namespace gaecli {
 
@@ -149,11 +150,9 @@ int StageFailed(const std::string& file, const char* stage, int status) {
 int RunConsensus(const std::string& file) {
   ConsensusCheck check;
   if (const int status = CheckConsensusFile(file, check); status != 0) {
-    std::fprintf(stderr, "%s: check failed with status %d (see CMP.log)\n", file.c_str(), status);
+    ExplainRefusal(file, gae::ProfileOf(gae::MapTool::kCMP).tool_code, status);
     return 1;
   }
-  // The library's own lines are shown only with -v.
-  std::optional<LibraryOutput> quiet(std::in_place);
   // The settled defaults of a whole consensus run, as the library's CMP profile holds them:
   // one group, the shared markers ordered first by distance, a window of five.
   const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kCMP);
@@ -162,6 +161,7 @@ int RunConsensus(const std::string& file) {
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, check.num_markers);
   int status = 0;
+  std::optional<LibraryOutput> quiet(std::in_place);
   MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, d.threshold, m.num_markers,
               check.maps_holding.data(), m.group.data(), &status);
   if (status != 0) return StageFailed(file, "grouping", status);
