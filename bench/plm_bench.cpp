@@ -13,7 +13,7 @@
 
 #include "bench_support.h"
 #include "gaengine.h"
-#include "support/pure_line_simulation.h"
+#include "support/bred_data_sets.h"
 #include "twopoint/pair_store_writer.h"
 #include "twopoint/plm_pairwise_file.h"
 

@@ -13,7 +13,7 @@
 #include "engine/grouping.h"
 #include "engine/lod_tree.h"
 #include "engine/rippling.h"
-#include "support/map_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 #include "twopoint/pair_store_file.h"
 #include "twopoint/two_point.h"

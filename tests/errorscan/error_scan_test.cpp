@@ -10,7 +10,7 @@
 
 #include "errorscan/error_scan.h"
 #include "errorscan/imputation.h"
-#include "support/map_simulation.h"
+#include "support/bred_data_sets.h"
 
 namespace gae {
 namespace {

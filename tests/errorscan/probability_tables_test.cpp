@@ -5,17 +5,17 @@
 #include <cmath>
 #include <vector>
 
-#include "errorscan/breeding_simulator.h"
 #include "errorscan/generation_chain.h"
 #include "errorscan/population_states.h"
 #include "errorscan/three_locus_probabilities.h"
 #include "errorscan/two_locus_probabilities.h"
+#include "support/breeder.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {
 namespace {
 
-using testing::BreedingSimulator;
+using testing::Breeder;
 
 constexpr int kDraws = 300000;
 constexpr int kHaldane = 2;
@@ -38,17 +38,17 @@ struct Counts {
   std::vector<double> left_pairs;
 };
 
-Counts Tally(int n, int design, int type, BreedingSimulator& sim) {
+Counts Tally(int n, int design, int type, Breeder& sim) {
   Counts c{std::vector<double>(n * n * n), std::vector<double>(n * n), std::vector<double>(n * n)};
   for (int k = 0; k < kDraws; ++k) {
     int s[3];
     if (design == kBiparentalDesign) {
-      const auto letters = sim.Biparental(type);
-      const std::string_view states = StateLetters(design, type);
-      for (int j = 0; j < 3; ++j) s[j] = StateOf(states, letters[j]);
+      const testing::Plant plant = sim.Biparental(type);
+      for (int j = 0; j < 3; ++j) s[j] = StateOf(StateLetters(design, type), testing::BiparentalLetter(plant, j));
     } else if (design == kClonalDesign) {
-      const auto states = sim.Clonal();
-      for (int j = 0; j < 3; ++j) s[j] = states[j];
+      // States AC, AD, BC, BD as 0..3.
+      const testing::Plant plant = sim.ClonalProgeny();
+      for (int j = 0; j < 3; ++j) s[j] = 2 * plant.first[j] + plant.second[j] - 2;
     } else {
       const auto founders = sim.PureLine(type);
       for (int j = 0; j < 3; ++j) s[j] = founders[j];
@@ -78,7 +78,7 @@ TEST_P(BiparentalTables, AgreeWithBredPopulations) {
   double worst_closed_form = 0.0;  // type 4 only
   for (const auto& d : kIntervals) {
     const float r12 = Rec(d[0]), r23 = Rec(d[1]), r13 = Rec(d[0] + d[1]);
-    BreedingSimulator sim(r12, r23, 1000 + type);
+    Breeder sim({r12, r23}, 1000 + type);
     const Counts c = Tally(n, kBiparentalDesign, type, sim);
     const ThreeLocusTable t = ThreeLocusProbabilities(kBiparentalDesign, type, kHaldane, 0.0f, d[0], d[0] + d[1]);
     ASSERT_EQ(t.num_states, n);
@@ -133,7 +133,7 @@ TEST_P(FounderTables, JointChancesAgreeWithBredPopulations) {
   const int n = static_cast<int>(StateLetters(design, type).size());
   for (const auto& d : kIntervals) {
     const float r12 = Rec(d[0]), r23 = Rec(d[1]);
-    BreedingSimulator sim(r12, r23, 77 + design + type);
+    Breeder sim({r12, r23}, 77 + design + type);
     const Counts c = Tally(n, design, type == 2 && design == kClonalDesign ? 1 : type, sim);
     const ThreeLocusTable t = ThreeLocusProbabilities(design, type, kHaldane, 0.0f, d[0], d[0] + d[1]);
     ASSERT_EQ(t.num_states, n);

@@ -13,7 +13,7 @@
 #include "frame/pair_index.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
-#include "support/clonal_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/export_call.h"
 #include "support/temp_dir.h"
 

@@ -20,7 +20,7 @@
 #include "frame/process_state.h"
 #include "gaengine.h"
 #include "support/export_call.h"
-#include "support/map_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 
 namespace gae {

@@ -15,7 +15,7 @@
 #include "frame/fixed_format.h"
 #include "gaengine.h"
 #include "support/export_call.h"
-#include "support/pure_line_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 
 namespace gae {

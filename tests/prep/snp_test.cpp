@@ -14,7 +14,7 @@
 #include "prep/snp_calls.h"
 #include "prep/snp_conversion.h"
 #include "prep/snp_reader.h"
-#include "support/map_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 
 namespace gae {

@@ -11,7 +11,7 @@
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "report/clonal_reports.h"
-#include "support/clonal_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 #include "twopoint/clonal_two_point.h"
 #include "twopoint/pair_store_file.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "frame/pair_index.h"
-#include "support/pure_line_simulation.h"
+#include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 #include "twopoint/pure_line.h"
 

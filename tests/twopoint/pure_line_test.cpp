@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "support/pure_line_simulation.h"
+#include "support/bred_data_sets.h"
 #include "twopoint/pure_line.h"
 
 namespace gae {
@@ -246,9 +246,9 @@ TEST(PureLineEstimator, RecoversTheFrequencyOfBredLines) {
   const double r = testing::HaldaneFrequency(12.0);
   for (int type = 1; type <= 4; ++type) {
     const int f = Founders(type);
-    testing::PureLineBreeder breeder(type, {0.0, 12.0}, 77 + type);
+    testing::Breeder breeder = testing::Breeder::AtPositions({0.0, 12.0}, 77 + type);
     std::vector<std::vector<uint8_t>> lines;
-    for (int l = 0; l < 1500; ++l) lines.push_back(breeder.Line());
+    for (int l = 0; l < 1500; ++l) lines.push_back(breeder.PureLine(type));
     const int32_t shared[2][2] = {{1234, 1213}, {12345678, 12314156}};
     const int32_t distinct = f == 4 ? 1234 : 12345678;
     for (const int32_t p2 : {distinct, shared[f == 8][1]}) {
