@@ -1,17 +1,14 @@
-// The CDM tool through its C exports: a whole run, the steps one by one, the files it writes
-// read back by the tools that take them, and every refusal of a bad input.
+// The CDM tool through its C exports: the check's counts, a whole run of a bred clonal F1 with
+// the files it writes read back by the tools that take them, and every refusal of a bad input.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <ostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "frame/fixed_format.h"
 #include "frame/pair_index.h"
-#include "frame/process_state.h"
 #include "gaengine.h"
 #include "support/bred_data_sets.h"
 #include "support/export_call.h"
@@ -27,24 +24,12 @@ using testing::ReadLines;
 using testing::ReadText;
 using testing::WriteText;
 
-class CdmRun : public testing::InTempDir {
- protected:
-  void SetUp() override {
-    InTempDir::SetUp();
-    WriteText("clonal_f1.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
-  }
-};
+using CdmRun = testing::InTempDir;
 
-// The frame of the run (its log, stops, rereads) is the frame test's CDM row; here, the files.
-TEST_F(CdmRun, TheExampleRunsThroughEveryResultFile) {
-  ASSERT_EQ(CallOnPath(CDMAllByDefault, "clonal_f1.cdm"), 0);
-  for (const char* suffix : {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec",
-                             ".recf", ".recm", ".dis", ".disf", ".dism", ".hap", ".err", "EC.cdm", ".cdq"})
-    EXPECT_TRUE(testing::FileExists("clonal_f1" + std::string(suffix))) << suffix;
-  EXPECT_EQ(ReadText("clonal_f1.LRD").size(), 28u * PairCount(6));
-}
-
-TEST_F(CdmRun, StepByStepTheCheckFillsTheTwelveCountsAndTheStagesLogToCdm) {
+// The frame of the run (its log, stops, rereads) is the frame test's CDM row; here, the counts
+// and the files.
+TEST_F(CdmRun, TheCheckFillsTheTwelveCountsOfTheExample) {
+  WriteText("clonal_f1.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
   const testing::CdmCheck c = CheckCdmFile("clonal_f1.cdm");
   ASSERT_EQ(c.status, 0);
   ASSERT_EQ(c.n, 6);
@@ -57,16 +42,6 @@ TEST_F(CdmRun, StepByStepTheCheckFillsTheTwelveCountsAndTheStagesLogToCdm) {
   }
   EXPECT_EQ(c.sizes[11][1], 1);  // CM02 has one XX
   EXPECT_EQ(c.sizes[4][2] + c.sizes[5][2], 39);  // CM03: XC and XD
-
-  int status = -1;
-  std::vector<int> group(6, 0);
-  ::testing::internal::CaptureStdout();
-  MAPGrouping(20, 1, 2, 0.3f, 6, c.anchor.data(), group.data(), &status);
-  ::testing::internal::GetCapturedStdout();
-  EXPECT_EQ(status, 0);
-  // CM01, CM02 and CM06 are linked in the example.
-  EXPECT_GE(*std::max_element(group.begin(), group.end()), 1);
-  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("Grouping"));
 }
 
 // A whole run of a simulated clonal F1 listed out of map order: the .hap rows follow the map,
@@ -82,6 +57,10 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
   const std::vector<int> listing = {5, 0, 11, 3, 8, 1, 10, 6, 2, 9, 4, 7};
   WriteText("sim.cdm", testing::CdmInputFile(1, markers, types, listing));
   ASSERT_EQ(CallOnPath(CDMAllByDefault, "sim.cdm"), 0);
+  for (const char* suffix : {".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec", ".recf",
+                             ".recm", ".dis", ".disf", ".dism", ".err"})
+    EXPECT_TRUE(testing::FileExists(std::string("sim") + suffix)) << suffix;
+  EXPECT_EQ(ReadText("sim.LRD").size(), 28u * PairCount(12));
 
   // Rows in map order: the name, then the letters of the homologues A and C.
   std::vector<std::string> names;
@@ -131,7 +110,6 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
     for (int t = 0; t < 11; ++t) EXPECT_LE(corrected.sizes[t][k], read.sizes[t][i]);
   }
   EXPECT_EQ(CallOnPath(CheckErrorCDQ, "sim.cdq"), 0);
-
 }
 
 // Every refusal of the clonal reader and of its header, each with its line, the run's 1101 line

@@ -7,8 +7,10 @@
 
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,45 +27,16 @@ using testing::ReadLines;
 using testing::ReadText;
 using testing::WriteText;
 
-struct PlmCheck {
-  int status = -1;
-  std::vector<int> names, anchor, category;
-  std::vector<std::vector<int>> size;  // A to H, then X
-  std::vector<float> chi, p;
-};
+using testing::CheckPlm;
+using testing::PlmCheck;
 
-PlmCheck CheckPlm(const std::string& path) {
-  PlmCheck c;
-  int n = 0;
-  const int len = static_cast<int>(path.size());
-  ::testing::internal::CaptureStdout();
-  PLMFindNumMarkers(len, path.data(), &n, &c.status);
-  if (c.status == 0) {
-    c.names.assign(35 * n, 0);
-    c.anchor.assign(n, -1);
-    c.category.assign(n, 0);
-    c.size.assign(9, std::vector<int>(n, -1));
-    c.chi.assign(n, 0.0f);
-    c.p.assign(n, 0.0f);
-    auto& s = c.size;
-    CheckErrorPLM(len, path.data(), n, c.names.data(), c.anchor.data(), s[0].data(), s[1].data(),
-                  s[2].data(), s[3].data(), s[4].data(), s[5].data(), s[6].data(), s[7].data(),
-                  s[8].data(), c.category.data(), c.chi.data(), c.p.data(), &c.status);
-  }
-  ::testing::internal::GetCapturedStdout();
-  return c;
-}
-
-// The tokens of a marker's row in the input file, as written there.
+// The letters of a marker's row in the input file, as written there.
 std::vector<std::string> RowTokens(const std::string& path, const std::string& name) {
   for (const std::string& line : ReadLines(path)) {
-    std::vector<std::string> tokens;
-    std::string token;
-    for (char c : line + " ") {
-      if (c != ' ') token += c;
-      else if (!token.empty()) tokens.push_back(std::move(token)), token.clear();
-    }
-    if (tokens.size() > 2 && tokens[1] == name) return {tokens.begin() + 2, tokens.end()};
+    std::istringstream row(line);
+    std::string pattern, marker;
+    row >> pattern >> marker;
+    if (marker == name) return {std::istream_iterator<std::string>(row), {}};
   }
   return {};
 }
@@ -92,10 +65,10 @@ TEST_F(PlmRun, CheckCountsTheFoundersOfTheExampleAndTestsTheirShares) {
   ASSERT_EQ(tokens.size(), 40u);
   std::map<std::string, int> count;
   for (const std::string& t : tokens) ++count[t];
-  EXPECT_EQ(c.size[0][2], count["A"]);
-  EXPECT_EQ(c.size[1][2], count["B"]);
-  EXPECT_EQ(c.size[8][2], count["X"]);
-  for (int k = 2; k < 8; ++k) EXPECT_EQ(c.size[k][2], 0) << k;
+  EXPECT_EQ(c.sizes[0][2], count["A"]);
+  EXPECT_EQ(c.sizes[1][2], count["B"]);
+  EXPECT_EQ(c.sizes[8][2], count["X"]);
+  for (int k = 2; k < 8; ++k) EXPECT_EQ(c.sizes[k][2], 0) << k;
   const int n = count["A"] + count["B"];
   const float expected = static_cast<float>((2 * n) / 4);
   const double chi = std::pow(count["A"] - expected, 2) / expected + std::pow(count["B"] - expected, 2) / expected;
@@ -103,7 +76,7 @@ TEST_F(PlmRun, CheckCountsTheFoundersOfTheExampleAndTestsTheirShares) {
   EXPECT_NEAR(c.p[2], std::erfc(std::sqrt(chi / 2)), 1e-4);  // one degree of freedom
   for (int m = 0; m < 6; ++m) {
     int total = 0;
-    for (int k = 0; k < 9; ++k) total += c.size[k][m];
+    for (int k = 0; k < 9; ++k) total += c.sizes[k][m];
     EXPECT_EQ(total, 40) << m;
     EXPECT_EQ(c.anchor[m], 0);
   }

@@ -12,25 +12,6 @@ std::vector<double> Positions(const auto& markers) {
   return cm;
 }
 
-// The type a progeny shows at a marker, given the homologue it received from each parent
-// (0 or 1), read against the phases of the marker.
-std::string ClonalType(const SimulatedClonalMarker& m, int from_first, int from_second) {
-  const bool first_named = from_first == m.first_phase;    // carries A (else B)
-  const bool second_named = from_second == m.second_phase;  // carries C (else D)
-  switch (m.category) {
-    case 1: return std::string(1, first_named ? 'A' : 'B') + (second_named ? 'C' : 'D');
-    case 2: return std::string("X") + (second_named ? 'C' : 'D');
-    case 3: return std::string(1, first_named ? 'A' : 'B') + "X";
-    default: {
-      // Alleles 1 (A) and 2 (B); the second parent's named homologue carries 1 in AB=CD and
-      // A=CB=D, 2 in A=DB=C.
-      const int a = first_named ? 1 : 2;
-      const int b = second_named == (m.category == 4) ? 1 : 2;
-      return a + b == 2 ? "AA" : (a + b == 3 ? "AB" : "BB");
-    }
-  }
-}
-
 int Digit(int founders, int32_t pattern, int founder) {
   int32_t divisor = 1;
   for (int k = founder + 1; k < founders; ++k) divisor *= 10;
@@ -50,6 +31,23 @@ std::string FreeAnchors(const std::vector<std::string>& names) {
 }
 
 }  // namespace
+
+std::string ClonalType(const SimulatedClonalMarker& m, int from_first, int from_second) {
+  const bool first_named = from_first == m.first_phase;    // carries A (else B)
+  const bool second_named = from_second == m.second_phase;  // carries C (else D)
+  switch (m.category) {
+    case 1: return std::string(1, first_named ? 'A' : 'B') + (second_named ? 'C' : 'D');
+    case 2: return std::string("X") + (second_named ? 'C' : 'D');
+    case 3: return std::string(1, first_named ? 'A' : 'B') + "X";
+    default: {
+      // Alleles 1 (A) and 2 (B); the second parent's named homologue carries 1 in AB=CD and
+      // A=CB=D, 2 in A=DB=C.
+      const int a = first_named ? 1 : 2;
+      const int b = second_named == (m.category == 4) ? 1 : 2;
+      return a + b == 2 ? "AA" : (a + b == 3 ? "AB" : "BB");
+    }
+  }
+}
 
 std::vector<std::string> SimulateF2Chromosome(const std::vector<SimulatedMarker>& markers,
                                               int individuals, double missing_share, uint64_t seed) {
@@ -118,6 +116,18 @@ std::string PatternText(int founders, int32_t pattern) {
   std::string text;
   for (int k = 0; k < founders; ++k) text += static_cast<char>('A' + Digit(founders, pattern, k) - 1);
   return text;
+}
+
+int32_t RandomPattern(int founders, std::mt19937_64& rng) {
+  for (;;) {
+    std::vector<int> digit(founders);
+    int32_t pattern = 0;
+    for (int k = 0; k < founders; ++k) {
+      digit[k] = (k == 0 || rng() % 2 == 0) ? k + 1 : digit[rng() % k];
+      pattern = pattern * 10 + digit[k];
+    }
+    if (pattern != (founders == 4 ? 1111 : 11111111)) return pattern;
+  }
 }
 
 PureLineData SimulatePureLineData(int type, int chromosomes, int per_chromosome, double spacing_cm,

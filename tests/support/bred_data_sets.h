@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,10 @@ struct SimulatedClonalMarker {
   int second_phase = 0;
 };
 
+// The type (AC, ..., BB) a progeny shows at a marker, given the homologue (0 or 1) it received
+// from each parent, read against the marker's phases.
+std::string ClonalType(const SimulatedClonalMarker& m, int from_first, int from_second);
+
 // Two-letter types (AC, ..., XX) of `individuals` progeny of a clonal F1 at the markers of one
 // chromosome (sorted by position), a share of them missing: [marker][individual].
 std::vector<std::vector<std::string>> SimulateClonalChromosome(
@@ -51,6 +56,9 @@ std::string CdmInputFile(int population_type, const std::vector<SimulatedClonalM
 // then shows: the letter of the first founder with the same digit, as the input files carry it.
 char ObservedLetter(int founders, int32_t pattern, uint8_t founder);
 std::string PatternText(int founders, int32_t pattern);
+// A random pattern as the reader accepts it: each founder has its own digit or repeats an
+// earlier founder's, and not all founders are alike.
+int32_t RandomPattern(int founders, std::mt19937_64& rng);
 
 // Lines x markers of a pure-line data set.
 struct PureLineData {

@@ -36,21 +36,26 @@ int CheckMapFile(const std::string& path, std::vector<int>* anchors, std::vector
   return status;
 }
 
-int CheckPlmFile(const std::string& path) {
-  int n = 0, status = -1;
+PlmCheck CheckPlm(const std::string& path) {
+  PlmCheck c;
+  int n = 0;
   const int len = static_cast<int>(path.size());
   ::testing::internal::CaptureStdout();
-  PLMFindNumMarkers(len, path.data(), &n, &status);
-  if (status == 0) {
-    std::vector<int> codes(35 * n), anchor(n), category(n);
-    std::vector<std::vector<int>> s(9, std::vector<int>(n));
-    std::vector<float> chi(n), p(n);
-    CheckErrorPLM(len, path.data(), n, codes.data(), anchor.data(), s[0].data(), s[1].data(),
+  PLMFindNumMarkers(len, path.data(), &n, &c.status);
+  if (c.status == 0) {
+    c.names.assign(35 * n, 0);
+    c.anchor.assign(n, -1);
+    c.category.assign(n, 0);
+    c.sizes.assign(9, std::vector<int>(n, -1));
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    auto& s = c.sizes;
+    CheckErrorPLM(len, path.data(), n, c.names.data(), c.anchor.data(), s[0].data(), s[1].data(),
                   s[2].data(), s[3].data(), s[4].data(), s[5].data(), s[6].data(), s[7].data(),
-                  s[8].data(), category.data(), chi.data(), p.data(), &status);
+                  s[8].data(), c.category.data(), c.chi.data(), c.p.data(), &c.status);
   }
   ::testing::internal::GetCapturedStdout();
-  return status;
+  return c;
 }
 
 std::string CdmCheck::Name(int i) const {

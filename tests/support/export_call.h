@@ -18,8 +18,15 @@ int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nu
 int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
                  std::vector<std::string>* names = nullptr);
 
-// PLMFindNumMarkers, then CheckErrorPLM with arrays of the size read: the status.
-int CheckPlmFile(const std::string& path);
+// PLMFindNumMarkers, then CheckErrorPLM with arrays of the size read.
+struct PlmCheck {
+  int status = -1;
+  std::vector<int> names, anchor, category;  // names: 35 codes a marker, the marker fastest
+  std::vector<std::vector<int>> sizes;       // founders A to H, then X
+  std::vector<float> chi, p;
+};
+PlmCheck CheckPlm(const std::string& path);
+inline int CheckPlmFile(const std::string& path) { return CheckPlm(path).status; }
 
 // CDMFindNumMarkers, then CheckErrorCDM with arrays of the size read.
 struct CdmCheck {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "support/bred_data_sets.h"
 #include "twopoint/clonal_planes.h"
 
 namespace gae {
@@ -20,31 +21,10 @@ struct Parents {
   double rec_first, rec_second;
 };
 
-// Allele of a marker of `category` on each homologue, and how a progeny shows the two alleles
-// it received; the letters are the stored genotype codes.
-char Observed(int category, int from_first, int from_second) {
-  switch (category) {
-    case 1: return "ABCD"[2 * from_first + (from_second - 2)];   // AC AD BC BD
-    case 2: return from_second == 2 ? 'E' : 'F';                 // XC XD
-    case 3: return from_first == 0 ? 'G' : 'H';                  // AX BX
-    default: {
-      // Two alleles, 1 on A and 2 on B; the second parent has 1 on C in AB=CD and A=CB=D,
-      // 1 on D in A=DB=C.
-      const int a = from_first == 0 ? 1 : 2;
-      const int b = (from_second == 2) == (category == 4) ? 1 : 2;
-      return a + b == 2 ? 'I' : (a + b == 3 ? 'J' : 'K');   // AA AB BB
-    }
-  }
-}
-
-// The class of a letter and the cell of two classes, as the table layout defines them.
-int TestClass(char g) {
-  const std::string one = "AEGI", two = "BFJ", three = "CH", four = "DK";
-  if (one.find(g) != std::string::npos) return 1;
-  if (two.find(g) != std::string::npos) return 2;
-  if (three.find(g) != std::string::npos) return 3;
-  if (four.find(g) != std::string::npos) return 4;
-  return 0;
+// The class of a progeny's type as the table layout defines it, and the cell of two classes.
+int TestClass(const std::string& type) {
+  const int by_type[] = {1, 2, 3, 4, 1, 2, 1, 3, 1, 2, 4};
+  return by_type[std::string("AC AD BC BD XC XD AX BX AA AB BB").find(type) / 3];
 }
 int TestCell(int first_class, int second_class) {
   const int table[4][4] = {{1, 2, 5, 6}, {3, 4, 7, 8}, {9, 10, 13, 14}, {11, 12, 15, 16}};
@@ -52,57 +32,18 @@ int TestCell(int first_class, int second_class) {
 }
 
 std::vector<double> BredTable(int c1, int c2, Parents p) {
+  const testing::SimulatedClonalMarker m1{"", 0, c1}, m2{"", 0, c2};
   std::vector<double> cells(16, 0.0);
   for (int f1 = 0; f1 < 2; ++f1)
     for (int f2 = 0; f2 < 2; ++f2)
-      for (int s1 = 2; s1 < 4; ++s1)
-        for (int s2 = 2; s2 < 4; ++s2) {
+      for (int s1 = 0; s1 < 2; ++s1)
+        for (int s2 = 0; s2 < 2; ++s2) {
           const double pf = 0.5 * (f1 == f2 ? 1 - p.rec_first : p.rec_first);
           const double ps = 0.5 * (s1 == s2 ? 1 - p.rec_second : p.rec_second);
-          cells[TestCell(TestClass(Observed(c1, f1, s1)), TestClass(Observed(c2, f2, s2))) - 1] += pf * ps;
+          const int first = TestClass(testing::ClonalType(m1, f1, s1));
+          cells[TestCell(first, TestClass(testing::ClonalType(m2, f2, s2))) - 1] += pf * ps;
         }
   return cells;
-}
-
-// The class probability tables of the mixed pairs, written out from their definitions.
-std::vector<double> TableP(bool five, double a, double b) {
-  const double a1 = 1 - a, b1 = 1 - b;
-  std::vector<double> p(16, 0.0);
-  if (!five) {
-    p[0] = a1 * b1; p[1] = a1 * b + a * b1; p[2] = a1 * b; p[3] = a1 * b1 + a * b;
-    p[5] = a * b; p[7] = a * b1; p[8] = a * b1; p[9] = a * b + a1 * b1;
-    p[10] = a * b; p[11] = a * b1 + a1 * b; p[13] = a1 * b; p[15] = a1 * b1;
-  } else {
-    p[0] = a1 * b; p[1] = a1 * b1 + a * b; p[2] = a1 * b1; p[3] = a1 * b + a * b1;
-    p[5] = a * b1; p[7] = a * b; p[8] = a * b; p[9] = a * b1 + a1 * b;
-    p[10] = a * b1; p[11] = a * b + a1 * b1; p[13] = a1 * b1; p[15] = a1 * b;
-  }
-  for (double& x : p) x /= 4;
-  return p;
-}
-std::vector<double> TableQ(bool second, double a, double b) {
-  const double a1 = 1 - a, b1 = 1 - b;
-  std::vector<double> q(16, 0.0);
-  q[0] = q[15] = (second ? a1 * b : a1 * b1) / 4;
-  q[1] = q[2] = q[7] = q[11] = (second ? a1 * b1 + a * b : a1 * b + a * b1) / 4;
-  q[3] = (second ? a1 * b + a * b1 : a1 * b1 + a * b) / 2;
-  q[5] = q[10] = (second ? a * b1 : a * b) / 4;
-  return q;
-}
-
-void ExpectTablesEqual(const std::vector<double>& x, const std::vector<double>& y, const std::string& what) {
-  for (int k = 0; k < 16; ++k) EXPECT_NEAR(x[k], y[k], 1e-12) << what << " cell " << k + 1;
-}
-
-TEST(ClonalTables, BreedingGivesTheProbabilityTablesOfTheMixedPairs) {
-  for (double a : {0.1, 0.3, 0.8})
-    for (double b : {0.05, 0.4, 0.9}) {
-      ExpectTablesEqual(BredTable(1, 4, {a, b}), TableP(false, a, b), "1,4");
-      ExpectTablesEqual(BredTable(1, 5, {a, b}), TableP(true, a, b), "1,5");
-      ExpectTablesEqual(BredTable(4, 4, {a, b}), TableQ(false, a, b), "4,4");
-      ExpectTablesEqual(BredTable(4, 5, {a, b}), TableQ(true, a, b), "4,5");
-      ExpectTablesEqual(BredTable(5, 5, {a, b}), TableQ(false, a, b), "5,5");
-    }
 }
 
 std::vector<float> Cells(const std::vector<double>& probs, double n) {

@@ -25,24 +25,18 @@ std::vector<float> ReadRecords(const std::string& path) {
   return words;
 }
 
-// A data set with `patterns` founder patterns drawn at random (valid fields), letters drawn
-// from each marker's alleles with a few missing and a few foreign letters.
+// A data set of `markers` markers whose patterns come from a pool of `distinct` random ones,
+// letters drawn from each marker's alleles with a few missing and a few foreign letters.
 struct RandomSet {
   std::vector<int32_t> patterns;
   std::vector<char> types;
+  PureLineMarkers markers;
 };
-RandomSet MakeSet(int founders, int markers, int lines, int distinct, uint64_t seed) {
+RandomSet MakeSet(int type, int markers, int lines, int distinct, uint64_t seed) {
+  const int founders = type <= 2 ? 4 : 8;
   std::mt19937_64 rng(seed);
   std::vector<int32_t> pool;
-  while (static_cast<int>(pool.size()) < distinct) {
-    int32_t p = 0;
-    std::vector<int> d(founders);
-    for (int k = 0; k < founders; ++k) {
-      d[k] = (k == 0 || rng() % 2) ? k + 1 : d[rng() % k];
-      p = p * 10 + d[k];
-    }
-    if (p != (founders == 4 ? 1111 : 11111111)) pool.push_back(p);
-  }
+  while (static_cast<int>(pool.size()) < distinct) pool.push_back(testing::RandomPattern(founders, rng));
   RandomSet set;
   for (int m = 0; m < markers; ++m) {
     const int32_t p = pool[rng() % pool.size()];
@@ -55,6 +49,7 @@ RandomSet MakeSet(int founders, int markers, int lines, int distinct, uint64_t s
                                   : testing::ObservedLetter(founders, p, static_cast<uint8_t>(rng() % founders)));
     }
   }
+  set.markers = {type, markers, lines, set.patterns.data(), set.types.data()};
   return set;
 }
 
@@ -66,15 +61,9 @@ TEST_F(PlmPairwiseFile, RecordsEqualTheLiteralEstimateOfEveryPair) {
   // too many pattern pairs to keep, tables built pair by pair.
   for (const Case c : {Case{1, 60, 90, 14}, Case{2, 60, 90, 14}, Case{3, 45, 70, 6}, Case{4, 420, 40, 400}}) {
     const int founders = c.type <= 2 ? 4 : 8;
-    const RandomSet set = MakeSet(founders, c.markers, c.lines, c.distinct, 100 + c.type);
-    PureLineMarkers markers;
-    markers.population_type = c.type;
-    markers.num_markers = c.markers;
-    markers.num_individuals = c.lines;
-    markers.patterns = set.patterns.data();
-    markers.types = set.types.data();
+    const RandomSet set = MakeSet(c.type, c.markers, c.lines, c.distinct, 100 + c.type);
     const std::string path = "set" + std::to_string(c.type) + ".LRD";
-    ASSERT_TRUE(PLMPairwiseFile(path, markers, 2));
+    ASSERT_TRUE(PLMPairwiseFile(path, set.markers, 2));
     const std::vector<float> words = ReadRecords(path);
     ASSERT_EQ(words.size(), 2u * PairCount(c.markers));
     for (int i = 2; i <= c.markers; ++i) {
@@ -94,22 +83,16 @@ TEST_F(PlmPairwiseFile, RecordsEqualTheLiteralEstimateOfEveryPair) {
 
 TEST_F(PlmPairwiseFile, SameBytesAtAnyThreadCountAndReusedWhenComplete) {
   // 760 markers: 288,420 records, more than one block of the writer.
-  const RandomSet set = MakeSet(4, 760, 24, 14, 9);
-  PureLineMarkers markers;
-  markers.population_type = 1;
-  markers.num_markers = 760;
-  markers.num_individuals = 24;
-  markers.patterns = set.patterns.data();
-  markers.types = set.types.data();
-  ASSERT_TRUE(PLMPairwiseFile("a.LRD", markers, 1));
-  ASSERT_TRUE(PLMPairwiseFile("b.LRD", markers, 3));
+  const RandomSet set = MakeSet(1, 760, 24, 14, 9);
+  ASSERT_TRUE(PLMPairwiseFile("a.LRD", set.markers, 1));
+  ASSERT_TRUE(PLMPairwiseFile("b.LRD", set.markers, 3));
   const std::string one = testing::ReadText("a.LRD");
   EXPECT_EQ(one.size(), 8u * PairCount(760));
   EXPECT_TRUE(one == testing::ReadText("b.LRD"));
 
   // A file of exactly the right size is taken as it stands.
   testing::WriteText("a.LRD", std::string(one.size(), '\0'));
-  ASSERT_TRUE(PLMPairwiseFile("a.LRD", markers, 1));
+  ASSERT_TRUE(PLMPairwiseFile("a.LRD", set.markers, 1));
   EXPECT_EQ(testing::ReadText("a.LRD"), std::string(one.size(), '\0'));
 }
 
