@@ -112,8 +112,8 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
   EXPECT_EQ(CallOnPath(CheckErrorCDQ, "sim.cdq"), 0);
 }
 
-// Every refusal of the clonal reader and of its header, each with its line, the run's 1101 line
-// and no report.
+// Every refusal of the clonal reader and of its header, each with its line (what a stop leaves
+// behind is the frame test's).
 struct BadCdm {
   int code;
   std::string from, to;  // a replacement in the good file
@@ -127,21 +127,15 @@ const std::string kGood =
     "ABCD M1 AC AD BC BD\nA=B M2 XC XD XC XX\nC=D M3 AX BX AX BX\n"
     "M1 0\nM2 0\nM3 0\n";
 
-TEST_P(CdmBadInput, StopsWithItsCodeAndLeavesNoReport) {
+TEST_P(CdmBadInput, StopsTheCheckWithItsCode) {
   const BadCdm& bad = GetParam();
   std::string text = kGood;
   const size_t at = text.find(bad.from);
   ASSERT_NE(at, std::string::npos);
   text.replace(at, bad.from.size(), bad.to);
   WriteText("bad.cdm", text);
-  EXPECT_EQ(CallOnPath(CDMAllByDefault, "bad.cdm"), bad.code);
-  const std::vector<std::string> log = ReadLines("CDM.log");
-  ASSERT_GE(log.size(), 2u);
-  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("--Error" + std::to_string(bad.code)));
-  EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL CDMAllByDefault");
-  EXPECT_FALSE(testing::FileExists("bad.sum"));
-  EXPECT_FALSE(testing::FileExists("bad.LRD"));
   EXPECT_EQ(CheckCdmFile("bad.cdm").status, bad.code);
+  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("--Error" + std::to_string(bad.code)));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,6 +1,6 @@
 // The pure-line tool through its C exports: the check on the bundled example, whole runs of
 // each population type on bred lines with their written input files read back, and every code
-// of the pure-line reader stopping the run before any report. The frame that PLM shares with
+// of the pure-line reader. The frame that PLM shares with
 // the other map tools is checked in map_tool_frame_test.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -108,11 +108,6 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
     for (const auto& [group, chromosomes] : chromosomes_in) EXPECT_EQ(chromosomes.size(), 1u) << group;
     EXPECT_EQ(SumRows(stem + ".sum").size(), 16u);
 
-    const int founders = type <= 2 ? 4 : 8;
-    const std::vector<std::string> mtp = ReadLines(stem + ".mtp");
-    EXPECT_EQ(mtp[0].size(), 12u + 1 + 35 + 12u * (founders + 4));
-    EXPECT_EQ(fmt::Trim(mtp[0].substr(48 + 12 * founders, 12)), "Size(X)");
-
     // The corrected data set starts a new run, and the QTL file passes its validator.
     const PlmCheck again = CheckPlm(stem + "EC.plm");
     ASSERT_EQ(again.status, 0);
@@ -121,7 +116,9 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
   }
 }
 
-TEST_F(PlmRun, BadInputStopsWithItsCodeAndLeavesNoReport) {
+// What a stop leaves behind is the frame test's; here, that each refusal of the pure-line reader
+// stops the check with its own code and line.
+TEST_F(PlmRun, BadInputStopsTheCheckWithItsCode) {
   const std::string head4 = "2\n1\n1\n2\n6\n";
   const std::string anchors = "M1 0\nM2 0\n";
   const std::string good = "ABCD M2 A B C D A B\n";
@@ -139,13 +136,7 @@ TEST_F(PlmRun, BadInputStopsWithItsCodeAndLeavesNoReport) {
     SCOPED_TRACE(code);
     WriteText("bad.plm", text);
     EXPECT_EQ(CheckPlm("bad.plm").status, code);
-    EXPECT_EQ(testing::CallOnPath(PLMAllByDefault, "bad.plm"), code);
-    const std::vector<std::string> log = ReadLines("PLM.log");
-    ASSERT_GE(log.size(), 2u);
-    EXPECT_THAT(log, ::testing::Contains(::testing::StartsWith("--Error" + std::to_string(code) + ": ")));
-    EXPECT_EQ(log.back(), "--Error1101: error found in DLL! DLL name=DLL PLMAllByDefault");
-    for (const char* suffix : {".LRD", ".sum", ".mtp", ".err", "EC.plm", ".plq"})
-      EXPECT_FALSE(testing::FileExists(std::string("bad") + suffix)) << suffix;
+    EXPECT_THAT(ReadLines("PLM.log"), ::testing::Contains(::testing::StartsWith("--Error" + std::to_string(code) + ": ")));
     std::remove("PLM.log");
   }
 }

@@ -150,49 +150,44 @@ TEST(PureLineEstimator, RecoversTheFrequencyOfBredLines) {
 }
 
 TEST(PureLineEstimator, EdgesOfTheIteration) {
-  auto repeat = [](const char* text, int times) {
+  auto repeat = [](const std::string& text, int times) {
     std::string s;
-    for (int i = 0; i < times; ++i) s += text;
+    while (times-- > 0) s += text;
     return s;
   };
-  // One allele at a marker: every class is equally likely whatever r, so 0.5 at once.
-  const std::string x = repeat("AAAA", 10), y = repeat("ABCD", 10);
-  PureLineEstimate e = PLMPairFourWay(1, 40, 1111, 1234, x.data(), y.data());
-  EXPECT_EQ(e.rec_freq, 0.5f);
-  EXPECT_EQ(e.lod, 0.0f);
-
-  // Every line in a same-founder cell of a 4PDH: r = 0 and LOD = 2n log10 2.
-  const std::string d = repeat("ABCD", 10);
-  e = PLMPairFourWay(1, 40, 1234, 1234, d.data(), d.data());
-  EXPECT_EQ(e.rec_freq, 0.0f);
-  EXPECT_NEAR(e.lod, 80 * std::log10(2.0), 1e-3);
-
-  // Every line recombinant: the estimate is 1, reported as 0.5 with LOD 0 however strong.
-  const std::string far = repeat("CDAB", 10);
-  for (int type : {1, 3, 4}) {
-    e = type == 1 ? PLMPairFourWay(type, 40, 1234, 1234, d.data(), far.data())
-                  : PLMPairEightWay(type, 40, 12345678, 12345678, d.data(), far.data());
-    EXPECT_EQ(e.rec_freq, 0.5f) << type;
-    EXPECT_EQ(e.lod, 0.0f) << type;
+  const std::string d = repeat("ABCD", 10), far = repeat("CDAB", 10);
+  const float kParental = 80 * std::log10(2.0f), kAnyLod = -1.0f;
+  struct Edge {
+    const char* why;
+    int type;
+    int32_t p1, p2;
+    std::string x, y;
+    float rec_freq, lod;
+  };
+  const Edge edges[] = {
+      // Every class is equally likely whatever r, so 1/2 at once.
+      {"one allele at a marker", 1, 1111, 1234, repeat("AAAA", 10), d, 0.5f, 0.0f},
+      // r = 0 and LOD = 2n log10 2.
+      {"every line in a same-founder cell of a 4PDH", 1, 1234, 1234, d, d, 0.0f, kParental},
+      // The estimate is 1, reported as 1/2 with LOD 0 however strong.
+      {"every line recombinant, 4PDH", 1, 1234, 1234, d, far, 0.5f, 0.0f},
+      {"every line recombinant, 8PDH", 3, 12345678, 12345678, d, far, 0.5f, 0.0f},
+      {"every line recombinant, 8PRIL", 4, 12345678, 12345678, d, far, 0.5f, 0.0f},
+      // 20 lines on the diagonal and 12 off it give R = (2/3)(12/32) = 0.25 on the inbred
+      // line's scale, which is 0.25 / 1.5 per meiosis.
+      {"4PRIL by hand", 2, 1234, 1234, repeat("ABCD", 8), repeat("ABCD", 5) + repeat("BADC", 3), 0.25f / 1.5f, kAnyLod},
+      {"letters of a founder beyond the population, and X, count nowhere", 1, 1234, 1234, d + "XEXH", d + "AAAA",
+       0.0f, kParental},
+  };
+  for (const Edge& e : edges) {
+    const PureLineEstimate got = Estimate(e.type, e.p1, e.p2, e.x, e.y);
+    EXPECT_NEAR(got.rec_freq, e.rec_freq, 1e-6) << e.why;
+    if (e.lod != kAnyLod) EXPECT_NEAR(got.lod, e.lod, 1e-3) << e.why;
   }
-
-  // 4PRIL: 20 lines on the diagonal and 12 off it give R = (2/3)(12/32) = 0.25 on the inbred
-  // line's scale, which is 0.25 / 1.5 per meiosis.
-  const std::string a = repeat("ABCD", 8), b = repeat("ABCD", 5) + repeat("BADC", 3);
-  e = PLMPairFourWay(2, 32, 1234, 1234, a.data(), b.data());
-  EXPECT_NEAR(e.rec_freq, 0.25f / 1.5f, 1e-6);
-
-  // Letters of a founder beyond the population, and X, count nowhere.
-  const std::string noisy = d + "XEXH", plain = d + "AAAA";
-  const PureLineEstimate clean = PLMPairFourWay(1, 40, 1234, 1234, d.data(), d.data());
-  e = PLMPairFourWay(1, 44, 1234, 1234, noisy.data(), plain.data());
-  EXPECT_EQ(e.rec_freq, clean.rec_freq);
-  EXPECT_EQ(e.lod, clean.lod);
-
   // An unknown population type estimates nothing.
-  e = PLMPairFourWay(5, 40, 1234, 1234, d.data(), d.data());
-  EXPECT_EQ(e.rec_freq, 0.5f);
-  EXPECT_EQ(e.lod, 0.0f);
+  const PureLineEstimate unknown = PLMPairFourWay(5, 40, 1234, 1234, d.data(), d.data());
+  EXPECT_EQ(unknown.rec_freq, 0.5f);
+  EXPECT_EQ(unknown.lod, 0.0f);
 }
 
 TEST(PureLineEstimator, CellChancesFollowTheBreedingTablesAndSumToOne) {
