@@ -20,6 +20,7 @@
 #include "engine/rippling.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
+#include "support/breeder.h"
 #include "twopoint/pair_store_file.h"
 
 namespace {
@@ -122,15 +123,15 @@ SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
   std::vector<std::size_t> by_position(pos.size());
   std::iota(by_position.begin(), by_position.end(), 0);
   std::sort(by_position.begin(), by_position.end(), [&](std::size_t a, std::size_t b) { return pos[a] < pos[b]; });
+  std::vector<double> sorted;
+  for (const std::size_t m : by_position) sorted.push_back(pos[m]);
+  gae::testing::Breeder breeder = gae::testing::Breeder::AtPositions(sorted, seed);
+  const gae::testing::Plant f1 = breeder.Hybrid(0, 1);
   std::vector<uint64_t> bits(static_cast<std::size_t>(markers) * kWords, 0);
   for (int g = 0; g < kGametes; ++g) {
-    int origin = unit(rng) < 0.5;
-    double last = 0.0;
-    for (const std::size_t m : by_position) {
-      if (unit(rng) < 0.5 * (1.0 - std::exp(-2.0 * (pos[m] - last) / 100.0))) origin = 1 - origin;
-      last = pos[m];
-      if (origin) bits[m * kWords + static_cast<std::size_t>(g / 64)] |= uint64_t{1} << (g % 64);
-    }
+    const gae::testing::Chromosome gamete = breeder.Meiosis(f1);
+    for (std::size_t k = 0; k < by_position.size(); ++k)
+      if (gamete[k] == 1) bits[by_position[k] * kWords + static_cast<std::size_t>(g / 64)] |= uint64_t{1} << (g % 64);
   }
   std::FILE* f = std::fopen(map.path.c_str(), "wb");
   std::vector<float> row;
