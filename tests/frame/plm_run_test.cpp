@@ -1,23 +1,23 @@
-// The pure-line tool through its C exports: the check on the bundled example, whole runs of
-// each population type on bred lines with their written input files read back, and every code
-// of the pure-line reader. The frame that PLM shares with
-// the other map tools is checked in map_tool_frame_test.
+// The pure-line tool through its C exports: whole runs of each population type on bred lines,
+// the check's counts against the letters bred, the written input files read back, and every
+// code of the pure-line reader. The frame that PLM shares with the other map tools is checked in
+// map_tool_frame_test.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <map>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "frame/fixed_format.h"
+#include "frame/pair_index.h"
 #include "gaengine.h"
-#include "support/export_call.h"
+#include "report/pure_line_segregation.h"
 #include "support/bred_data_sets.h"
+#include "support/export_call.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -26,20 +26,8 @@ namespace {
 using testing::ReadLines;
 using testing::ReadText;
 using testing::WriteText;
-
 using testing::CheckPlm;
 using testing::PlmCheck;
-
-// The letters of a marker's row in the input file, as written there.
-std::vector<std::string> RowTokens(const std::string& path, const std::string& name) {
-  for (const std::string& line : ReadLines(path)) {
-    std::istringstream row(line);
-    std::string pattern, marker;
-    row >> pattern >> marker;
-    if (marker == name) return {std::istream_iterator<std::string>(row), {}};
-  }
-  return {};
-}
 
 // Section 1 of a .sum file: (chromosome number, marker name) in map order.
 std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
@@ -52,41 +40,6 @@ std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
 
 using PlmRun = testing::InTempDir;
 
-TEST_F(PlmRun, CheckCountsTheFoundersOfTheExampleAndTestsTheirShares) {
-  const std::string file = "four_way_ril.plm";
-  WriteText(file, ReadText(testing::SourcePath("examples/" + file)));
-  const PlmCheck c = CheckPlm(file);
-  ASSERT_EQ(c.status, 0);
-  ASSERT_EQ(c.category.size(), 6u);
-  EXPECT_EQ(c.category, (std::vector<int>{1234, 1234, 1212, 1133, 1234, 1233}));
-  // PM03, "ABAB": founders C and D show as A and B, so the counts are those of the file's
-  // letters; each allele group holds two founders and expects (2 N) / 4 lines.
-  const std::vector<std::string> tokens = RowTokens(file, "PM03");
-  ASSERT_EQ(tokens.size(), 40u);
-  std::map<std::string, int> count;
-  for (const std::string& t : tokens) ++count[t];
-  EXPECT_EQ(c.sizes[0][2], count["A"]);
-  EXPECT_EQ(c.sizes[1][2], count["B"]);
-  EXPECT_EQ(c.sizes[8][2], count["X"]);
-  for (int k = 2; k < 8; ++k) EXPECT_EQ(c.sizes[k][2], 0) << k;
-  const int n = count["A"] + count["B"];
-  const float expected = static_cast<float>((2 * n) / 4);
-  const double chi = std::pow(count["A"] - expected, 2) / expected + std::pow(count["B"] - expected, 2) / expected;
-  EXPECT_NEAR(c.chi[2], chi, 1e-4);
-  EXPECT_NEAR(c.p[2], std::erfc(std::sqrt(chi / 2)), 1e-4);  // one degree of freedom
-  for (int m = 0; m < 6; ++m) {
-    int total = 0;
-    for (int k = 0; k < 9; ++k) total += c.sizes[k][m];
-    EXPECT_EQ(total, 40) << m;
-    EXPECT_EQ(c.anchor[m], 0);
-  }
-  EXPECT_EQ(static_cast<char>(c.names[2]), 'P');  // the names run marker-fastest
-  EXPECT_EQ(static_cast<char>(c.names[6 + 2]), 'M');
-  // The pairwise file holds one 8-byte record per pair.
-  EXPECT_EQ(ReadText("four_way_ril.LRD").size(), 8u * 15);
-  EXPECT_EQ(ReadLines("PLM.log").back(), "DLL CheckErrrorPLM run successfully!");
-}
-
 TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
   for (int type = 1; type <= 4; ++type) {
     SCOPED_TRACE(type);
@@ -96,6 +49,26 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
         type, 2, 8, 8.0, type <= 2 ? 120 : 200, patterns, 0.02, 40 + type);
     const std::string stem = "t" + std::to_string(type);
     WriteText(stem + ".plm", testing::PlmInputFile(data));
+
+    // The check counts each marker's letters as the file holds them and tests their shares;
+    // the names come back marker-fastest.
+    const int founders = type <= 2 ? 4 : 8, n = 16, lines = static_cast<int>(data.letters[0].size());
+    const PlmCheck c = CheckPlm(stem + ".plm");
+    ASSERT_EQ(c.status, 0);
+    EXPECT_EQ(c.category, std::vector<int>(data.patterns.begin(), data.patterns.end()));
+    for (int m = 0; m < n; ++m) {
+      const std::string& letters = data.letters[m];
+      for (int k = 0; k < 9; ++k) EXPECT_EQ(c.sizes[k][m], std::count(letters.begin(), letters.end(), "ABCDEFGHX"[k]));
+      const PureLineSegregation t = PureLineSegregationChiSquare(founders, data.patterns[m], letters.data(), lines);
+      EXPECT_EQ(c.chi[m], t.chi_square);
+      EXPECT_EQ(c.p[m], t.probability);
+      EXPECT_EQ(c.anchor[m], 0);
+      std::string name;
+      for (int j = 0; j < 7; ++j) name += static_cast<char>(c.names[j * n + m]);
+      EXPECT_EQ(name, data.names[m]);
+    }
+    EXPECT_EQ(ReadText(stem + ".LRD").size(), 8u * PairCount(n));
+
     ASSERT_EQ(testing::CallOnPath(PLMAllByDefault, stem + ".plm"), 0);
     EXPECT_EQ(ReadLines("PLM.log").back(), "DLL PLMAllByDefault run successfully!");
     for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".plq", ".err", "EC.plm"})
