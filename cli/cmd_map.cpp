@@ -19,6 +19,7 @@
 
 #include "commands.h"
 #include "consensus_run.h"
+#include "engine/order_group.h"
 #include "frame/message_code.h"
 #include "frame/name_codes.h"
 #include "front_end_map.h"
@@ -401,6 +402,13 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
     if (consensus && (!o.lod.empty() || o.order != "default" || o.max_rf >= 0.0f)) {
       // A consensus is one group of all markers ordered on distance: nothing here to choose.
       std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
+      exit_code = 2;
+      return;
+    }
+    if (consensus && Settings().starts > 0) {
+      // The consensus ordering takes its own fixed number of starts; the seed still applies.
+      std::fprintf(stderr, "--starts applies to MAP, CDM and PLM files; a consensus always orders with %d "
+                   "random starts (--seed still chooses them)\n", gae::kConsensusStarts);
       exit_code = 2;
       return;
     }
