@@ -12,8 +12,6 @@ namespace gae {
 
 namespace {
 
-constexpr std::size_t kCategoryWidth = 8;
-constexpr std::size_t kMarkerWidth = 35;
 
 // One list-directed read of a row. The tokens are gathered as they come, so a row that claims
 // more lines than the file holds fails when the items run out instead of reserving memory for
@@ -23,7 +21,7 @@ bool ReadRow(InputFile& in, bool with_category, int32_t population_size, std::st
   ListRead read(in);
   tokens.clear();
   if (with_category && !read.Text(category, kCategoryWidth)) return false;
-  if (!read.Text(name, kMarkerWidth)) return false;
+  if (!read.Text(name, kMarkerNameWidth)) return false;
   for (int32_t line = 0; line < population_size; ++line) {
     std::string_view item;
     if (!read.Item(item)) return false;
