@@ -413,7 +413,7 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
       return;
     }
     exit_code = consensus ? RunConsensus(o.file) : RunMap(o);
-    const std::string_view kind = consensus ? "CMP" : ToolOfFile(o.file, o.tool).Profile().letters;
+    const std::string_view kind = consensus ? gae::ProfileOf(gae::MapTool::kCMP).letters : ToolOfFile(o.file, o.tool).Profile().letters;
     if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, std::string(kind));
   });
 }
