@@ -125,6 +125,8 @@ TEST_F(BreederCommand, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
       {"type.cdm", "1\n1\n1\n2\n4\nABCD     C1 AC AD BC BD\nABCD     C2 AC XC BC BD\n",
        "type.cdm line 7, marker C2, individual 2: 'XC' is not a genotype code of a Clonal F1 marker of type ABCD "
        "(AC AD BC BD XX)", ""},
+      {"half.cdm", "1\n1\n1\n2\n4\nABCD     C1 AC AD BC BD\nA=B      C2 XC XD BD XX\n",
+       "individual 3: 'BD' is not a genotype code of a Clonal F1 marker of type A=B (XC XD XX)", ""},
       {"lower.plm", "2\n1\n1\n2\n4\nABCD     P1 A B C D\nABAB     P2 A b A X\n",
        "lower.plm line 7, marker P2, individual 2: 'b' is not a genotype code of a 4PRIL marker of type ABAB "
        "(A B C D X)", "write 'B', not 'b'"},
