@@ -57,8 +57,8 @@ TEST_F(PlmPairwiseFile, RecordsEqualTheLiteralEstimateOfEveryPair) {
   struct Case {
     int type, markers, lines, distinct;
   };
-  // Four founders: all 14 patterns, tables built up front. Eight founders with 400 patterns:
-  // too many pattern pairs to keep, tables built pair by pair.
+  // Four founders (14 patterns in all): tables built up front. Eight founders with a pool of 400
+  // patterns: too many pattern pairs to keep, tables built pair by pair.
   for (const Case c : {Case{1, 60, 90, 14}, Case{2, 60, 90, 14}, Case{3, 45, 70, 6}, Case{4, 420, 40, 400}}) {
     const int founders = c.type <= 2 ? 4 : 8;
     const RandomSet set = MakeSet(c.type, c.markers, c.lines, c.distinct, 100 + c.type);
