@@ -39,23 +39,6 @@ TEST_F(ValidatorExports, EveryExampleFilePassesItsCheck) {
   }
 }
 
-TEST_F(ValidatorExports, TheConsensusExampleHasThreeMapsOfSixteenMarkers) {
-  // The three maps of the example each lack a few of the sixteen markers, and no marker is
-  // missing from all three.
-  const std::string path = SourcePath("examples/three_maps_3b.cmp");
-  int space_type = 0, space_unit = 0, num_chs = 0, num_markers = 0, status = -1;
-  ::testing::internal::CaptureStdout();
-  CMPFindNumMarkers(static_cast<int>(path.size()), path.data(), &space_type, &space_unit, &num_chs,
-                    &num_markers, &status);
-  ::testing::internal::GetCapturedStdout();
-  EXPECT_EQ(status, 0);
-  EXPECT_EQ(space_type, 2);
-  EXPECT_EQ(space_unit, 1);
-  EXPECT_EQ(num_chs, 3);
-  EXPECT_EQ(num_markers, 16);
-  EXPECT_THAT(ReadLines("CMP.log"), ElementsAre("DLL CMPFindNumMarkers run successfully!"));
-}
-
 TEST_F(ValidatorExports, PredictionHeaderNamesComeBackAsCodesByTheCallersExtent) {
   const std::string path = SourcePath("examples/training_and_breeding.gsp");
   const int len = static_cast<int>(path.size());
