@@ -332,40 +332,18 @@ TEST(LocalSearch, ValuesThatAreNotAllFiniteScoreEveryMove) {
   }
 }
 
-TEST(LocalSearch, SmallTourMakesNoMoveAndIsOnlyReadBack) {
-  // Three cities cannot be 2-opted, four cannot be 3-opted: the open-path result is the cycle
-  // read from city 1 and cut after its longest edge.
-  const Packed d3 = {5, 1, 2};  // (2,1)=5 (3,1)=1 (3,2)=2
-  Tour tour = {2, 3, 1};
-  MoveLog moves;
-  TwoOptOpenPath(testing::ToTourMatrix(3, d3), tour, &moves);
-  EXPECT_TRUE(moves.empty());
-  EXPECT_THAT(tour, ::testing::ElementsAre(2, 3, 1));  // cycle 1-2-3, longest edge (1,2) cut
-  const Packed d4 = {1, 2, 3, 4, 5, 6};
-  tour = {4, 3, 2, 1};
-  ThreeOptOpenPath(testing::ToTourMatrix(4, d4), tour, &moves);
-  EXPECT_TRUE(moves.empty());
-  EXPECT_EQ(tour.size(), 4u);
-}
-
 TEST(LocalSearch, GainOfExactlyTheMinimumIsNotApplied) {
   // Cycle 1-2-3-4: the only useful exchange replaces (1,2)+(3,4) by (1,3)+(2,4), a gain of
   // exactly 0.0001 in 32 bits.
-  Packed d(6, 1.0f);
-  auto set = [&](int i, int j, float v) { d[GroupPairIndex(i, j) - 1] = v; };
-  set(1, 2, 0.0001f);
-  set(3, 4, 0.0f);
-  set(1, 3, 0.0f);
-  set(2, 4, 0.0f);
-  set(2, 3, 0.0f);
-  set(1, 4, 0.0f);
+  Packed d(6, 0.0f);
+  d[GroupPairIndex(2, 1) - 1] = 0.0001f;  // every other pair 0
   ASSERT_EQ((0.0001f + 0.0f) - (0.0f + 0.0f), kMinimumGain);
   const TourMatrix m = testing::ToTourMatrix(4, d);
   Successors next = BuildSuccessors({1, 2, 3, 4});
   MoveLog moves;
   TwoOptPasses(m, next, false, &moves);
   EXPECT_TRUE(moves.empty());
-  set(1, 2, 0.0002f);  // now strictly above: applied
+  d[GroupPairIndex(2, 1) - 1] = 0.0002f;  // now strictly above: applied
   TwoOptPasses(testing::ToTourMatrix(4, d), next, false, &moves);
   EXPECT_EQ(moves.size(), 1u);
 }
@@ -382,15 +360,6 @@ TEST(LocalSearch, OptimalPathStaysButStartsAfterTheLongestEdge) {
   TwoOptOpenPath(testing::ToTourMatrix(4, d), tour, &moves);
   EXPECT_TRUE(moves.empty());
   EXPECT_THAT(tour, ::testing::ElementsAre(1, 2, 3, 4));
-  // The dummy-city search finds the same path from a scrambled start, with negated values too.
-  for (float sign : {1.0f, -1.0f}) {
-    Packed s = d;
-    for (float& v : s) v = sign > 0 ? v : v - 100.0f;  // a shift: only differences count
-    tour = {3, 1, 4, 2};
-    TwoOptWithDummy(testing::ToTourMatrix(4, s), tour);
-    if (tour.front() != 1) std::reverse(tour.begin(), tour.end());
-    EXPECT_THAT(tour, ::testing::ElementsAre(1, 2, 3, 4)) << sign;
-  }
 }
 
 TEST(LocalSearch, EveryThreeOptCaseKeepsOneCycle) {
