@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "frame/process_state.h"
@@ -24,20 +23,6 @@ using testing::WriteText;
 using testing::CallOnPath;
 
 class ValidatorExports : public testing::InTempDir {};
-
-TEST_F(ValidatorExports, EveryExampleFilePassesItsCheck) {
-  const std::tuple<testing::PathExport, std::string, const char*> examples[] = {
-      {CheckErrorBIP, "BIP", "ril_two_traits.bip"}, {CheckErrorSDL, "SDL", "f2_segregation.sdl"},
-      {CheckErrorMET, "MET", "backcross_three_environments.met"}, {CheckErrorNAM, "NAM", "three_families.nam"},
-      {CheckErrorPLQ, "PLQ", "four_way_ril.plq"}, {CheckErrorCDQ, "CDQ", "clonal_f1.cdq"},
-      {CheckErrorCSL, "CSL", "segment_lines.csl"}, {CheckErrorAOV, "AOV", "trial_two_traits.aov"}};
-  for (const auto& [fn, tool, file] : examples) {
-    EXPECT_EQ(CallOnPath(fn, SourcePath(std::string("examples/") + file)), 0) << file;
-    const std::vector<std::string> log = ReadLines(tool + ".log");
-    ASSERT_FALSE(log.empty()) << file;
-    EXPECT_EQ(log.back(), "DLL CheckError" + tool + " run successfully!");
-  }
-}
 
 TEST_F(ValidatorExports, PredictionHeaderNamesComeBackAsCodesByTheCallersExtent) {
   const std::string path = SourcePath("examples/training_and_breeding.gsp");
