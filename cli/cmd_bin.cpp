@@ -26,7 +26,7 @@ namespace {
 
 struct BinSettings {
   std::string file, out;
-  int tool_code = 2;
+  int tool_code = kBiparentalRowsCode;
   float missing_rate = -1.0f, distortion_p = -1.0f;  // below 0: the file's, or none
   int method = 0;                                    // 0: the file's, or 1
 };
@@ -162,7 +162,7 @@ void RegisterBinCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("file", s.file, "Binning input file")->required();
   cmd->add_option("-o,--output", s.out, "Input file to write (default: FILE_binned)");
   cmd->add_option("--tool-code", s.tool_code,
-                  "Population rules: 2 bi-parental (MAP), 20 clonal (CDM), 30 pure lines (PLM)")
+                  "Population rules: " + DesignCodesHelp())
       ->capture_default_str();
   cmd->add_option("--missing-rate", s.missing_rate,
                   "Drop markers missing on more than this share of lines, in (0, 0.10) "

@@ -19,6 +19,7 @@
 
 #include "commands.h"
 #include "consensus_run.h"
+#include "engine/order_group.h"
 #include "frame/message_code.h"
 #include "frame/name_codes.h"
 #include "front_end_map.h"
@@ -404,8 +405,15 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
       exit_code = 2;
       return;
     }
+    if (consensus && Settings().starts > 0) {
+      // The consensus ordering takes its own fixed number of starts; the seed still applies.
+      std::fprintf(stderr, "--starts applies to MAP, CDM and PLM files; a consensus always orders with %d "
+                   "random starts (--seed still chooses them)\n", gae::kConsensusStarts);
+      exit_code = 2;
+      return;
+    }
     exit_code = consensus ? RunConsensus(o.file) : RunMap(o);
-    const std::string_view kind = consensus ? "CMP" : ToolOfFile(o.file, o.tool).Profile().letters;
+    const std::string_view kind = consensus ? gae::ProfileOf(gae::MapTool::kCMP).letters : ToolOfFile(o.file, o.tool).Profile().letters;
     if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, std::string(kind));
   });
 }

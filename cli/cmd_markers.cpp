@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "frame/tool_profile.h"
 #include "gaengine.h"
 #include "library_output.h"
 #include "user_errors.h"
@@ -26,19 +27,26 @@ int CountMarkers(const std::string& tool, int tool_code, const PathArg& path, in
   return status;
 }
 
+// The stage ToolCode of a map tool named by its letters, or 0 for the SNP and BIN files.
+int StageCodeOf(const std::string& letters) {
+  for (const gae::MapTool id : {gae::MapTool::kMAP, gae::MapTool::kCDM, gae::MapTool::kPLM})
+    if (gae::ProfileOf(id).letters == letters) return gae::ProfileOf(id).tool_code;
+  return 0;
+}
+
 }  // namespace
 
 void RegisterMarkersCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("markers", "Print the number of markers of an input file");
   static std::string tool;
   static std::string file;
-  static int tool_code = 2;
+  static int tool_code = kBiparentalRowsCode;
   cmd->add_option("tool", tool, "MAP, CDM, PLM, SNP or BIN")
       ->required()
       ->transform(CLI::IsMember({"MAP", "CDM", "PLM", "SNP", "BIN"}, CLI::ignore_case));
   cmd->add_option("file", file, "Input file")->required();
   cmd->add_option("--tool-code", tool_code,
-                  "Population rules of SNP and BIN files: 2 bi-parental, 20 clonal, 30 pure lines")
+                  "Population rules of SNP and BIN files: " + DesignCodesHelp())
       ->capture_default_str();
   cmd->callback([&exit_code] {
     std::string upper = tool;
@@ -51,7 +59,7 @@ void RegisterMarkersCommand(CLI::App& app, int& exit_code) {
       status = CountMarkers(upper, tool_code, PathArg(file), count);
     }
     if (status != 0) {
-      ExplainRefusal(file, upper == "MAP" ? 104 : upper == "CDM" ? 20 : upper == "PLM" ? 30 : 0, status);
+      ExplainRefusal(file, StageCodeOf(upper), status);
       exit_code = 1;
       return;
     }

@@ -1,6 +1,7 @@
 // gaengine snp FILE -o OUT: SNP calls of parents and progeny to the input file of a map tool.
 // The library's check validates the file and logs to SNP.log; the same conversion then gives
 // the letters that the written file carries.
+#include <cctype>
 #include <cstdio>
 #include <optional>
 #include <fstream>
@@ -16,6 +17,8 @@
 #include "input/list_reader.h"
 #include "prep/map_input_text.h"
 #include "frame/path_stem.h"
+#include "frame/tool_profile.h"
+#include "prep/snp_calls.h"
 #include "prep/snp_conversion.h"
 #include "prep/snp_reader.h"
 
@@ -23,12 +26,20 @@ namespace gaecli {
 
 namespace {
 
-const char* ToolName(int tool_code) {
-  return tool_code == 20 ? "CDM" : tool_code == 30 ? "PLM" : "MAP";
+// The map tool whose input file the calls become, by how the parents' calls are read.
+const gae::ToolProfile& TargetTool(int tool_code) {
+  switch (gae::SnpMode(tool_code)) {
+    case gae::kClonalMode: return gae::ProfileOf(gae::MapTool::kCDM);
+    case gae::kFounderMode: return gae::ProfileOf(gae::MapTool::kPLM);
+    default: return gae::ProfileOf(gae::MapTool::kMAP);
+  }
 }
 
+// A map tool's input file is known by the tool's letters: .map, .cdm, .plm.
 std::string DefaultOutput(const std::string& file, int tool_code) {
-  return gae::PathStem(file) + (tool_code == 20 ? ".cdm" : tool_code == 30 ? ".plm" : ".map");
+  std::string extension = "." + std::string(TargetTool(tool_code).letters);
+  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return gae::PathStem(file) + extension;
 }
 
 int Fail(const std::string& file, int status) {
@@ -78,7 +89,7 @@ int RunSnp(const std::string& file, std::string out, int tool_code) {
   }
   std::printf("%s: %d markers read, %zu kept, %zu deleted\n", file.c_str(), num_markers,
               record.names.size(), static_cast<std::size_t>(num_markers) - record.names.size());
-  std::printf("%s input file written: %s\n", ToolName(tool_code), out.c_str());
+  std::printf("%s input file written: %s\n", std::string(TargetTool(tool_code).letters).c_str(), out.c_str());
   return 0;
 }
 
@@ -87,12 +98,11 @@ int RunSnp(const std::string& file, std::string out, int tool_code) {
 void RegisterSnpCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("snp", "Convert SNP calls of parents and progeny to a map tool's input file");
   static std::string file, out;
-  static int tool_code = 2;
+  static int tool_code = kBiparentalRowsCode;
   cmd->add_option("file", file, "SNP input file")->required();
   cmd->add_option("-o,--output", out, "Input file to write (default: FILE less its extension, .map/.cdm/.plm)");
   cmd->add_option("--tool-code", tool_code,
-                  "Design: 2 two inbred parents (MAP), 20 clonal F1 or double cross (CDM), "
-                  "30 four- or eight-way pure lines (PLM)")
+                  "Design: " + DesignCodesHelp())
       ->capture_default_str();
   cmd->callback([&exit_code] { exit_code = RunSnp(file, out, tool_code); });
 }

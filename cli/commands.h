@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "input/tool_codes.h"
+
 namespace CLI {
 class App;
 }
@@ -25,6 +27,17 @@ void RegisterImportCommand(CLI::App& app, int& exit_code);
 // Draws <stem>.map.svg and <stem>.rf.png of a finished map from its result files. `tool_name`
 // is MAP, CDM or CMP; empty to take it from the file name. Returns the exit status.
 int WriteMapPictures(const std::string& file, const std::string& tool_name);
+
+// The tool code users give for bi-parental rows in SNP and binning files; the readers take
+// every code other than the clonal and pure-line ones as bi-parental.
+inline constexpr int kBiparentalRowsCode = 2;
+
+// "2 bi-parental (MAP), 20 clonal (CDM), 30 pure lines (PLM)": the --tool-code values.
+inline std::string DesignCodesHelp() {
+  return std::to_string(kBiparentalRowsCode) + " bi-parental (MAP), " + std::to_string(gae::kClonalToolCode) +
+         " clonal F1 or double cross (CDM), " + std::to_string(gae::kPureLineToolCode) +
+         " four- or eight-way pure lines (PLM)";
+}
 
 // The path argument of the exports: its bytes and their count.
 struct PathArg {

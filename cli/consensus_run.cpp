@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "engine/order_group.h"
 #include "frame/message_code.h"
 #include "frame/name_codes.h"
 #include "frame/tool_profile.h"
@@ -17,6 +18,7 @@
 #include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
 #include "report/text_file.h"
+#include "run_settings.h"
 #include "user_errors.h"
 
 namespace gaecli {
@@ -113,6 +115,8 @@ void PrintSummary(const std::string& file, const ConsensusCheck& check, const Fr
     start += size;
   }
   std::printf("\nConsensus of %s\n", file.c_str());
+  // The ordering's starts are fixed for a consensus; which ones are drawn rests on the seed.
+  PrintRandomSettings(gae::kConsensusStarts, true);
   std::printf("  Markers           %d\n", check.num_markers);
   std::printf("  Input maps        %d\n", check.num_maps);
   std::printf("  Shared markers    %ld (on two maps or more)\n", shared);
@@ -157,6 +161,7 @@ int RunConsensus(const std::string& file) {
   // one group, the shared markers ordered first by distance, a window of five.
   const gae::ToolProfile& tool = gae::ProfileOf(gae::MapTool::kCMP);
   const gae::StageDefaults& d = tool.defaults;
+  LogRunSettings(tool.tool_code, gae::kConsensusStarts);
   FrontEndMap map;
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, check.num_markers);

@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "engine/map_state.h"
+#include "input/tool_codes.h"
 
 namespace gaecli {
 
 struct RunFacts {
-  int tool_code = 104;
+  int tool_code = gae::kMapToolCode;
   float threshold = 3.0f;
   int starts = 5;
   bool pairs_computed = false;

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "engine/order_group.h"
 #include "frame/message_catalogue.h"
 #include "frame/tool_profile.h"
 #include "input/header_fields.h"
@@ -45,6 +46,25 @@ std::string LogName(int tool_code) {
   return std::string(tool != nullptr ? tool->letters : "MAP") + ".log";
 }
 
+// "5 for MAP and CDM, 10 for PLM", from the tools' own defaults.
+std::string StartsDefaults() {
+  std::string text;
+  int last = -1;
+  for (const gae::MapTool id : {gae::MapTool::kMAP, gae::MapTool::kCDM, gae::MapTool::kPLM}) {
+    const gae::ToolProfile& tool = gae::ProfileOf(id);
+    const int starts = tool.defaults.ordering_param1;
+    if (starts == last) {
+      text += " and ";
+    } else {
+      if (last >= 0) text += ", ";
+      text += std::to_string(starts) + " for ";
+    }
+    text += tool.letters;
+    last = starts;
+  }
+  return text;
+}
+
 }  // namespace
 
 RunSettings& Settings() {
@@ -61,8 +81,9 @@ void RegisterSeedOption(CLI::App& app) {
 
 void RegisterStartsOption(CLI::App& cmd) {
   cmd.add_option("--starts", Settings().starts,
-                 "Random starts of ordering per group (default 5); they run in parallel, and more of them "
-                 "make a better order likelier on long groups")
+                 "Random starts of ordering per group (default " + StartsDefaults() + "); they run in parallel, and more of them "
+                 "make a better order likelier on long groups. Not for a consensus, whose ordering always "
+                 "takes " + std::to_string(gae::kConsensusStarts))
       ->check(CLI::Range(1, 10000));
 }
 
@@ -95,7 +116,6 @@ bool PairFileComputed() {
 
 void PrintRunSettings(const std::string& file, int tool_code, float threshold, bool default_lod,
                       int starts, bool pairs_computed) {
-  const RunSettings& s = Settings();
   std::printf("  Mapping function  %s\n", MappingFunctionName(MappingFunctionOf(file, tool_code)));
   // MAP groups by LOD; the clonal and pure-line tools by recombination frequency.
   const gae::ToolProfile* tool = gae::ProfileOfStageCode(tool_code);
@@ -104,10 +124,15 @@ void PrintRunSettings(const std::string& file, int tool_code, float threshold, b
                 default_lod ? " (default)" : "");
   else
     std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(threshold), default_lod ? " (default)" : "");
+  PrintRandomSettings(starts, false);
+  std::printf("  Pair file         %s\n", pairs_computed ? "computed in this run" : "reused from an earlier run");
+}
+
+void PrintRandomSettings(int starts, bool fixed) {
+  const RunSettings& s = Settings();
   std::printf("  Seed              %lld%s\n", s.seed,
               s.seed_given ? " (given)" : " (drawn: --seed repeats this run)");
-  std::printf("  Random starts     %d per group\n", starts);
-  std::printf("  Pair file         %s\n", pairs_computed ? "computed in this run" : "reused from an earlier run");
+  std::printf("  Random starts     %d per group%s\n", starts, fixed ? " (fixed)" : "");
 }
 
 void LogRunSettings(int tool_code, int starts) {

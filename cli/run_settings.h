@@ -21,7 +21,7 @@ RunSettings& Settings();
 
 // --seed on the command and on every sub-command after it (integers only).
 void RegisterSeedOption(CLI::App& app);
-// --starts on a map sub-command.
+// --starts on a map sub-command (a consensus takes a fixed number).
 void RegisterStartsOption(CLI::App& cmd);
 
 // Once the command line is parsed: a seed is drawn when none was given, and the library's
@@ -38,6 +38,9 @@ void PrintRunSettings(const std::string& file, int tool_code, float threshold, b
 
 // Whether the library computed a pair file in this run (it says so in its catalogue line).
 bool PairFileComputed();
+
+// The seed and random-starts lines of a summary; `fixed` when the tool does not let them be chosen.
+void PrintRandomSettings(int starts, bool fixed);
 
 // Appends the seed and starts to the tool's run log, beside the library's own lines.
 void LogRunSettings(int tool_code, int starts);

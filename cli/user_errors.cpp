@@ -13,16 +13,16 @@
 #include "frame/message_catalogue.h"
 #include "frame/message_code.h"
 #include "frame/population.h"
+#include "genotype_codes.h"
 #include "input/header_fields.h"
 #include "input/list_reader.h"
-#include "input/marker_decoders.h"
+#include "input/marker_section.h"
+#include "input/tool_codes.h"
 #include "library_output.h"
 
 namespace gaecli {
 
 namespace {
-
-constexpr std::size_t kNameWidth = 35;  // marker names are read to this many characters
 
 using Values = std::vector<std::pair<std::string, std::string>>;
 
@@ -117,11 +117,10 @@ struct RowText {
   int population_type = 0, population_size = 0, num_markers = 0;
   int name_line = 0;
   std::string name;                 // as it stands in the file, however long
+  std::string category;             // the category field of clonal and pure-line files
   std::vector<std::string> items;   // the genotype items
   int item_line = 0, previous_item_line = 0;  // of item `individual` and the one before it
 };
-
-bool HasCategoryField(int tool_code) { return tool_code == 20 || tool_code == 30; }
 
 bool ReadRowText(const std::string& file, int tool_code, int marker, int individual, RowText& row) {
   const LibraryOutput quiet(false);  // a header read that fails prints its line: the run has said it
@@ -142,7 +141,10 @@ bool ReadRowText(const std::string& file, int tool_code, int marker, int individ
   in.SkipRemarks();
   std::string_view item;
   for (int m = 1; m <= marker; ++m) {
-    if (HasCategoryField(tool_code) && !in.NextItem(item)) return false;
+    if (gae::HasCategoryField(tool_code)) {
+      if (!in.NextItem(item)) return false;
+      if (m == marker) row.category = std::string(item);
+    }
     if (!in.NextItem(item)) return false;
     if (m == marker) row.name = std::string(item), row.name_line = in.LineNumber();
     for (int l = 1; l <= row.population_size; ++l) {
@@ -157,30 +159,15 @@ bool ReadRowText(const std::string& file, int tool_code, int marker, int individ
   return true;
 }
 
-// The codes a bi-parental population takes, asked of the library's own decoder one letter at
-// a time: a letter is a code if the row is refused for nothing or only for its category.
-std::string BiparentalCodes(int population_type) {
-  const LibraryOutput quiet(false);
-  std::string codes;
-  for (const char letter : std::string("AHBDRX")) {
-    const gae::MarkerToken token(std::string(1, letter));
-    const gae::MarkerRow probe{1, {}, std::span<const gae::MarkerToken>(&token, 1)};
-    char decoded = ' ';
-    int32_t category = 0;
-    const bool ok = gae::DecodeBiparental(population_type, probe, std::span<char>(&decoded, 1), category);
-    if (ok || gae::MessageCode() == 2209) codes += codes.empty() ? std::string(1, letter) : std::string(" ") + letter;
-    gae::MessageCode() = 0;
-  }
-  return codes;
-}
-
 std::string WithArticle(const std::string& name) {
   const bool vowel_sound = !name.empty() && std::string("AEFHILMNORSX8").find(name[0]) != std::string::npos;
   return (vowel_sound ? "an " : "a ") + name;
 }
 
 std::string PopulationOf(int tool_code, int type) {
-  const int design = tool_code == 20 ? gae::kClonalDesign : tool_code == 30 ? gae::kFourWayDesign : gae::kBiparentalDesign;
+  const int design = tool_code == gae::kClonalToolCode     ? gae::kClonalDesign
+                     : tool_code == gae::kPureLineToolCode ? gae::kFourWayDesign
+                                                           : gae::kBiparentalDesign;
   const std::string name(gae::PopulationName(design, type));
   return name.empty() ? "population type " + std::to_string(type) : WithArticle(name);
 }
@@ -190,19 +177,32 @@ struct Explanation {
   std::vector<std::string> hints;
 };
 
-// A genotype the population cannot take: where it stands, and the codes that it can.
+// A genotype the marker cannot take: where it stands, and the codes that it can. Where the
+// library's line does not say which individual (a clonal type outside the marker's category,
+// any pure-line refusal), the first item the decoder would not take is the one.
 void ExplainGenotype(const std::string& file, int tool_code, const Values& v, Explanation& e) {
-  const int marker = IntOf(v, "MarkerID"), individual = IntOf(v, "LineID");
+  const int marker = IntOf(v, "MarkerID");
+  int individual = IntOf(v, "LineID");
   RowText row;
-  if (!ReadRowText(file, tool_code, marker, individual, row) || individual < 1 ||
-      individual > static_cast<int>(row.items.size()))
-    return;
+  if (!ReadRowText(file, tool_code, marker, individual, row)) return;
+  const MarkerKind kind{tool_code, row.population_type, row.category};
+  GenotypeCodes codes(kind);
+  const std::vector<std::string> shown = codes.Shown();
+  if (individual == 0 && !shown.empty()) {
+    for (std::size_t l = 0; l < row.items.size() && individual == 0; ++l)
+      if (!codes.Takes(row.items[l])) individual = static_cast<int>(l + 1);
+    if (individual == 0 || !ReadRowText(file, tool_code, marker, individual, row)) return;
+  }
+  if (individual < 1 || individual > static_cast<int>(row.items.size())) return;
   const std::string item = row.items[static_cast<std::size_t>(individual - 1)];
-  const std::string codes = tool_code == 104 ? BiparentalCodes(row.population_type) : "";
+  std::string list;
+  for (const std::string& code : shown) list += (list.empty() ? "" : " ") + code;
+  std::string kind_words = PopulationOf(tool_code, row.population_type);
+  if (gae::HasCategoryField(tool_code)) kind_words += " marker of type " + row.category;
   e.message = file + " line " + std::to_string(row.item_line) + ", marker " + row.name + ", individual " +
-              std::to_string(individual) + ": " + Quote(item) + " is not a genotype code of " +
-              PopulationOf(tool_code, row.population_type) + (codes.empty() ? "" : " (" + codes + ")");
-  if (item != Upper(item) && codes.find(Upper(item)) != std::string::npos)
+              std::to_string(individual) + ": " + Quote(item) + " is not a genotype code of " + kind_words +
+              (list.empty() ? "" : " (" + list + ")");
+  if (item != Upper(item) && codes.Takes(Upper(item)))
     e.hints.push_back("genotype codes are upper-case letters: write " + Quote(Upper(item)) + ", not " + Quote(item));
   // A row one genotype short takes the next row's marker name as its last genotype.
   const bool last = individual == row.population_size;
@@ -221,7 +221,7 @@ void ExplainSameName(const std::string& file, int tool_code, const Values& v, Ex
   e.message = file + " lines " + std::to_string(earlier.name_line) + " and " + std::to_string(later.name_line) +
               ": two markers have the same name " + Quote(ValueOf(v, "MarkerName"));
   if (earlier.name != later.name)
-    e.hints.push_back("marker names are cut to " + std::to_string(kNameWidth) + " characters: " +
+    e.hints.push_back("marker names are cut to " + std::to_string(gae::kMarkerNameWidth) + " characters: " +
                       Quote(earlier.name) + " and " + Quote(later.name) + " differ only after that; shorten them");
 }
 
@@ -268,8 +268,8 @@ void ExplainRefusal(const std::string& file, int tool_code, int status) {
   const std::string line = LastErrorLine(status);
   const Values v = KeyedValues(status, line);
   Explanation e;
-  const bool map_tool = tool_code == 104 || tool_code == 20 || tool_code == 30;
-  if (map_tool && !ValueOf(v, "LineID").empty() && !ValueOf(v, "MarkerID").empty()) ExplainGenotype(file, tool_code, v, e);
+  const bool map_tool = tool_code == gae::kMapToolCode || gae::HasCategoryField(tool_code);
+  if (map_tool && !ValueOf(v, "MarkerID").empty()) ExplainGenotype(file, tool_code, v, e);
   if (map_tool && (status == 2201 || status == 2210)) {
     RowText row;
     const int marker = IntOf(v, "MarkerID");
@@ -282,8 +282,8 @@ void ExplainRefusal(const std::string& file, int tool_code, int status) {
   if (map_tool && status == 2230) ExplainSameName(file, tool_code, v, e);
   if (status == 2108 || status == 2109) {
     const std::string name = ValueOf(v, "MarkerName");
-    if (name.size() >= kNameWidth)
-      e.hints.push_back("names are cut to " + std::to_string(kNameWidth) + " characters: two names that agree that far count as one");
+    if (name.size() >= gae::kMarkerNameWidth)
+      e.hints.push_back("names are cut to " + std::to_string(gae::kMarkerNameWidth) + " characters: two names that agree that far count as one");
   }
   if (e.message.empty() && ::access(file.c_str(), R_OK) != 0) e.message = file + ": no such file, or it cannot be read";
   if (e.message.empty()) {

@@ -80,7 +80,7 @@ void OrderConsensus(const PairTable& table, int method, int32_t n, const int32_t
   const int32_t k = static_cast<int32_t>(shared.size());
 
   if (method == 1 || k < 3) {
-    OrderMultiStart(d, 5, 3, random, perm, sink);
+    OrderMultiStart(d, kConsensusStarts, kConsensusSearch, random, perm, sink);
     ApplyPermutation(perm, group_order);
     ComputePositions(table, n, group_order, group_position);
     return;
@@ -88,7 +88,7 @@ void OrderConsensus(const PairTable& table, int method, int32_t n, const int32_t
   // The shared markers make the frame, ordered among themselves; the others are inserted.
   std::vector<int32_t> frame_perm(static_cast<std::size_t>(k));
   std::iota(frame_perm.begin(), frame_perm.end(), 1);
-  OrderMultiStart(d.Select(shared), 5, 3, random, frame_perm, sink);
+  OrderMultiStart(d.Select(shared), kConsensusStarts, kConsensusSearch, random, frame_perm, sink);
   std::vector<int32_t> list;
   list.reserve(static_cast<std::size_t>(n));
   for (const int32_t f : frame_perm) list.push_back(shared[static_cast<std::size_t>(f - 1)]);

@@ -29,7 +29,10 @@ void OrderGroup(const PairTable& table, const OrderingOptions& options, int32_t 
 
 // The consensus-map ordering, always on map distance: method 1 searches all markers; method 2
 // orders the markers that two or more maps share (group_anchor counts the maps) and inserts
-// the others around them.
+// the others around them. Its search takes a fixed number of random starts and local search,
+// whatever the caller passes as ordering parameters.
+inline constexpr int kConsensusStarts = 5;
+inline constexpr int kConsensusSearch = 3;
 void OrderConsensus(const PairTable& table, int method, int32_t n, const int32_t* group_anchor,
                     int32_t* group_order, float* group_position, UniformStream& random,
                     const StartSink& sink);

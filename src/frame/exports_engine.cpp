@@ -9,13 +9,14 @@
 #include "frame/map_tool_driver.h"
 #include "frame/tool_profile.h"
 #include "gaengine.h"
+#include "input/tool_codes.h"
 
 extern "C" {
 
 GAE_API void MAPGrouping(int ToolCode, int Method, int ByWhat, float Threshold, int NumMarkers,
                          const int* Anchor, int* Group, int* Status) {
   // The consensus tool ignores Anchor (it holds map counts there).
-  const bool missing = NumMarkers > 0 && (Group == nullptr || (Anchor == nullptr && ToolCode != 105));
+  const bool missing = NumMarkers > 0 && (Group == nullptr || (Anchor == nullptr && ToolCode != gae::kConsensusToolCode));
   if (gae::RefuseMissingArrays(missing, gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status)) return;
   gae::GuardedEntry(gae::StageLogTool(ToolCode), "DLL MAPGrouping", Status, [&] {
     gae::GroupingEntry(gae::ProcessStageContext(gae::StageRulesOf(ToolCode)), Method, ByWhat, Threshold, NumMarkers, Anchor, Group, Status);

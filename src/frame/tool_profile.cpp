@@ -1,5 +1,7 @@
 #include "frame/tool_profile.h"
 
+#include "input/tool_codes.h"
+
 namespace gae {
 
 namespace {
@@ -7,20 +9,20 @@ namespace {
 // The stage lines of a whole run ("DLL MAPGrouping", ...) are the same words for every tool;
 // only the frame's own lines carry the tool's letters.
 constexpr ToolProfile kProfiles[] = {
-    {MapTool::kMAP, "MAP", 104, 10, true, 2, 4,
+    {MapTool::kMAP, "MAP", kMapToolCode, kMapHeaderCode, true, 2, 4,
      {1, 1, 3.0f, 2, 2, 1, 5, 3, 1, 5}, {false},
      "DLL MAPFindNumMarkers", "DLL CheckErrorMAP", "DLL CheckErrrorMAP", "DLL MAPAllByDefault",
      "DLL MAP_ReadData", "DLL MAPOutput"},
-    {MapTool::kCDM, "CDM", 20, 20, true, 7, 4,
+    {MapTool::kCDM, "CDM", kClonalToolCode, kClonalToolCode, true, 7, 4,
      {1, 2, 0.3f, 2, 2, 1, 5, 3, 1, 5}, {false},
      "DLL CDMFindNumMarkers", "DLL CheckErrorCDM", "DLL CheckErrrorCDM", "DLL CDMAllByDefault",
      "DLL CDM_ReadData", "DLL CDMOutput"},
-    {MapTool::kPLM, "PLM", 30, 30, true, 2, 4,
+    {MapTool::kPLM, "PLM", kPureLineToolCode, kPureLineToolCode, true, 2, 4,
      {1, 2, 0.3f, 2, 2, 1, 10, 2, 1, 5}, {false},
      "DLL PLMFindNumMarkers", "DLL CheckErrorPLM", "DLL CheckErrrorPLM", "DLL PLMAllByDefault",
      "DLL PLM_ReadData", "DLL PLMOutput"},
     // A consensus run has no genotypes to time the reading of, and its store holds distances.
-    {MapTool::kCMP, "CMP", 105, 0, false, 2, 1,
+    {MapTool::kCMP, "CMP", kConsensusToolCode, 0, false, 2, 1,
      {1, 3, 3.0f, 2, 3, 1, 5, 3, 3, 5}, {true},
      "DLL CMPFindNumMarkers", "DLL CheckErrorCMP", "DLL CheckErrrorCMP", "DLL CMPAllByDefault",
      "DLL CMP_ReadData", "DLL CMPOutput"},

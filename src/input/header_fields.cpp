@@ -4,6 +4,7 @@
 
 #include "frame/messages.h"
 #include "frame/message_code.h"
+#include "input/tool_codes.h"
 
 namespace gae {
 
@@ -39,7 +40,7 @@ FieldRule RuleOf(HeaderField field) {
 // The population types a tool accepts, and the code of a refusal (0: no test at all).
 int PopulationTypeRefusal(int tool_code, int32_t type) {
   switch (tool_code) {
-    case 2: case 10: case 104: case 106: case 107: case 108:
+    case 2: case kMapHeaderCode: case kMapToolCode: case 106: case 107: case 108:
       return (type >= 1 && type <= 20) ? 0 : 2004;
     case 110: {
       // Nested association mapping takes the populations whose lines are genotyped as two
@@ -48,8 +49,8 @@ int PopulationTypeRefusal(int tool_code, int32_t type) {
                       (type >= 17 && type <= 20);
       return ok ? 0 : 2005;
     }
-    case 20: return (type == 1 || type == 2) ? 0 : 2006;
-    case 30: return (type >= 1 && type <= 4) ? 0 : 2007;
+    case kClonalToolCode: return (type == 1 || type == 2) ? 0 : 2006;
+    case kPureLineToolCode: return (type >= 1 && type <= 4) ? 0 : 2007;
     default: return 0;
   }
 }

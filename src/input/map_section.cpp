@@ -6,12 +6,12 @@
 #include "frame/messages.h"
 #include "frame/message_code.h"
 #include "input/repeated_names.h"
+#include "input/tool_codes.h"
 
 namespace gae {
 
 namespace {
 
-constexpr int kConsensusTool = 105;
 constexpr std::size_t kChromosomeWidth = 19;
 constexpr std::size_t kMarkerWidth = 35;
 
@@ -122,14 +122,14 @@ bool ReadMapSection(InputFile& in, int tool_code, int32_t num_chs, int32_t space
                             out.chromosome_names[c], out.chromosomes.back()))
       return false;
   }
-  if (tool_code != kConsensusTool && !CheckDuplicateNames(out)) return false;
+  if (tool_code != kConsensusToolCode && !CheckDuplicateNames(out)) return false;
   if (!CheckOrder(out)) return false;
 
   int64_t total = 0;
   for (const ChromosomeRecord& record : out.chromosomes) total += record.NumMarkers();
   out.total_markers = static_cast<int32_t>(total);
 
-  if (tool_code == kConsensusTool) {
+  if (tool_code == kConsensusToolCode) {
     out.distinct = BuildDistinctMarkers(out.chromosomes);
     if (!SomeMarkerOnEveryMap(out.distinct, num_chs)) {
       // The catalogue pairs this check with a text about permutation tests; the pairing is

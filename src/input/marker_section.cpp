@@ -6,15 +6,12 @@
 #include "frame/message_code.h"
 #include "input/marker_decoders.h"
 #include "input/repeated_names.h"
+#include "input/tool_codes.h"
 
 namespace gae {
 
 namespace {
 
-constexpr std::size_t kCategoryWidth = 8;
-constexpr std::size_t kMarkerWidth = 35;
-
-bool HasCategoryField(int tool_code) { return tool_code == 20 || tool_code == 30; }
 
 // One list-directed read of a row. The tokens are gathered as they come, so a row that claims
 // more lines than the file holds fails when the items run out instead of reserving memory for
@@ -24,7 +21,7 @@ bool ReadRow(InputFile& in, bool with_category, int32_t population_size, std::st
   ListRead read(in);
   tokens.clear();
   if (with_category && !read.Text(category, kCategoryWidth)) return false;
-  if (!read.Text(name, kMarkerWidth)) return false;
+  if (!read.Text(name, kMarkerNameWidth)) return false;
   for (int32_t line = 0; line < population_size; ++line) {
     std::string_view item;
     if (!read.Item(item)) return false;
@@ -78,8 +75,8 @@ bool DecodeMarkerRow(int tool_code, int32_t population_type, const MarkerRow& ro
   switch (tool_code) {
     case 109: return DecodeSegmentLines(row, letters, category);
     case 110: return DecodeNestedAssociation(population_type, row, letters, category);
-    case 20: return DecodeClonal(population_type, row, letters, category);
-    case 30: return DecodePureLine(population_type, row, letters, category);
+    case kClonalToolCode: return DecodeClonal(population_type, row, letters, category);
+    case kPureLineToolCode: return DecodePureLine(population_type, row, letters, category);
     default: return DecodeBiparental(population_type, row, letters, category);
   }
 }

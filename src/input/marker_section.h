@@ -11,6 +11,10 @@
 
 namespace gae {
 
+// The widths the category field and the marker name are read to; longer items are cut.
+inline constexpr std::size_t kCategoryWidth = 8;
+inline constexpr std::size_t kMarkerNameWidth = 35;
+
 struct MarkerSection {
   std::vector<std::string> names;      // 35 characters, blank padded
   std::vector<int32_t> categories;     // MarkerCategory per marker (MAP: 1 codominant, 12 dominant, 10 recessive)

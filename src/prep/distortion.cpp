@@ -5,6 +5,7 @@
 
 #include "frame/chi_square.h"
 #include "report/segregation.h"
+#include "input/tool_codes.h"
 
 namespace gae {
 
@@ -64,9 +65,9 @@ std::vector<float> SegregationPValues(int tool_code, int32_t population_type,
   std::vector<float> p(categories.size(), 1.0f);
   for (std::size_t m = 0; m < categories.size(); ++m) {
     const char* row = letters + m * static_cast<std::size_t>(num_individuals);
-    if (tool_code == 20) {
+    if (tool_code == kClonalToolCode) {
       p[m] = GoodnessOfFit(ClonalClasses(categories[m]), row, num_individuals);
-    } else if (tool_code == 30) {
+    } else if (tool_code == kPureLineToolCode) {
       p[m] = GoodnessOfFit(FounderClasses(categories[m]), row, num_individuals);
     } else {
       const SegregationTest test = SegregationChiSquare(population_type, categories[m], row, num_individuals);

@@ -2,6 +2,7 @@
 
 #include "frame/fixed_format.h"
 #include "report/remark_blocks.h"
+#include "input/tool_codes.h"
 
 namespace gae {
 
@@ -12,15 +13,15 @@ std::string NumericLine(long long value, std::string_view remark) {
 }
 
 std::string PopulationRemark(int tool_code) {
-  if (tool_code == 20) return "!Mapping Population Type (1 for Clonal F1; 2 for Double Cross)";
-  if (tool_code == 30)
+  if (tool_code == kClonalToolCode) return "!Mapping Population Type (1 for Clonal F1; 2 for Double Cross)";
+  if (tool_code == kPureLineToolCode)
     return "!Mapping Population Type (1 for 4PDH; 2 for 4PRIL; 3 for 8PDH; 4 for 8PRIL)";
   return "!Mapping Population (see remarks above)";
 }
 
 std::string CategoryField(const MapInputRecord& r, std::size_t m) {
-  if (r.tool_code == 20) return ClonalCategoryField(r.categories[m], r.population_type);
-  if (r.tool_code == 30) return FounderPatternField(r.categories[m]);
+  if (r.tool_code == kClonalToolCode) return ClonalCategoryField(r.categories[m], r.population_type);
+  if (r.tool_code == kPureLineToolCode) return FounderPatternField(r.categories[m]);
   return {};
 }
 
@@ -29,7 +30,7 @@ std::string Cells(const MapInputRecord& r, const std::string& letters) {
   text.reserve(letters.size() * 3);
   for (char c : letters) {
     text += ' ';
-    if (r.tool_code == 20) text += ClonalToken(c);
+    if (r.tool_code == kClonalToolCode) text += ClonalToken(c);
     else text += c;
   }
   return text;
@@ -63,8 +64,8 @@ std::string ClonalToken(char letter) {
 
 std::string MapInputText(const MapInputRecord& r) {
   std::string out;
-  if (r.tool_code == 20) out = BlockText(ClonalGeneralBlock());
-  else if (r.tool_code == 30) out = BlockText(PureLineGeneralBlock());
+  if (r.tool_code == kClonalToolCode) out = BlockText(ClonalGeneralBlock());
+  else if (r.tool_code == kPureLineToolCode) out = BlockText(PureLineGeneralBlock());
   else out = BlockText(BiparentalGeneralBlock());
   out += NumericLine(r.population_type, PopulationRemark(r.tool_code));
   out += NumericLine(r.mapping_function, "!Mapping Function (1 for Kosambi; 2 for Haldane; 3 for Morgan)");
@@ -72,8 +73,8 @@ std::string MapInputText(const MapInputRecord& r) {
   out += NumericLine(static_cast<long long>(r.names.size()), "!Number of Markers");
   out += NumericLine(r.population_size, "!Size of the mapping population");
   out += "\n";
-  if (r.tool_code == 20) out += BlockText(ClonalMarkerTypeBlock());
-  else if (r.tool_code == 30) out += BlockText(PureLineMarkerTypeBlock());
+  if (r.tool_code == kClonalToolCode) out += BlockText(ClonalMarkerTypeBlock());
+  else if (r.tool_code == kPureLineToolCode) out += BlockText(PureLineMarkerTypeBlock());
   else out += BlockText(BiparentalMarkerTypeBlock());
   for (std::size_t m = 0; m < r.names.size(); ++m) {
     const std::string category = CategoryField(r, m);

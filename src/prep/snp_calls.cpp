@@ -1,4 +1,5 @@
 #include "prep/snp_calls.h"
+#include "input/tool_codes.h"
 
 #include <algorithm>
 
@@ -44,15 +45,15 @@ int CallOfAlleles(char a, char b) {
 }
 
 int SnpMode(int tool_code) {
-  if (tool_code == 20) return 20;
-  if (tool_code == 30) return 30;
-  return 10;
+  if (tool_code == kClonalToolCode) return kClonalMode;
+  if (tool_code == kPureLineToolCode) return kFounderMode;
+  return kTwoParentMode;
 }
 
 int NumSnpParents(int tool_code, int population_type) {
   const int mode = SnpMode(tool_code);
-  if (mode == 10) return 2;
-  if (mode == 30 && (population_type == 3 || population_type == 4)) return 8;
+  if (mode == kTwoParentMode) return 2;
+  if (mode == kFounderMode && (population_type == 3 || population_type == 4)) return 8;
   return 4;
 }
 
@@ -114,8 +115,8 @@ int32_t FounderPattern(std::span<const uint8_t> p, const ParentTallies& t) {
 
 int32_t ParentCode(int mode, int population_type, std::span<const uint8_t> calls) {
   const ParentTallies t = TallyParents(calls);
-  if (mode == 20) return FourParentCode(population_type, calls, t);
-  if (mode == 30) return FounderPattern(calls, t);
+  if (mode == kClonalMode) return FourParentCode(population_type, calls, t);
+  if (mode == kFounderMode) return FounderPattern(calls, t);
   return TwoParentCode(t);
 }
 

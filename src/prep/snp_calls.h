@@ -25,8 +25,12 @@ char SecondAllele(int call);
 // The call of two alleles in either order (-1 for a pair that is not a call).
 int CallOfAlleles(char a, char b);
 
-// How the parents' calls are read: 10 two inbred parents, 20 the four parental alleles of a
-// clonal F1 or double cross, 30 the founders of four- and eight-way pure lines.
+// How the parents' calls are read: two inbred parents, the four parental alleles of a clonal
+// F1 or double cross, or the founders of four- and eight-way pure lines. The numbers are the
+// ones users give for the mode, the design code of each family of populations.
+inline constexpr int kTwoParentMode = 10;
+inline constexpr int kClonalMode = 20;
+inline constexpr int kFounderMode = 30;
 int SnpMode(int tool_code);
 // Parents per marker row: 2, 4 (mode 20, and 4PDH / 4PRIL), or 8 (8PDH / 8PRIL).
 int NumSnpParents(int tool_code, int population_type);

@@ -86,8 +86,8 @@ bool FounderLetter(std::span<const uint8_t> founders, int call, char& letter) {
 bool ProgenyLetter(const SnpDesign& d, int32_t code, std::span<const uint8_t> parents, int call,
                    char& letter) {
   if (call == kCallNN) return letter = kMissing, true;
-  if (d.mode == 20) return FourParentLetter(code, parents, call, letter);
-  if (d.mode == 30) return FounderLetter(parents, call, letter);
+  if (d.mode == kClonalMode) return FourParentLetter(code, parents, call, letter);
+  if (d.mode == kFounderMode) return FounderLetter(parents, call, letter);
   return TwoParentLetter(d.population_type, parents, call, letter);
 }
 
@@ -128,7 +128,7 @@ SnpMarkerResult InferMissingParents(const SnpDesign& d, std::span<const uint8_t>
   for (int k = 0; k < static_cast<int>(parents.size()); ++k)
     if (parents[k] == kCallNN) missing.push_back(k);
   bool whole_side = false;
-  if (d.mode == 20)
+  if (d.mode == kClonalMode)
     whole_side = (parents[0] == kCallNN && parents[1] == kCallNN) ||
                  (parents[2] == kCallNN && parents[3] == kCallNN);
   const PolymorphismSource source =
@@ -147,7 +147,7 @@ SnpMarkerResult InferMissingParents(const SnpDesign& d, std::span<const uint8_t>
     std::string letters;
     if (ProgenyLetters(d, code, filled, progeny, letters) != 0 || !Segregates(letters)) continue;
     std::vector<uint8_t> key = filled;
-    if (d.mode == 20) {
+    if (d.mode == kClonalMode) {
       if (parents[0] == kCallNN && parents[1] == kCallNN) std::sort(key.begin(), key.begin() + 2);
       if (parents[2] == kCallNN && parents[3] == kCallNN) std::sort(key.begin() + 2, key.end());
     }

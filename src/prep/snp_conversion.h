@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "prep/snp_calls.h"
 #include "prep/snp_input.h"
 
 namespace gae {
@@ -43,7 +44,7 @@ struct SnpMarkerResult {
 };
 
 struct SnpDesign {
-  int tool_code = 2, mode = 10, population_type = 0, num_parents = 2, missing_method = 1;
+  int tool_code = 2, mode = kTwoParentMode, population_type = 0, num_parents = 2, missing_method = 1;
 };
 SnpDesign DesignOf(const SnpInput& input);
 

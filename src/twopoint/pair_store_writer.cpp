@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstdio>
@@ -85,40 +86,47 @@ bool WritePairStore(const PairStoreJob& job, int64_t* not_a_number) {
   const int64_t total = PairCount(job.num_markers);
   const int threads = std::max(1, job.threads);
   const int64_t block = std::max<int64_t>(1, job.block_records);
-  std::vector<std::vector<float>> buffers(threads, std::vector<float>(block * job.record_length));
+  const int64_t round_records = block * threads;
+  // A round is cut into pieces that the threads claim as they come free, so a slow stretch of
+  // pairs (unlinked pairs that iterate long) or a core busy with other work holds up only its
+  // own piece, not the whole round.
+  const int64_t piece = std::max<int64_t>(1, block / 8);
+  std::vector<float> buffer(static_cast<std::size_t>(round_records * job.record_length));
+  std::vector<int64_t> replaced(threads, 0);
 
   bool ok = true;
-  int64_t unlinked = 0;
-  for (int64_t first = 1; first <= total && ok; first += block * threads) {
-    // One round: each thread estimates one block; then the blocks are written in order.
+  for (int64_t first = 1; first <= total && ok; first += round_records) {
+    const int64_t count = std::min(round_records, total - first + 1);
+    const int64_t pieces = (count + piece - 1) / piece;
+    std::atomic<int64_t> next{0};
+    auto work = [&](int t) {
+      for (int64_t p = next++; p < pieces; p = next++) {
+        const int64_t offset = p * piece;
+        EstimateBlock(job, first + offset, std::min(piece, count - offset),
+                      buffer.data() + offset * job.record_length, &replaced[t]);
+      }
+    };
     std::vector<std::thread> workers;
-    std::vector<int64_t> counts(threads, 0), replaced(threads, 0);
-    for (int t = 0; t < threads; ++t) {
-      const int64_t start = first + t * block;
-      counts[t] = std::max<int64_t>(0, std::min(block, total - start + 1));
-      if (counts[t] == 0) break;
-      if (t == threads - 1) EstimateBlock(job, start, counts[t], buffers[t].data(), &replaced[t]);
-      else workers.emplace_back(EstimateBlock, std::cref(job), start, counts[t], buffers[t].data(), &replaced[t]);
-    }
+    const int helpers = static_cast<int>(std::min<int64_t>(threads, pieces)) - 1;
+    for (int t = 0; t < helpers; ++t) workers.emplace_back(work, t + 1);
+    work(0);
     for (std::thread& w : workers) w.join();
-    for (const int64_t r : replaced) unlinked += r;
-    for (int t = 0; t < threads && counts[t] > 0 && ok; ++t) {
-      float* records = buffers[t].data();
-      if (job.inspect) {
-        int64_t i = 0, j = 0;
-        PairOfRecord(first + t * block, i, j);
-        for (int64_t n = 0; n < counts[t]; ++n) {
-          job.inspect(i, j, records + n * job.record_length);
-          if (++j == i) {
-            ++i;
-            j = 1;
-          }
+    if (job.inspect) {
+      int64_t i = 0, j = 0;
+      PairOfRecord(first, i, j);
+      for (int64_t n = 0; n < count; ++n) {
+        job.inspect(i, j, buffer.data() + n * job.record_length);
+        if (++j == i) {
+          ++i;
+          j = 1;
         }
       }
-      const std::size_t words = static_cast<std::size_t>(counts[t] * job.record_length);
-      ok = std::fwrite(records, 4, words, file) == words;
     }
+    const std::size_t words = static_cast<std::size_t>(count * job.record_length);
+    ok = std::fwrite(buffer.data(), 4, words, file) == words;
   }
+  int64_t unlinked = 0;
+  for (const int64_t r : replaced) unlinked += r;
   ok = (std::fclose(file) == 0) && ok;
   // One line for all such pairs: a data set can hold thousands of them.
   if (unlinked > 0) {

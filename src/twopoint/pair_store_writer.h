@@ -2,9 +2,10 @@
 // each unordered marker pair, record K = (I-1)(I-2)/2 + J for J < I, lower triangle row by
 // row, no header.
 //
-// Pairs are estimated on all cores, a block of consecutive records per thread, and the blocks
-// are written in record order, so the file is the same byte for byte whatever the number of
-// threads. Memory stays flat: one block of records per thread, never an m by m matrix.
+// Pairs are estimated on all cores, in pieces of consecutive records that the threads claim as
+// they come free, and are written in record order, so the file is the same byte for byte
+// whatever the number of threads. Memory stays flat: one block of records per thread, never an
+// m by m matrix.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +30,7 @@ struct PairStoreJob {
   int64_t num_markers = 0;
   int record_length = 2;
   int threads = 1;
-  int64_t block_records = int64_t{1} << 18;  // records per block and thread
+  int64_t block_records = int64_t{1} << 18;  // records per thread held at once
   // Fills the record of the pair (i, j), i > j, 1-based. Called from several threads at once.
   std::function<void(int64_t i, int64_t j, float* record)> estimate;
   // Sees every record in record order, on the calling thread, before it is written: warnings

@@ -121,6 +121,15 @@ TEST_F(BreederCommand, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
       {"short.map", header + "M1 A H\nM2 A H B\n" + anchors, "marker M1, individual 3: 'M2'", "one genotype short"},
       {"ril.map", "4\n1\n1\n2\n3\nM1 A H B\nM2 A D B\n" + anchors,
        "individual 2: 'D' is not a genotype code of an RIL or F1RIL (A H B X)", ""},
+      // A clonal type that the marker's category rules out; the library's line names no individual.
+      {"type.cdm", "1\n1\n1\n2\n4\nABCD     C1 AC AD BC BD\nABCD     C2 AC XC BC BD\n",
+       "type.cdm line 7, marker C2, individual 2: 'XC' is not a genotype code of a Clonal F1 marker of type ABCD "
+       "(AC AD BC BD XX)", ""},
+      {"half.cdm", "1\n1\n1\n2\n4\nABCD     C1 AC AD BC BD\nA=B      C2 XC XD BD XX\n",
+       "individual 3: 'BD' is not a genotype code of a Clonal F1 marker of type A=B (XC XD XX)", ""},
+      {"lower.plm", "2\n1\n1\n2\n4\nABCD     P1 A B C D\nABAB     P2 A b A X\n",
+       "lower.plm line 7, marker P2, individual 2: 'b' is not a genotype code of a 4PRIL marker of type ABAB "
+       "(A B C D X)", "write 'B', not 'b'"},
   };
   for (const Case& c : cases) {
     WriteText(c.name, c.text);

@@ -101,6 +101,12 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
   EXPECT_THAT(cli.out, HasSubstr("  Markers           16"));
   EXPECT_THAT(cli.out, HasSubstr("  Input maps        3"));
   EXPECT_THAT(cli.out, HasSubstr("  Shared markers    16 (on two maps or more)"));
+  // The seed chooses the ordering's starts, whose number a consensus does not let be chosen.
+  EXPECT_THAT(cli.out, HasSubstr("  Seed              5 (given)\n  Random starts     5 per group (fixed)"));
+  EXPECT_THAT(ReadText("CMP.log"), HasSubstr("gaengine: seed 5 (given), 5 random starts per group"));
+  const Result starts = Gaengine("map --starts 9 maps.cmp");
+  EXPECT_EQ(starts.exit_code, 2);
+  EXPECT_THAT(starts.out, HasSubstr("--starts applies to MAP, CDM and PLM files"));
   // Each map's own length (last position less first), in the order of the file.
   EXPECT_THAT(cli.out, HasSubstr("  PopA_3B                    14   109.5 cM"));
   EXPECT_THAT(cli.out, HasSubstr("  PopB_3B                    13   117.2 cM"));
