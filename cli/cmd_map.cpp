@@ -56,8 +56,13 @@ struct MapRunTool {
   const gae::ToolProfile& Profile() const { return gae::ProfileOf(id); }
 };
 
+// The three letters after the dot of an input name, which name the tool that reads it.
+std::string ExtensionLetters(const std::string& file) {
+  return file.size() >= 4 ? file.substr(file.size() - 3) : "";
+}
+
 // `chosen` is --tool (MAP, CDM or PLM, any case) or empty for the file's extension.
-const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
+const MapRunTool& ToolOfFile(const std::string& file, const std::string& chosen) {
   static const MapRunTool kMap{gae::MapTool::kMAP, gae::kBiparentalDesign, CheckMapFile, MAPOutput,
                                {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"},
                                "EC.map"};
@@ -68,18 +73,16 @@ const MapRunTool& ToolOfFile(const std::string& file, std::string chosen) {
                                {".LRD", ".sum", ".sumf", ".summ", ".mtp", ".lod", ".lodf", ".lodm", ".rec", ".recf",
                                 ".recm", ".dis", ".disf", ".dism", ".hap", ".cdq", ".err", "EC.cdm"},
                                "EC.cdm"};
-  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
-  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  if (chosen == "plm") return kPlm;
-  if (chosen == "cdm") return kCdm;
+  const gae::ToolProfile* named = gae::ProfileOfLetters(chosen.empty() ? ExtensionLetters(file) : chosen);
+  if (named != nullptr && named->id == gae::MapTool::kPLM) return kPlm;
+  if (named != nullptr && named->id == gae::MapTool::kCDM) return kCdm;
   return kMap;
 }
 
 // A consensus run: --tool CMP, or without --tool a file ending in .cmp.
-bool IsConsensus(const std::string& file, std::string chosen) {
-  if (chosen.empty()) chosen = file.size() >= 4 ? file.substr(file.size() - 3) : "";
-  for (char& c : chosen) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return chosen == "cmp";
+bool IsConsensus(const std::string& file, const std::string& chosen) {
+  const gae::ToolProfile* named = gae::ProfileOfLetters(chosen.empty() ? ExtensionLetters(file) : chosen);
+  return named != nullptr && named->id == gae::MapTool::kCMP;
 }
 
 // The population type: the first header value, read by the library's own reader.

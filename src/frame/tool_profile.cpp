@@ -1,5 +1,7 @@
 #include "frame/tool_profile.h"
 
+#include <cctype>
+
 #include "input/tool_codes.h"
 
 namespace gae {
@@ -39,6 +41,19 @@ const ToolProfile& ProfileOf(MapTool tool) {
 const ToolProfile* ProfileOfStageCode(int tool_code) {
   for (const ToolProfile& p : kProfiles)
     if (p.tool_code == tool_code) return &p;
+  return nullptr;
+}
+
+const ToolProfile* ProfileOfLetters(std::string_view letters) {
+  auto same = [](std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t k = 0; k < a.size(); ++k)
+      if (std::toupper(static_cast<unsigned char>(a[k])) != std::toupper(static_cast<unsigned char>(b[k])))
+        return false;
+    return true;
+  };
+  for (const ToolProfile& p : kProfiles)
+    if (same(p.letters, letters)) return &p;
   return nullptr;
 }
 

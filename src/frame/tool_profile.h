@@ -49,6 +49,10 @@ const ToolProfile& ProfileOf(MapTool tool);
 // The profile of a stage export's ToolCode (104 MAP, 105 CMP, 20 CDM, 30 PLM), or null.
 const ToolProfile* ProfileOfStageCode(int tool_code);
 
+// The profile of a tool named by its letters in any case ("cdm", "CDM"), as a file's extension
+// names the tool that reads it; null for other letters.
+const ToolProfile* ProfileOfLetters(std::string_view letters);
+
 // What the stages are told about a stage export's ToolCode; any unknown code has the rules of
 // the genotype-based tools.
 StageRules StageRulesOf(int tool_code);

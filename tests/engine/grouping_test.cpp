@@ -210,22 +210,6 @@ TEST(GroupingByThreshold, UsersCases) {
   EXPECT_THAT(group, ElementsAre(1, 2, 1, 3));
 }
 
-TEST(GroupingToCount, UsersCases) {
-  std::mt19937 rng(3);
-  const MemoryStore store = testing::RandomStore(6, rng);
-  std::vector<int32_t> group(6);
-  const std::vector<int32_t> none(6, 0);
-  GroupToCount(store.Table(), kByRecFreq, 6, 9, none.data(), group.data());  // above n
-  EXPECT_THAT(group, ElementsAre(1, 2, 3, 4, 5, 6));
-  // count 2 below the three anchor groups: the anchor groups prevail
-  const std::vector<int32_t> anchored = {0, 4, 7, 0, 4, 9};
-  GroupToCount(store.Table(), kByRecFreq, 6, 2, anchored.data(), group.data());
-  EXPECT_EQ(*std::max_element(group.begin(), group.end()), 3);
-  EXPECT_EQ(group[1], group[4]);
-  GroupToCount(store.Table(), kByRecFreq, 6, 1, none.data(), group.data());
-  EXPECT_THAT(group, ElementsAre(1, 1, 1, 1, 1, 1));
-}
-
 TEST(Grouping, OnlyTheOrderOfAnchorNumbersCounts) {
   // Found by fuzzing: an anchor of 2147483647 overflowed the next group number (the free
   // markers came out deleted), and one of 20,000 on two markers made 20,000 clusters. Large

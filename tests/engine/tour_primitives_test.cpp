@@ -3,9 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <random>
+#include <cmath>
 
-#include "engine/engine_test_support.h"
 #include "frame/pair_index.h"
 
 namespace gae {
@@ -81,14 +80,6 @@ TEST(TourPrimitives, LongestEdgesAndSurvivors) {
   LongestEdges(Line({0, 2}), small, lengths, edges);
   EXPECT_THAT(lengths, ElementsAre(2.0f, 2.0f, 0.0f, 0.0f));
   EXPECT_EQ(edges[3], 0);
-}
-
-TEST(TourPrimitives, ReverseWalksAStretch) {
-  Successors next = BuildSuccessors({1, 2, 3, 4, 5, 6});
-  // the 2-opt move on edges (1,2), (4,5): next(1) = 4, then the stretch 2..4 turned round
-  next[1] = 4;
-  Reverse(next, 2, 5, 5);
-  EXPECT_THAT(TourFromCityOne(next, 6), ElementsAre(1, 4, 3, 2, 5, 6));
 }
 
 }  // namespace

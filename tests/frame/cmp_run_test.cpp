@@ -106,6 +106,8 @@ TEST_F(CmpRun, StepByStepComesToTheFilesOfTheWholeRun) {
   ASSERT_EQ(status, 0);
   ASSERT_EQ(num_chs, 3);
   ASSERT_EQ(n, 16);
+  EXPECT_EQ(space_type, 2);
+  EXPECT_EQ(space_unit, 1);
   std::vector<int> names(35 * n), maps(n), places(n * num_chs, -1);
   CheckErrorCMP(8, "maps.cmp", num_chs, n, names.data(), maps.data(), places.data(), &status);
   ASSERT_EQ(status, 0);

@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "frame/process_state.h"
@@ -24,37 +23,6 @@ using testing::WriteText;
 using testing::CallOnPath;
 
 class ValidatorExports : public testing::InTempDir {};
-
-TEST_F(ValidatorExports, EveryExampleFilePassesItsCheck) {
-  const std::tuple<testing::PathExport, std::string, const char*> examples[] = {
-      {CheckErrorBIP, "BIP", "ril_two_traits.bip"}, {CheckErrorSDL, "SDL", "f2_segregation.sdl"},
-      {CheckErrorMET, "MET", "backcross_three_environments.met"}, {CheckErrorNAM, "NAM", "three_families.nam"},
-      {CheckErrorPLQ, "PLQ", "four_way_ril.plq"}, {CheckErrorCDQ, "CDQ", "clonal_f1.cdq"},
-      {CheckErrorCSL, "CSL", "segment_lines.csl"}, {CheckErrorAOV, "AOV", "trial_two_traits.aov"}};
-  for (const auto& [fn, tool, file] : examples) {
-    EXPECT_EQ(CallOnPath(fn, SourcePath(std::string("examples/") + file)), 0) << file;
-    const std::vector<std::string> log = ReadLines(tool + ".log");
-    ASSERT_FALSE(log.empty()) << file;
-    EXPECT_EQ(log.back(), "DLL CheckError" + tool + " run successfully!");
-  }
-}
-
-TEST_F(ValidatorExports, TheConsensusExampleHasThreeMapsOfSixteenMarkers) {
-  // The three maps of the example each lack a few of the sixteen markers, and no marker is
-  // missing from all three.
-  const std::string path = SourcePath("examples/three_maps_3b.cmp");
-  int space_type = 0, space_unit = 0, num_chs = 0, num_markers = 0, status = -1;
-  ::testing::internal::CaptureStdout();
-  CMPFindNumMarkers(static_cast<int>(path.size()), path.data(), &space_type, &space_unit, &num_chs,
-                    &num_markers, &status);
-  ::testing::internal::GetCapturedStdout();
-  EXPECT_EQ(status, 0);
-  EXPECT_EQ(space_type, 2);
-  EXPECT_EQ(space_unit, 1);
-  EXPECT_EQ(num_chs, 3);
-  EXPECT_EQ(num_markers, 16);
-  EXPECT_THAT(ReadLines("CMP.log"), ElementsAre("DLL CMPFindNumMarkers run successfully!"));
-}
 
 TEST_F(ValidatorExports, PredictionHeaderNamesComeBackAsCodesByTheCallersExtent) {
   const std::string path = SourcePath("examples/training_and_breeding.gsp");

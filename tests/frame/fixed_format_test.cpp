@@ -65,15 +65,5 @@ TEST(FixedFormat, RealFieldIsWithinHalfAUnitOfTheValue) {
   }
 }
 
-TEST(FixedFormat, TextFieldsAreRightJustifiedOrCut) {
-  EXPECT_EQ(A("abc", 5), "  abc");
-  EXPECT_EQ(A("abcdefgh", 5), "abcde");
-  EXPECT_EQ(A("", 3), "   ");
-  EXPECT_EQ(LeftAdjust("   12"), "12   ");
-  EXPECT_EQ(TrimRight("ab  "), "ab");
-  EXPECT_EQ(PadRight("A", 2), "A ");
-  EXPECT_EQ(PadRight("ABC", 2), "AB");
-}
-
 }  // namespace
 }  // namespace gae::fmt

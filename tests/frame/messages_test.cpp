@@ -17,52 +17,12 @@ using testing::ReadLines;
 
 class Messages : public InTempDir {};
 
-TEST_F(Messages, ErrorLinesCarryTheThirteenCharacterPrefix) {
-  {
-    LogSession log("MAP");
-    ::testing::internal::CaptureStdout();
-    MessageCode() = 2004;
-    PrintHeaderMessage(21);
-    MessageCode() = 1101;
-    PrintFrameMessage("DLL CheckErrorMAP", 0, 0, 0);
-    MessageCode() = 1102;
-    PrintFrameMessage("DLL MAPFindNumMarkers", 0, 0, 0);
-    const std::string out = ::testing::internal::GetCapturedStdout();
-    EXPECT_EQ(out,
-              "--Error2004: PopulationType=21 out of range [1:20]!\n"
-              "--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP\n"
-              "DLL MAPFindNumMarkers run successfully!\n");
-  }
-  EXPECT_THAT(ReadLines("MAP.log"),
-              ElementsAre("--Error2004: PopulationType=21 out of range [1:20]!",
-                          "--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP",
-                          "DLL MAPFindNumMarkers run successfully!"));
-}
-
 TEST_F(Messages, ValuesAreLeftAdjustedIntegersOrTrimmedTexts) {
   EXPECT_THAT(MessageLines(2028, {123456789}),
               ElementsAre("--Error2028: too many markers! NumMarkers=********"));
   EXPECT_THAT(MessageLines(2202, {3, 17, "Q "}),
               ElementsAre("--Error2202: Invalid MarkerType! MarkerID=3 LineID=17 Input MarkerType=Q"));
-  EXPECT_THAT(MessageLines(2108, {2, 1, 1, 4, "M7      "}),
-              ElementsAre("--Error2108: two markers have same name! ChromID1=2 MarkerID1=1; "
-                          "ChromID2=1 MarkerID2=4 MarkerName=M7"));
-  EXPECT_THAT(MessageLines(1109, {12}), ElementsAre("  Ordering is running! GroupID=12"));
-  EXPECT_THAT(MessageLines(1117, {9}),
-              ElementsAre("--Error1117: WindowSize for Rippling is out of range [2,8]. WindowSize=9"));
   EXPECT_THAT(MessageLines(9999, {}), ElementsAre());
-}
-
-TEST_F(Messages, NameMismatchPrintsThreeLines) {
-  LogSession log("BIP");
-  MessageCode() = 2501;
-  ::testing::internal::CaptureStdout();
-  PrintNameMismatchMessage(2, 5, 17, "mk17", "mk18");
-  ::testing::internal::GetCapturedStdout();
-  EXPECT_THAT(ReadLines("BIP.log"),
-              ElementsAre("--Error2501: Different marker names on chromosome and markertype!",
-                          "  Marker name in Chromosome=mk17 ChID=2 MarkerID=5",
-                          "  Marker name in Markertype=mk18 MarkerID=17"));
 }
 
 TEST_F(Messages, TimeLineIsWrittenInTwoPiecesOfOneRecord) {

@@ -55,18 +55,6 @@ TEST_F(MapToolReader, TheBundledMapExampleReadsWithItsDominantAndRecessiveMarker
   EXPECT_EQ(Letters(8).substr(0, 6), "XHHHHA");
 }
 
-TEST_F(MapToolReader, TheClonalAndPureLineExamplesRead) {
-  ASSERT_EQ(Read(testing::SourcePath("examples/clonal_f1.cdm"), 20), 0) << out_;
-  EXPECT_THAT(input_.markers.categories, ElementsAre(1, 1, 2, 3, 4, 1));
-  EXPECT_EQ(Letters(3).substr(0, 4), "EEFE");    // XC XC XD XC
-  EXPECT_EQ(Letters(5).substr(0, 4), "KJKI");    // BB AB BB AA
-  ASSERT_EQ(Read(testing::SourcePath("examples/four_way_ril.plm"), 30), 0) << out_;
-  EXPECT_THAT(input_.markers.categories, ElementsAre(1234, 1234, 1212, 1133, 1234, 1233));
-  // AACC: founders B and D carry the alleles of A and C; the row shows A and C only.
-  EXPECT_EQ(Letters(4).substr(0, 6), "ACCAAC");
-  EXPECT_EQ(Letters(3).substr(0, 6), "BAABBB");
-}
-
 TEST_F(MapToolReader, FilesAsUsersWriteThem) {
   // Windows line ends, tabs, a comment behind each value, rows wrapped over several lines and
   // names with the punctuation of real marker names.

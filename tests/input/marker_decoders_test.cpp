@@ -111,6 +111,7 @@ TEST_F(Decoders, ClonalAndPureLineCategoriesTheirTypesAndLetters) {
       // Pure lines. ABAB: the third founder carries A's allele and the fourth B's.
       {30, 2, "A B C D X", "ABAB", "ABABX", 1212, 0},
       {30, 1, "D C B A", "ABCC", "CCBA", 1233, 0},
+      {30, 2, "A C X C", "AACC", "ACXC", 1133, 0},  // B and D carry the alleles of A and C
       {30, 2, "A B C D", "ABCD", nullptr, 1234, 0},
       // Eight founders: the category reads as an eight-digit number, H counting 8.
       {30, 4, "A B C D E F G H", "ABCDEFGH", nullptr, 12345678, 0},

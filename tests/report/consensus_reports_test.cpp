@@ -3,23 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "frame/pair_index.h"
+#include "support/temp_dir.h"
 
 namespace gae {
 namespace {
 
 using ::testing::ElementsAre;
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::stringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 std::string Right(const std::string& s, int width) {
   return std::string(width - static_cast<int>(s.size()), ' ') + s;
@@ -43,7 +36,7 @@ TEST(ConsensusReportsTest, SumShowsEachMarkersMapsAndDisTheMorganDistances) {
   map.order = {1, 3, 4, 2};
   map.position = {0.0f, 4.0f, 10.0f};
 
-  const std::vector<std::string> sum = Lines(ConsensusSumReport(map, table, 2));
+  const std::vector<std::string> sum = testing::SplitLines(ConsensusSumReport(map, table, 2));
   ASSERT_GE(sum.size(), 5u);
   EXPECT_EQ(sum[0], Right("ChromsomeID", 20) + Right("ChromosomeName", 20) + Right("MarkerName", 20) +
                         Right("Interval(cM)", 20) + Right("Position(cM)", 20) +
@@ -63,7 +56,7 @@ TEST(ConsensusReportsTest, SumShowsEachMarkersMapsAndDisTheMorganDistances) {
   words[2 * (GroupPairIndex(3, 1) - 1) + 1] = 0.04f;
   words[2 * (GroupPairIndex(4, 3) - 1) + 1] = 0.06f;
   const PairTable pairs{words.data(), PairCount(4), 2, 3};
-  const std::vector<std::string> dis = Lines(ConsensusDisReport(map, pairs));
+  const std::vector<std::string> dis = testing::SplitLines(ConsensusDisReport(map, pairs));
   EXPECT_THAT(dis, ElementsAre(Right("NewMarkerID", 12) + Right("MarkerName", 20) + Right("1", 12) +
                                    Right("2", 12) + Right("3", 12),
                                Right("1", 12) + " " + Right("x", 19),

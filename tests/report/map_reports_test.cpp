@@ -4,23 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <sstream>
 #include <vector>
 
 #include "frame/fixed_format.h"
 #include "frame/pair_index.h"
+#include "support/temp_dir.h"
 #include "support/pair_store.h"
 
 namespace gae {
 namespace {
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::stringstream in(text);
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(line);
-  return lines;
-}
 
 std::string Blanks(int n) { return std::string(n, ' '); }
 double Field(const std::string& line, int start, int width) { return std::stod(line.substr(start, width)); }
@@ -61,7 +53,7 @@ Store SmallStore() {
 TEST(MapReports, SumRowsCarryIntervalsFrequenciesAndInterference) {
   const MapLayout map = SmallMap();
   const Store store = SmallStore();
-  const std::vector<std::string> lines = Lines(SumReport(map, store.Table(1)));
+  const std::vector<std::string> lines = testing::SplitLines(SumReport(map, store.Table(1)));
   ASSERT_EQ(lines.size(), 1u + 4 + 1 + 1 + 3 + 1 + 1 + 1 + 2 + 1 + 1 + 1);
   EXPECT_EQ(lines[0], Blanks(9) + "ChromsomeID" + Blanks(6) + "ChromosomeName" + Blanks(10) + "MarkerName" +
                           Blanks(8) + "Interval(cM)" + Blanks(8) + "Position(cM)" + Blanks(6) +
@@ -98,7 +90,7 @@ TEST(MapReports, AChromosomeOfTwoMarkersHasNoInterference) {
   MapLayout map = SmallMap();
   map.chromosome_sizes = {2, 2, 0};
   map.position = {0.0f, 10.5f, 0.0f, 7.0f};
-  const std::vector<std::string> lines = Lines(SumReport(map, SmallStore().Table(1)));
+  const std::vector<std::string> lines = testing::SplitLines(SumReport(map, SmallStore().Table(1)));
   for (int row = 1; row <= 4; ++row) EXPECT_NEAR(Field(lines[row], 120, 20), 0.0, 1e-9) << row;
   EXPECT_NEAR(Field(lines[2], 100, 20), 0.1, 1e-9);
   EXPECT_NEAR(Field(lines[8], 60, 20), 7.0, 1e-9);  // the second chromosome's length
@@ -114,7 +106,7 @@ TEST(MapReports, InterferenceVanishesAtTheLimitAndCanBeNegative) {
 
 TEST(MapReports, MtpRowsCountGenotypesAndKeepTheLaggingChromosomeNumber) {
   const MapLayout map = SmallMap();
-  const std::vector<std::string> lines = Lines(MtpReport(map));
+  const std::vector<std::string> lines = testing::SplitLines(MtpReport(map));
   ASSERT_EQ(lines.size(), 5u);
   EXPECT_EQ(lines[0].substr(0, 60), Blanks(1) + "NewMarkerID" + Blanks(2) + "OriginalID" + " " + Blanks(25) + "MarkerName");
   EXPECT_EQ(lines[0].substr(60), Blanks(6) + "Anchor" + Blanks(3) + "Chromsome" + Blanks(4) + "Posotion" +
@@ -144,7 +136,7 @@ TEST(MapReports, NoHeterozygoteClassWordOutsideThePopulationsThatShowOne) {
   map.population_type = 4;
   for (char& c : map.types)
     if (c != 'A' && c != 'B') c = 'X';
-  const std::vector<std::string> lines = Lines(MtpReport(map));
+  const std::vector<std::string> lines = testing::SplitLines(MtpReport(map));
   for (size_t k = 1; k < lines.size(); ++k) EXPECT_EQ(lines[k].substr(168), Blanks(10) + "NA");
 }
 
@@ -170,9 +162,9 @@ TEST(MapReports, MatricesHoldTheLowerTriangleOfTheFirstHundredMarkers) {
   map.chromosome_names = {fmt::PadRight("Chromsome1", 19)};
   map.chromosome_sizes = {150};
   const PairTable table = store.Table(2);
-  const std::vector<std::string> lod = Lines(PairMatrixReport(map, table, PairMatrix::kLod));
-  const std::vector<std::string> rec = Lines(PairMatrixReport(map, table, PairMatrix::kRec));
-  const std::vector<std::string> dis = Lines(PairMatrixReport(map, table, PairMatrix::kDis));
+  const std::vector<std::string> lod = testing::SplitLines(PairMatrixReport(map, table, PairMatrix::kLod));
+  const std::vector<std::string> rec = testing::SplitLines(PairMatrixReport(map, table, PairMatrix::kRec));
+  const std::vector<std::string> dis = testing::SplitLines(PairMatrixReport(map, table, PairMatrix::kDis));
   ASSERT_EQ(lod.size(), 101u);
   ASSERT_EQ(dis.size(), 101u);
   EXPECT_EQ(lod[0].size(), 60u + 12 * 100);
@@ -188,7 +180,7 @@ TEST(MapReports, MatricesHoldTheLowerTriangleOfTheFirstHundredMarkers) {
   // Marker 1 is never among the first hundred; a frequency of one half would read 1000.0000.
   MapLayout reversed = map;
   for (int m = 0; m < 150; ++m) reversed.order[m] = m + 1;
-  const std::vector<std::string> d = Lines(PairMatrixReport(reversed, table, PairMatrix::kDis));
+  const std::vector<std::string> d = testing::SplitLines(PairMatrixReport(reversed, table, PairMatrix::kDis));
   EXPECT_EQ(d[2].substr(60), Blanks(3) + "1000.0000");
 }
 

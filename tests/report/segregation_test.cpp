@@ -17,15 +17,6 @@ std::string Letters(int a, int h, int b, int d, int r, int x) {
 // freedom, erfc(sqrt(x/2)) for one.
 double UpperTail(double x, int df) { return df == 2 ? std::exp(-x / 2) : std::erfc(std::sqrt(x / 2)); }
 
-TEST(Segregation, ExpectedRatiosAreProportions) {
-  for (int type = 1; type <= 20; ++type) {
-    const ClassRatios p = ExpectedRatios(type);
-    EXPECT_FLOAT_EQ(p.p2 + p.p1 + p.p0, 1.0f) << type;
-  }
-  EXPECT_FLOAT_EQ(ExpectedRatios(15).p2, 13.0f / 16);
-  EXPECT_FLOAT_EQ(ExpectedRatios(8).p1, 0.25f);
-}
-
 TEST(Segregation, PartialScoresFoldByPopulation) {
   const std::string g = Letters(1, 2, 3, 4, 5, 6);
   SegregationCounts c = CountSegregation(1, g.data(), g.size());  // R is the heterozygote

@@ -16,24 +16,35 @@ int CallOnPath(PathExport fn, const std::string& path, std::string* printed) {
   return status;
 }
 
-int CheckMapFile(const std::string& path, std::vector<int>* anchors, std::vector<std::string>* names) {
-  int n = 0, status = -1;
+std::string MapCheck::Name(int i) const {
+  std::string name;
+  for (int j = 0; j < 35; ++j) name += static_cast<char>(names[j * n + i]);
+  return name;
+}
+
+MapCheck CheckMap(const std::string& path) {
+  MapCheck c;
+  const int len = static_cast<int>(path.size());
   ::testing::internal::CaptureStdout();
-  MAPFindNumMarkers(static_cast<int>(path.size()), path.data(), &n, &status);
-  if (status == 0) {
-    std::vector<int> codes(35 * n), anchor(n), a(n), h(n), b(n), x(n), category(n);
-    std::vector<float> chi(n), p(n);
-    CheckErrorMAP(static_cast<int>(path.size()), path.data(), n, codes.data(), anchor.data(), a.data(),
-                  h.data(), b.data(), x.data(), category.data(), chi.data(), p.data(), &status);
-    if (anchors != nullptr) *anchors = anchor;
-    for (int i = 0; names != nullptr && i < n; ++i) {
-      std::string name;
-      for (int j = 0; j < 35; ++j) name += static_cast<char>(codes[j * n + i]);
-      names->push_back(fmt::Trim(name));
-    }
+  MAPFindNumMarkers(len, path.data(), &c.n, &c.status);
+  if (c.status == 0) {
+    const int n = c.n;
+    c.names.assign(35 * n, 0);
+    for (auto* v : {&c.anchor, &c.a, &c.h, &c.b, &c.x, &c.category}) v->assign(n, 0);
+    c.chi.assign(n, 0.0f);
+    c.p.assign(n, 0.0f);
+    CheckErrorMAP(len, path.data(), n, c.names.data(), c.anchor.data(), c.a.data(), c.h.data(), c.b.data(),
+                  c.x.data(), c.category.data(), c.chi.data(), c.p.data(), &c.status);
   }
   ::testing::internal::GetCapturedStdout();
-  return status;
+  return c;
+}
+
+int CheckMapFile(const std::string& path, std::vector<int>* anchors, std::vector<std::string>* names) {
+  const MapCheck c = CheckMap(path);
+  if (c.status == 0 && anchors != nullptr) *anchors = c.anchor;
+  for (int i = 0; c.status == 0 && names != nullptr && i < c.n; ++i) names->push_back(fmt::Trim(c.Name(i)));
+  return c.status;
 }
 
 PlmCheck CheckPlm(const std::string& path) {

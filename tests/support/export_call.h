@@ -13,8 +13,15 @@ using PathExport = void (*)(int, const char*, int*);
 // Calls `fn` on `path` and returns its status; what it printed goes to `printed` when given.
 int CallOnPath(PathExport fn, const std::string& path, std::string* printed = nullptr);
 
-// MAPFindNumMarkers, then CheckErrorMAP with arrays of the size read: the status, and when
-// asked the anchors and the trimmed marker names.
+// MAPFindNumMarkers, then CheckErrorMAP with arrays of the size read.
+struct MapCheck {
+  int status = -1, n = 0;
+  std::vector<int> names, anchor, a, h, b, x, category;  // names: 35 codes a marker, the marker fastest
+  std::vector<float> chi, p;
+  std::string Name(int i) const;  // all 35 characters
+};
+MapCheck CheckMap(const std::string& path);
+// The same: the status, and when asked the anchors and the trimmed marker names.
 int CheckMapFile(const std::string& path, std::vector<int>* anchors = nullptr,
                  std::vector<std::string>* names = nullptr);
 

@@ -23,6 +23,8 @@ class InTempDir : public ::testing::Test {
 void WriteText(const std::string& path, const std::string& text);
 std::string ReadText(const std::string& path);
 std::vector<std::string> ReadLines(const std::string& path);
+// A text cut at its line ends, as ReadLines reads a file.
+std::vector<std::string> SplitLines(const std::string& text);
 bool FileExists(const std::string& path);
 // The path of a file of the source tree, e.g. "examples/clonal_f1.cdm".
 std::string SourcePath(const std::string& relative);

@@ -174,12 +174,6 @@ TEST(TwoPointNewtonStart, StartValuesByHand) {
   EXPECT_TRUE(std::isnan(TwoPointStart(7, 11, hets, 50)));
 }
 
-TEST(TwoPointFrame, LikelihoodDropsClassesThatCannotOccur) {
-  const float cells[9] = {10, 5, 0, 0, 0, 0, 0, 0, 3};
-  const float probs[9] = {0.5f, 0, 0, 0, 0, 0, 0, 0, 0.25f};
-  EXPECT_FLOAT_EQ(TwoPointLogLik(cells, probs), 10 * std::log10(0.5f) + 3 * std::log10(0.25f));
-}
-
 TEST(TwoPointFrame, SeveralThreadsGetTheSameResults) {
   // The pair store estimates pairs in parallel: no call may disturb another.
   constexpr int kTables = 5000;
