@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "bench_support.h"
+#include "engine/frame_ordering.h"
 #include "engine/map_state.h"
 #include "engine/order_group.h"
 #include "engine/rippling.h"
@@ -113,9 +114,8 @@ BENCHMARK(BM_OrderingDefault)->Args({1000, 100})->Args({1000, 400})->Args({5000,
 // positions over `length` cM (Haldane), each pair's frequency the share of recombinant
 // gametes and its LOD from that share. Unlike the independent draws above, the estimates
 // agree with one another as real data do (blocks of markers with no recombinant between them).
-SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
+std::vector<float> BredRecords(int markers, double length, unsigned seed) {
   constexpr int kGametes = 300, kWords = (kGametes + 63) / 64;
-  SyntheticMap map{"/tmp/gaengine-bench-bred-" + std::to_string(markers) + ".LRD", markers};
   std::mt19937_64 rng(seed);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
   std::vector<double> pos(static_cast<std::size_t>(markers));
@@ -133,10 +133,8 @@ SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
     for (std::size_t k = 0; k < by_position.size(); ++k)
       if (gamete[k] == 1) bits[by_position[k] * kWords + static_cast<std::size_t>(g / 64)] |= uint64_t{1} << (g % 64);
   }
-  std::FILE* f = std::fopen(map.path.c_str(), "wb");
-  std::vector<float> row;
+  std::vector<float> records;
   for (int i = 1; i < markers; ++i) {
-    row.clear();
     for (int j = 0; j < i; ++j) {
       int recombinants = 0;
       for (int w = 0; w < kWords; ++w)
@@ -144,11 +142,18 @@ SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
       const double r = static_cast<double>(recombinants) / kGametes;
       const double rr = std::clamp(r, 1e-4, 1.0 - 1e-4);
       const double lod = kGametes * (rr * std::log10(rr) + (1.0 - rr) * std::log10(1.0 - rr) + std::log10(2.0));
-      row.push_back(static_cast<float>(-std::max(lod, 0.0)));
-      row.push_back(static_cast<float>(r));
+      records.push_back(static_cast<float>(-std::max(lod, 0.0)));
+      records.push_back(static_cast<float>(r));
     }
-    std::fwrite(row.data(), sizeof(float), row.size(), f);
   }
+  return records;
+}
+
+SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
+  SyntheticMap map{"/tmp/gaengine-bench-bred-" + std::to_string(markers) + ".LRD", markers};
+  const std::vector<float> records = BredRecords(markers, length, seed);
+  std::FILE* f = std::fopen(map.path.c_str(), "wb");
+  std::fwrite(records.data(), sizeof(float), records.size(), f);
   std::fclose(f);
   gae::PairStoreSettings& settings = gae::Process().pair_store;
   settings.lrd_name = map.path;
@@ -174,6 +179,33 @@ void BM_OrderingDefaultBred(benchmark::State& state) {
   std::remove(map.path.c_str());
 }
 BENCHMARK(BM_OrderingDefaultBred)->Arg(5000)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
+
+// Ordering around a frame (gaengine map --order frame) in one large group of a bred chromosome
+// of 150 cM: a third of the markers co-dominant and ordered with the default search, the rest
+// placed into that frame and moved until none moves. Placing is quadratic in the group size a
+// round, so this shows where a group grows too large for it. The counters give the map length
+// against the default order's on the same pairs (the chromosome is 150 cM).
+void BM_OrderAroundFrame(benchmark::State& state) {
+  const int markers = static_cast<int>(state.range(0));
+  const std::vector<float> records = BredRecords(markers, 150.0, 23);
+  const gae::PairTable table{records.data(), static_cast<int64_t>(records.size() / 2), 2, 1};
+  std::vector<int32_t> kind(static_cast<std::size_t>(markers)), order(kind.size());
+  for (std::size_t m = 0; m < kind.size(); ++m) kind[m] = m % 3 == 0 ? 1 : (m % 3 == 1 ? 12 : 10);
+  std::vector<float> position(kind.size());
+  const gae::FrameOrderingOptions options{{2, 2, 1, 5, 3}, 4, gae::kByFirstValue, 5};
+  for (auto _ : state) {
+    std::iota(order.begin(), order.end(), 1);
+    gae::UniformStream random;
+    gae::OrderAroundFrame(table, options, markers, kind.data(), order.data(), position.data(), random, {});
+  }
+  state.counters["length_cM"] = position.back();
+  std::iota(order.begin(), order.end(), 1);
+  gae::UniformStream random;
+  const std::vector<int32_t> no_anchor(kind.size(), 0);
+  gae::OrderGroup(table, options.frame, markers, no_anchor.data(), order.data(), position.data(), random, {});
+  state.counters["default_cM"] = position.back();
+}
+BENCHMARK(BM_OrderAroundFrame)->Arg(300)->Arg(1000)->Arg(2000)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
 
 // Rippling that group, ordered first, with a window of 5 on the LOD value.
 void BM_RipplingWindow5(benchmark::State& state) {

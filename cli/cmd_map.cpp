@@ -256,13 +256,14 @@ std::string CapNote(float max_rf) {
 }
 
 // With the default threshold: a warning when one group holds most markers while the LOD tree
-// shows more groups that hold together over a run of higher thresholds.
-std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& map) {
+// shows more groups that hold together over a run of higher thresholds. The tree links pairs
+// under the same frequency cap as the grouping did, so that the hint describes this run.
+std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& map, float max_rf) {
   const gae::MapModel& m = map.model;
   const int largest = m.group_size.empty() ? 0 : *std::max_element(m.group_size.begin(), m.group_size.end());
   if (2 * largest <= m.num_markers) return "";
   std::vector<gae::LodTreeRow> rows;
-  if (!ProjectLodTree(file, m.num_markers, 2.0f, 15.0f, 1.0f, rows)) return "";
+  if (!ProjectLodTree(file, m.num_markers, 2.0f, 15.0f, 1.0f, rows, max_rf)) return "";
   const AutoLod choice = ChooseLod(rows, m.num_markers);
   if (!choice.found || choice.threshold <= DefaultLod() || choice.groups < 2) return "";
   return "warning: one group holds " + std::to_string(largest) + " of " + std::to_string(m.num_markers) +
@@ -327,7 +328,7 @@ int RunMap(const MapOptions& o) {
                 markers.anchor.data(), m.group.data(), &status);
   }
   map.BuildFromGroups();
-  if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map);
+  if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map, max_rf);
   if (capped) grouping_note += (grouping_note.empty() ? "" : "; ") + CapNote(max_rf);
   times.push_back({"grouping", clock.Lap()});
   std::string ordering_note;

@@ -60,7 +60,7 @@ bool OrderAroundFrames(const MarkerTable& markers, gae::MapModel& map, std::stri
     start += static_cast<size_t>(n);
   }
   map.map_state = gae::kMapRippled;
-  note = "co-dominant markers ordered first, the others placed by their LOD-weighted fit to them";
+  note = "co-dominant markers ordered first, the others placed where their pairs with them fit best";
   if (!fallback.empty())
     note += "\n                    too few co-dominant markers for that, default order in group " + fallback;
   return true;

@@ -30,6 +30,18 @@ struct Sums {
   }
 };
 
+// How much a pair's distance estimate counts in the fit. Its LOD says how much the pair's
+// genotypes inform (little for a dominant beside a recessive marker); the factor in r says
+// how far its distance can be trusted: a long distance is both noisier and, when the mapping
+// function does not match the crossing-over in the data, biased short. Weighed by the LOD
+// alone, the many long pairs of a dense group pulled each placed marker a few cM inward and
+// interleaved neighbours (a 150 cM chromosome of 300 markers came out at 467 cM; 174 cM now),
+// while sparse mixed data order as well as before.
+double PairWeight(float lod, float r) {
+  const double sure = static_cast<double>(lod) * (1.0 - 2.0 * static_cast<double>(r));
+  return sure * sure;
+}
+
 struct Pull {
   double w = 0.0;   // the pair's LOD, 0 when it says nothing
   double d = 0.0;   // its distance estimate in cM
@@ -48,7 +60,7 @@ Placement BestPlacement(const PairTable& table, int32_t marker, const int32_t* p
     const float lod = -table.First(marker, partners[k]);
     if (!(r < kInformativeFrequency) || !(lod > 0.0f)) continue;
     Pull& p = pull[static_cast<std::size_t>(k)];
-    p.w = lod;
+    p.w = PairWeight(lod, r);
     p.d = table.Distance(marker, partners[k]);
     right.Add(p.w, positions[k] - p.d, 1.0);
   }
@@ -108,7 +120,7 @@ std::vector<Placed> InsertIntoFrame(const PairTable& table, const std::vector<in
 
 // The ripple of a framed group, by the criterion the insertion used: each inserted marker in
 // turn is taken out and put back where its pairs with all the others (frame and inserted)
-// fit best. Every move lowers the total LOD-weighted misfit of the map, so the rounds stop
+// fit best. Every move lowers the total weighted misfit of the map, so the rounds stop
 // when a round moves nothing.
 void Replace(const PairTable& table, std::vector<Placed>& order) {
   std::vector<int32_t> partners;

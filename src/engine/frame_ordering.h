@@ -6,7 +6,8 @@
 // rewards putting such markers side by side, and a ripple by LOD sorts markers by type. Here
 // the co-dominant markers are ordered first, as any group is; each other marker is then
 // placed where its distances to the placed markers fit best, every pair weighed by its LOD so
-// that pairs that say little do not decide.
+// that pairs that say little do not decide, and by its shortness, since long distances are
+// noisy and biased by the mapping function.
 #pragma once
 
 #include <cstdint>
@@ -37,10 +38,10 @@ FrameOrderingResult OrderAroundFrame(const PairTable& table, const FrameOrdering
                                      const int32_t* group_kind, int32_t* group_order, float* group_position,
                                      UniformStream& random, const StartSink& sink);
 
-// The fit of a marker placed at `t` cM: the LOD-weighted squared difference between each
-// pair's distance estimate and the distance along the map, over the partners at `positions`
-// (ascending, parallel to `partners`), with pairs of frequency 0.4 or more or without a
-// positive LOD left out. Returns the best t and the index of the first partner to its right
+// The fit of a marker placed at `t` cM: the squared difference between each pair's distance
+// estimate and the distance along the map, weighed by (LOD (1 - 2r))^2, over the partners at
+// `positions` (ascending, parallel to `partners`), with pairs of frequency 0.4 or more or
+// without a positive LOD left out. Returns the best t and the index of the first partner to its right
 // (partners.size() when it goes last); -1 when no pair informs.
 struct Placement {
   int32_t gap = -1;

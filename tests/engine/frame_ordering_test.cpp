@@ -138,13 +138,14 @@ TEST(FramePlacement, FitsTheWeightedDistancesByHand) {
   EXPECT_EQ(p.gap, 2);
   EXPECT_NEAR(p.t, 15.0f, 1e-4f);
   // Partner 1 says 5 cM with LOD 6, partner 3 says 5 cM with LOD 2, partner 2 is silenced by
-  // a frequency too large to inform: the LOD-weighted mean 0.75 * 5 + 0.25 * 15.
+  // a frequency too large to inform. Weights (LOD (1 - 2r))^2 = 5.4^2 and 1.8^2, 9 to 1: the
+  // weighted mean 0.9 * 5 + 0.1 * 15.
   store.Set(4, 1, 6.0f, 0.05f);
   store.Set(4, 2, 2.0f, 0.45f);
   p = BestPlacement(store.Table(3), 4, partners, at, 3);
   EXPECT_EQ(p.gap, 1);
-  EXPECT_NEAR(p.t, 7.5f, 1e-4f);
-  EXPECT_NEAR(p.misfit, 6 * 2.5 * 2.5 + 2 * 7.5 * 7.5, 1e-3);
+  EXPECT_NEAR(p.t, 6.0f, 1e-4f);
+  EXPECT_NEAR(p.misfit, 5.4 * 5.4 * 1 * 1 + 1.8 * 1.8 * 9 * 9, 1e-3);
 }
 
 class FrequencyCap : public testing::InTempDir {};
