@@ -40,9 +40,10 @@ FrameOrderingResult OrderAroundFrame(const PairTable& table, const FrameOrdering
 
 // The fit of a marker placed at `t` cM: the squared difference between each pair's distance
 // estimate and the distance along the map, weighed by (LOD (1 - 2r))^2, over the partners at
-// `positions` (ascending, parallel to `partners`), with pairs of frequency 0.4 or more or
-// without a positive LOD left out. Returns the best t and the index of the first partner to its right
-// (partners.size() when it goes last); -1 when no pair informs.
+// `positions` (ascending, parallel to `partners`) whose pairs weigh most (a dozen at most);
+// pairs of frequency 0.4 or more or without a positive LOD are left out. Returns the best t
+// and the index of the first partner to its right (partners.size() when it goes last); -1
+// when no pair informs.
 struct Placement {
   int32_t gap = -1;
   float t = 0.0f;

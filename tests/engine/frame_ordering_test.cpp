@@ -29,11 +29,10 @@ struct Simulated {
   std::vector<double> cm;
 };
 
-Simulated Simulate(uint64_t seed, bool mixed) {
-  const int32_t n = 30;
+Simulated Simulate(uint64_t seed, bool mixed, int32_t n = 30, double length_cm = 120.0) {
   std::mt19937_64 rng(seed);
   std::vector<testing::SimulatedMarker> markers(n, {"M", 0.0});
-  for (auto& m : markers) m.position_cm = std::uniform_real_distribution<double>(0.0, 120.0)(rng);
+  for (auto& m : markers) m.position_cm = std::uniform_real_distribution<double>(0.0, length_cm)(rng);
   std::sort(markers.begin(), markers.end(), [](const auto& a, const auto& b) { return a.position_cm < b.position_cm; });
   std::vector<std::string> typed = testing::SimulateF2Chromosome(markers, 200, 0.02, seed), letters(n);
   std::vector<int32_t> number(n);
@@ -76,23 +75,27 @@ class FrameOrdering : public ::testing::Test {
 
   // The whole run's default: five random starts of the tour search, then a ripple by LOD.
   std::vector<int32_t> ByDefault(const Simulated& s) {
-    std::vector<int32_t> order(30), no_anchor(30, 0);
+    const int32_t n = static_cast<int32_t>(s.kind.size());
+    std::vector<int32_t> order(n), no_anchor(n, 0);
     std::iota(order.begin(), order.end(), 1);
+    position_.assign(n, 0.0f);
     UniformStream random;
-    OrderGroup(s.store.Table(), options_.frame, 30, no_anchor.data(), order.data(), position_.data(), random, {});
-    RippleGroup(s.store.Table(), kByFirstValue, 5, 30, order.data(), position_.data());
+    OrderGroup(s.store.Table(), options_.frame, n, no_anchor.data(), order.data(), position_.data(), random, {});
+    RippleGroup(s.store.Table(), kByFirstValue, 5, n, order.data(), position_.data());
     return order;
   }
   std::vector<int32_t> AroundFrame(const Simulated& s) {
-    std::vector<int32_t> order(30);
+    const int32_t n = static_cast<int32_t>(s.kind.size());
+    std::vector<int32_t> order(n);
     std::iota(order.begin(), order.end(), 1);  // so that kinds by position are kinds by number
+    position_.assign(n, 0.0f);
     UniformStream random;
-    result_ = OrderAroundFrame(s.store.Table(), options_, 30, s.kind.data(), order.data(), position_.data(), random, {});
+    result_ = OrderAroundFrame(s.store.Table(), options_, n, s.kind.data(), order.data(), position_.data(), random, {});
     return order;
   }
 
   FrameOrderingOptions options_{{2, 2, 1, 5, 3}, 4, kByFirstValue, 5};
-  std::vector<float> position_ = std::vector<float>(30);
+  std::vector<float> position_;
   FrameOrderingResult result_;
 };
 
@@ -110,6 +113,19 @@ TEST_F(FrameOrdering, DominantAndRecessiveMarkersOrderCloserToTheTruthThanByDefa
   }
   EXPECT_GE(framed, 0.97);
   EXPECT_GT(framed, by_default + 0.01);
+}
+
+// Hundreds of co-dominant markers a fraction of a cM apart, two thirds of them labelled
+// dominant so that they are placed into the frame of the others: the many long pairs of each
+// placed marker must not outvote its few close ones, or neighbours interleave and the map grows.
+TEST_F(FrameOrdering, ADenseGroupPlacedIntoItsFrameKeepsItsOrderAndLength) {
+  Simulated s = Simulate(41, false, 240, 60.0);
+  const std::vector<int32_t> by_default = ByDefault(s);
+  const float default_length = position_.back();
+  for (std::size_t m = 0; m < s.kind.size(); ++m) s.kind[m] = m % 3 == 0 ? 1 : 12;
+  const std::vector<int32_t> order = AroundFrame(s);
+  EXPECT_GE(RankCorrelation(order, s.cm), RankCorrelation(by_default, s.cm) - 0.002);
+  EXPECT_LT(position_.back(), 1.1f * default_length);
 }
 
 TEST_F(FrameOrdering, CodominantDataAndGroupsWithoutAFrameComeOutAsByDefault) {
