@@ -1,8 +1,5 @@
 #include "frame/map_tool_policy.h"
 
-#include <algorithm>
-
-#include "frame/name_codes.h"
 #include "report/map_downstream.h"
 #include "report/map_layout.h"
 #include "report/map_reports.h"
@@ -11,19 +8,6 @@
 #include "twopoint/map_pairwise_file.h"
 
 namespace gae {
-
-MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& args) {
-  MapLayout map;
-  map.population_type = data.population_type;
-  map.mapping_function = data.mapping_function;
-  map.space_type = data.space_type;
-  map.num_individuals = data.population_size;
-  map.marker_names = std::move(data.markers.names);
-  map.marker_class = std::move(data.markers.categories);
-  map.types = std::move(data.markers.types);
-  FillFinishedLayout(args, map);
-  return map;
-}
 
 void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
                            const OutputSwitches& switches, ResultFiles& files) {
@@ -39,16 +23,10 @@ MapPolicy::MapPolicy(const MapCheckArrays* check)
 void MapPolicy::FillCheckArrays() {
   if (check_ == nullptr) return;
   const MapCheckArrays& out = *check_;
-  // The caller's extent governs the copy; the file's governs what there is to copy.
-  const int n = std::min<int>(out.num_markers, data_.num_markers);
-  const int64_t lines = data_.population_size;
-  NamesToCodes(data_.markers.names, 35, out.num_markers, out.name_codes);
+  const int n = CopyMarkerIdentity(out.num_markers, out.name_codes, out.anchor, out.category);
   for (int i = 0; i < n; ++i) {
-    out.anchor[i] = data_.anchors[i];
-    out.category[i] = data_.markers.categories[i];
-    const char* types = data_.markers.types.data() + i * lines;
-    const SegregationTest test =
-        SegregationChiSquare(data_.population_type, data_.markers.categories[i], types, lines);
+    const SegregationTest test = SegregationChiSquare(data_.population_type, data_.markers.categories[i],
+                                                      TypesOf(i), data_.population_size);
     out.size_a[i] = test.counts.n2;
     out.size_h[i] = test.counts.n1;
     out.size_b[i] = test.counts.n0;
@@ -74,7 +52,7 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
 void MapPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = TakeMapLayout(data_, finished);
+  const MapLayout map = TakeMapLayout(finished);
   WriteSharedMapReports(map, pairs, switches, files);
   files.Write(".mtp", MtpReport(map));
   WriteMapDownstreamFiles(map, switches.On(3), random, files);

@@ -25,10 +25,6 @@ struct MapCheckArrays {
   float* probability = nullptr;
 };
 
-// The report layout of a genotype file: the caller's finished map with the names, classes and
-// genotypes read, which are moved out of `data`.
-MapLayout TakeMapLayout(MapToolInput& data, const FinishedMap& map);
-
 // The reports that the bi-parental and pure-line tools write alike: .sum, then .lod, .rec and
 // .dis by the first three output switches.
 void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,

@@ -1,9 +1,6 @@
 #include "frame/plm_tool_policy.h"
 
-#include <algorithm>
-
 #include "frame/map_tool_policy.h"
-#include "frame/name_codes.h"
 #include "frame/population.h"
 #include "report/map_downstream.h"
 #include "report/pure_line_reports.h"
@@ -18,17 +15,11 @@ PlmPolicy::PlmPolicy(const PlmCheckArrays* check)
 void PlmPolicy::FillCheckArrays() {
   if (check_ == nullptr) return;
   const PlmCheckArrays& out = *check_;
-  // The caller's extent governs the copy; the file's governs what there is to copy.
-  const int n = std::min<int>(out.num_markers, data_.num_markers);
-  const int64_t lines = data_.population_size;
+  const int n = CopyMarkerIdentity(out.num_markers, out.name_codes, out.anchor, out.category);
   const int founders = PureLineFounders(data_.population_type);
-  NamesToCodes(data_.markers.names, 35, out.num_markers, out.name_codes);
   for (int i = 0; i < n; ++i) {
-    const int32_t pattern = data_.markers.categories[i];
-    out.anchor[i] = data_.anchors[i];
-    out.category[i] = pattern;
     const PureLineSegregation test = PureLineSegregationChiSquare(
-        founders, pattern, data_.markers.types.data() + i * lines, lines);
+        founders, data_.markers.categories[i], TypesOf(i), data_.population_size);
     for (int k = 0; k < 9; ++k) out.size[k][i] = test.counts[k];
     out.chi_square[i] = test.chi_square;
     out.probability[i] = test.probability;
@@ -48,7 +39,7 @@ bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
 void PlmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = TakeMapLayout(data_, finished);
+  const MapLayout map = TakeMapLayout(finished);
   WriteSharedMapReports(map, pairs, switches, files);
   files.Write(".mtp", PlmMtpReport(map));
   WritePlmDownstreamFiles(map, switches.On(3), random, files);

@@ -5,7 +5,6 @@
 
 #include "errorscan/err_report.h"
 #include "errorscan/error_scan.h"
-#include "input/chromosome_record.h"
 #include "report/clonal_reports.h"
 #include "report/clonal_segregation.h"
 #include "report/downstream_files.h"
@@ -53,30 +52,17 @@ void CopyFlags(const std::string& before, const std::string& scanned, std::strin
 int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
                                    ResultFiles& files, bool write_qtl_file,
                                    UniformStream& random) {
-  LinkedMapRecord record;
-  record.population_type = map.population_type;
-  record.mapping_function = map.mapping_function;
-  record.space_type = map.space_type;
-  record.num_individuals = map.num_individuals;
-  record.chromosome_names = map.chromosome_names;
-  record.chromosome_sizes = map.chromosome_sizes;
-  record.positions = map.position;
+  const LinkedMapRecord record = LinkedRecord(map);
   std::string input;
   std::vector<int32_t> numbers;
   std::vector<std::string> category_texts;
   for (int32_t k = 0; k < map.num_mapped; ++k) {
     const int32_t marker = map.order[k];
-    record.marker_names.push_back(map.marker_names[marker - 1]);
     input.append(map.TypesOf(marker), map.num_individuals);
     category_texts.emplace_back(ClonalCategoryText(map.population_type, map.category[marker - 1]));
     numbers.push_back(marker);
   }
-  std::vector<ChromosomeRecord> chromosomes(map.NumChromosomes());
-  for (int32_t c = 0, k = 0; c < map.NumChromosomes(); ++c)
-    for (int32_t n = 0; n < map.chromosome_sizes[c]; ++n, ++k) {
-      chromosomes[c].marker_names.push_back(record.marker_names[k]);
-      chromosomes[c].positions.push_back(record.positions[k]);
-    }
+  const std::vector<ChromosomeRecord> chromosomes = LinkedChromosomes(record);
 
   const PhaseSigns signs = ClonalPhaseSigns(map, pairs);
   const Haplotypes phased = ClonalHaplotypes(map, signs, input);

@@ -137,6 +137,32 @@ std::string CorrectedDataText(const LinkedMapRecord& map, std::string_view corre
 
 }  // namespace
 
+LinkedMapRecord LinkedRecord(const GenotypeLayout& map) {
+  LinkedMapRecord record;
+  record.population_type = map.population_type;
+  record.mapping_function = map.mapping_function;
+  record.space_type = map.space_type;
+  record.num_individuals = map.num_individuals;
+  record.chromosome_names = map.chromosome_names;
+  record.chromosome_sizes = map.chromosome_sizes;
+  for (int32_t k = 0; k < map.num_mapped; ++k)
+    record.marker_names.push_back(map.marker_names[map.order[k] - 1]);
+  record.positions = map.position;
+  return record;
+}
+
+std::vector<ChromosomeRecord> LinkedChromosomes(const LinkedMapRecord& record) {
+  std::vector<ChromosomeRecord> chromosomes(record.chromosome_sizes.size());
+  std::size_t k = 0;
+  for (std::size_t c = 0; c < chromosomes.size(); ++c) {
+    for (int32_t n = 0; n < record.chromosome_sizes[c]; ++n, ++k) {
+      chromosomes[c].marker_names.push_back(record.marker_names[k]);
+      chromosomes[c].positions.push_back(record.positions[k]);
+    }
+  }
+  return chromosomes;
+}
+
 std::string EcMapText(const LinkedMapRecord& map, std::string_view corrected_genotypes,
                       std::span<const uint8_t> monomorphic) {
   return CorrectedDataText(map, corrected_genotypes, monomorphic, BiparentalStyle());

@@ -11,6 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "input/chromosome_record.h"
+#include "report/map_layout.h"
+
 namespace gae {
 
 // What the writers need of the map and its data.
@@ -26,6 +29,11 @@ struct LinkedMapRecord {
   std::vector<std::string> marker_names;  // 35 characters, blank padded
   std::vector<float> positions;           // cM
 };
+
+// The record of a finished map's linked markers, in map order.
+LinkedMapRecord LinkedRecord(const GenotypeLayout& map);
+// The record's markers and positions chromosome by chromosome, as the error scan reads them.
+std::vector<ChromosomeRecord> LinkedChromosomes(const LinkedMapRecord& record);
 
 // Genotype matrices below are [marker * num_individuals + individual] over the linked markers
 // of the record, one genotype letter (A, H, B, D, R, X) each.

@@ -5,7 +5,6 @@
 #include "errorscan/err_report.h"
 #include "errorscan/error_scan.h"
 #include "frame/population.h"
-#include "input/chromosome_record.h"
 #include "report/downstream_files.h"
 #include "report/pure_line_segregation.h"
 #include "report/text_file.h"
@@ -13,32 +12,6 @@
 namespace gae {
 
 namespace {
-
-LinkedMapRecord LinkedRecord(const MapLayout& map) {
-  LinkedMapRecord record;
-  record.population_type = map.population_type;
-  record.mapping_function = map.mapping_function;
-  record.space_type = map.space_type;
-  record.num_individuals = map.num_individuals;
-  record.chromosome_names = map.chromosome_names;
-  record.chromosome_sizes = map.chromosome_sizes;
-  for (int32_t k = 0; k < map.num_mapped; ++k)
-    record.marker_names.push_back(map.marker_names[map.order[k] - 1]);
-  record.positions = map.position;
-  return record;
-}
-
-std::vector<ChromosomeRecord> Chromosomes(const MapLayout& map, const LinkedMapRecord& record) {
-  std::vector<ChromosomeRecord> chromosomes(map.NumChromosomes());
-  int32_t k = 0;
-  for (int32_t c = 0; c < map.NumChromosomes(); ++c) {
-    for (int32_t n = 0; n < map.chromosome_sizes[c]; ++n, ++k) {
-      chromosomes[c].marker_names.push_back(record.marker_names[k]);
-      chromosomes[c].positions.push_back(record.positions[k]);
-    }
-  }
-  return chromosomes;
-}
 
 // The linked markers' genotypes, classes and input numbers in map order: what the downstream
 // tools and the scan see.
@@ -63,7 +36,7 @@ LinkedData Linked(const MapLayout& map) {
 std::string Scanned(const MapLayout& map, const LinkedData& data, int32_t design, UniformStream& random,
                     int64_t& flagged) {
   std::string corrected = data.input;
-  const std::vector<ChromosomeRecord> chromosomes = Chromosomes(map, data.record);
+  const std::vector<ChromosomeRecord> chromosomes = LinkedChromosomes(data.record);
   const PopulationModel model{design, map.population_type, map.mapping_function};
   flagged = ErrorScan(model, map.num_individuals, chromosomes, data.classes,
                       std::span<char>(corrected.data(), corrected.size()), random);

@@ -29,17 +29,23 @@ struct FinishedMapLayout {
   int32_t NumDeleted() const { return num_markers - num_mapped - num_unlinked; }
 };
 
-// The bi-parental tool's marker data beside the finished map.
-struct MapLayout : FinishedMapLayout {
+// What every tool that reads a genotype file adds to the finished map: the population and the
+// stored genotypes of each marker.
+struct GenotypeLayout : FinishedMapLayout {
   int32_t population_type = 0;
   int32_t space_type = 1;
   int32_t num_individuals = 0;
-  std::vector<int32_t> marker_class;  // 1 co-dominant, 12 dominant, 10 recessive
-  std::vector<char> types;            // genotype letters, individuals fastest, input order
+  std::vector<char> types;  // one letter per genotype, individuals fastest, input order
 
   const char* TypesOf(int32_t marker) const {
     return types.data() + static_cast<int64_t>(marker - 1) * num_individuals;
   }
+};
+
+// The bi-parental and pure-line tools' marker data beside the finished map.
+struct MapLayout : GenotypeLayout {
+  // 1 co-dominant, 12 dominant, 10 recessive; a pure-line map holds the founder patterns here.
+  std::vector<int32_t> marker_class;
 };
 
 }  // namespace gae
