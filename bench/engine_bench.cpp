@@ -90,21 +90,23 @@ void BM_Grouping(benchmark::State& state, int method, float threshold) {
 BENCHMARK_CAPTURE(BM_Grouping, ByThreshold, 1, 3.0f)->Arg(10000)->Unit(benchmark::kSecond)->Iterations(1);
 BENCHMARK_CAPTURE(BM_Grouping, ToCount, 2, 10.0f)->Arg(1000)->Arg(2000)->Arg(4000)->Unit(benchmark::kSecond)->Iterations(1);
 
-// One chromosome of `markers` markers, ordered as the MAP default does: tour search from five
+// The store's one chromosome, ordered as the MAP default does: tour search from five
 // random nearest-neighbour starts with the open-path 2-opt, on recombination frequency.
-void BM_OrderingDefault(benchmark::State& state) {
-  const int markers = static_cast<int>(state.range(0));
-  const SyntheticMap map = WriteStore(markers, 1, 13, static_cast<double>(state.range(1)));
+void TimeDefaultOrdering(benchmark::State& state, const SyntheticMap& map) {
   setenv("GAENGINE_SEED", "12345", 1);
-  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), order(static_cast<std::size_t>(markers));
-  std::vector<float> position(static_cast<std::size_t>(markers));
+  std::vector<int> anchor(static_cast<std::size_t>(map.markers), 0), order(static_cast<std::size_t>(map.markers));
+  std::vector<float> position(static_cast<std::size_t>(map.markers));
   int status = 0;
   for (auto _ : state) {
     std::iota(order.begin(), order.end(), 1);
-    MAPOrdering(0, 2, 2, 1, 5, 3, markers, anchor.data(), order.data(), position.data(), &status);
+    MAPOrdering(0, 2, 2, 1, 5, 3, map.markers, anchor.data(), order.data(), position.data(), &status);
   }
   state.counters["length_cM"] = position.back();
   std::remove(map.path.c_str());
+}
+void BM_OrderingDefault(benchmark::State& state) {
+  const int markers = static_cast<int>(state.range(0));
+  TimeDefaultOrdering(state, WriteStore(markers, 1, 13, static_cast<double>(state.range(1))));
 }
 // A dense chromosome (100 cM: most neighbours show no recombinant, many ties) and a long one;
 // then one group of 5,000 markers over 150 cM, the size a SNP array gives (target: 10 s).
@@ -165,18 +167,7 @@ SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
 // A 5,000-marker group of a bred chromosome of 150 cM ordered with the MAP defaults (target:
 // at most 10 s on two cores).
 void BM_OrderingDefaultBred(benchmark::State& state) {
-  const int markers = static_cast<int>(state.range(0));
-  const SyntheticMap map = WriteBredStore(markers, 150.0, 17);
-  setenv("GAENGINE_SEED", "12345", 1);
-  std::vector<int> anchor(static_cast<std::size_t>(markers), 0), order(static_cast<std::size_t>(markers));
-  std::vector<float> position(static_cast<std::size_t>(markers));
-  int status = 0;
-  for (auto _ : state) {
-    std::iota(order.begin(), order.end(), 1);
-    MAPOrdering(0, 2, 2, 1, 5, 3, markers, anchor.data(), order.data(), position.data(), &status);
-  }
-  state.counters["length_cM"] = position.back();
-  std::remove(map.path.c_str());
+  TimeDefaultOrdering(state, WriteBredStore(static_cast<int>(state.range(0)), 150.0, 17));
 }
 BENCHMARK(BM_OrderingDefaultBred)->Arg(5000)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
 
