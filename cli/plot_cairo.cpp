@@ -53,4 +53,11 @@ std::string FormatNumber(double value) {
   return text;
 }
 
+bool ReleaseSurface(cairo_surface_t* surface, cairo_status_t status, const std::string& path, std::string& error) {
+  cairo_surface_destroy(surface);
+  if (status == CAIRO_STATUS_SUCCESS) return true;
+  error = path + ": " + cairo_status_to_string(status);
+  return false;
+}
+
 }  // namespace gaecli

@@ -16,6 +16,9 @@ void ShowText(cairo_t* cr, const std::string& text, double x, double y, TextAlig
 double CairoTextWidth(const std::string& text, double font_size);
 // The same in the bold face that titles are set in.
 double CairoBoldTextWidth(const std::string& text, double font_size);
+// Releases a finished picture's surface and turns cairo's status of writing it into the
+// command's error text ("path: reason"); true when the file was written.
+bool ReleaseSurface(cairo_surface_t* surface, cairo_status_t status, const std::string& path, std::string& error);
 // A scale number: no decimals when it is whole, else up to two.
 std::string FormatNumber(double value);
 

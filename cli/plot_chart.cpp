@@ -201,13 +201,7 @@ bool WriteChartSvg(const MapChart& chart, const std::string& path, std::string& 
   }
   cairo_destroy(cr);
   cairo_surface_finish(surface);
-  const cairo_status_t status = cairo_surface_status(surface);
-  cairo_surface_destroy(surface);
-  if (status != CAIRO_STATUS_SUCCESS) {
-    error = path + ": " + cairo_status_to_string(status);
-    return false;
-  }
-  return true;
+  return ReleaseSurface(surface, cairo_surface_status(surface), path, error);
 }
 
 }  // namespace gaecli

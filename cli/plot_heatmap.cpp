@@ -223,13 +223,7 @@ bool WriteHeatMapPng(const HeatMapData& data, const std::string& path, std::stri
   ShowText(cr, data.lower_is_lod ? kCaption : kConsensusCaption, g.matrix_left,
            g.height - kCaptionBand + 20, TextAlign::kLeft);
   cairo_destroy(cr);
-  const cairo_status_t status = cairo_surface_write_to_png(surface, path.c_str());
-  cairo_surface_destroy(surface);
-  if (status != CAIRO_STATUS_SUCCESS) {
-    error = path + ": " + cairo_status_to_string(status);
-    return false;
-  }
-  return true;
+  return ReleaseSurface(surface, cairo_surface_write_to_png(surface, path.c_str()), path, error);
 }
 
 }  // namespace gaecli
