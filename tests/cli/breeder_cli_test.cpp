@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "support/command_run.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -22,23 +22,8 @@ using ::testing::Not;
 using testing::ReadText;
 using testing::WriteText;
 
-struct CliRun {
-  int exit_code = -1;
-  std::string out, err;
-};
-
-CliRun Gaengine(const std::string& arguments) {
-  const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " 2>stderr.txt";
-  CliRun run;
-  std::FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return run;
-  char buffer[4096];
-  while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) run.out += buffer;
-  const int status = ::pclose(pipe);
-  run.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  run.err = ReadText("stderr.txt");
-  return run;
-}
+using testing::CommandRun;
+using testing::GaengineErrApart;
 
 // The value after `label` on its summary line.
 std::string SummaryValue(const std::string& out, const std::string& label) {
@@ -59,7 +44,7 @@ class BreederCommand : public testing::InTempDir {
 };
 
 TEST_F(BreederCommand, ASeedAfterTheSubcommandRepeatsARunAndTheSummaryAndLogSayIt) {
-  const CliRun drawn = Gaengine("map f2.map");
+  const CommandRun drawn = GaengineErrApart("map f2.map");
   ASSERT_EQ(drawn.exit_code, 0) << drawn.err;
   const std::string seed = SummaryValue(drawn.out, "  Seed              ");
   ASSERT_FALSE(seed.empty()) << drawn.out;
@@ -70,13 +55,13 @@ TEST_F(BreederCommand, ASeedAfterTheSubcommandRepeatsARunAndTheSummaryAndLogSayI
   EXPECT_THAT(drawn.out, Not(HasSubstr("run successfully")));
   const std::string first_sum = ReadText("f2.sum");
 
-  const CliRun again = Gaengine("-v map --seed " + seed + " --starts 9 f2.map");
+  const CommandRun again = GaengineErrApart("-v map --seed " + seed + " --starts 9 f2.map");
   ASSERT_EQ(again.exit_code, 0) << again.err;
   EXPECT_THAT(again.out, HasSubstr("run successfully"));
   EXPECT_THAT(again.out, HasSubstr("  Seed              " + seed + " (given)"));
   EXPECT_THAT(again.out, HasSubstr("  Random starts     9 per group"));
   EXPECT_THAT(again.out, HasSubstr("  Pair file         reused from an earlier run"));
-  ASSERT_EQ(Gaengine("map --seed " + seed + " f2.map").exit_code, 0);
+  ASSERT_EQ(GaengineErrApart("map --seed " + seed + " f2.map").exit_code, 0);
   EXPECT_EQ(ReadText("f2.sum"), first_sum);
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("gaengine: seed " + seed + " (given), 9 random starts per group"));
   EXPECT_THAT(again.out, HasSubstr("  Matrix files      .lod .rec .dis hold the first 100 of the 150 mapped markers"));
@@ -86,21 +71,21 @@ TEST_F(BreederCommand, ASeedAfterTheSubcommandRepeatsARunAndTheSummaryAndLogSayI
 TEST_F(BreederCommand, UsageErrorsExitWithTwoAndHelpSaysWhatAUserNeeds) {
   for (const char* bad : {"map --seed 1.5 f2.map", "map --seed x f2.map", "map", "nosuch f2.map",
                           "map cross2024", "map ab", "pairs .map", "map --lod high f2.map"}) {
-    const CliRun r = Gaengine(bad);
+    const CommandRun r = GaengineErrApart(bad);
     EXPECT_EQ(r.exit_code, 2) << bad << "\n" << r.err;
     EXPECT_FALSE(r.err.empty()) << bad;
   }
-  EXPECT_THAT(Gaengine("map cross2024").err, HasSubstr("three-letter extension"));
+  EXPECT_THAT(GaengineErrApart("map cross2024").err, HasSubstr("three-letter extension"));
   EXPECT_FALSE(testing::FileExists("cross.LRD"));
-  const CliRun version = Gaengine("--version");
+  const CommandRun version = GaengineErrApart("--version");
   EXPECT_EQ(version.exit_code, 0);
   EXPECT_THAT(version.out, HasSubstr("gaengine "));
-  const CliRun help = Gaengine("--help");
+  const CommandRun help = GaengineErrApart("--help");
   EXPECT_EQ(help.exit_code, 0);
   for (const char* words : {"GAENGINE_THREADS", "beside the input file", "gaengine map ", "gaengine import rqtl",
                             "gaengine groups ", "gaengine snp "})
     EXPECT_THAT(help.out, HasSubstr(words));
-  EXPECT_THAT(Gaengine("map --help").out, HasSubstr("Example:"));
+  EXPECT_THAT(GaengineErrApart("map --help").out, HasSubstr("Example:"));
 }
 
 TEST_F(BreederCommand, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
@@ -133,7 +118,7 @@ TEST_F(BreederCommand, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
   };
   for (const Case& c : cases) {
     WriteText(c.name, c.text);
-    const CliRun r = Gaengine("map " + c.name);
+    const CommandRun r = GaengineErrApart("map " + c.name);
     EXPECT_EQ(r.exit_code, 1) << c.name;
     EXPECT_THAT(r.err, HasSubstr(c.message)) << c.name;
     EXPECT_THAT(r.err, HasSubstr(c.hint)) << c.name;
@@ -141,7 +126,7 @@ TEST_F(BreederCommand, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
   }
   if (::geteuid() != 0) {  // the super-user may write anywhere
     ASSERT_EQ(::system("mkdir locked && cp f2.map locked/ && chmod a-w locked"), 0);
-    const CliRun r = Gaengine("map locked/f2.map");
+    const CommandRun r = GaengineErrApart("map locked/f2.map");
     EXPECT_EQ(r.exit_code, 1);
     EXPECT_THAT(r.err, HasSubstr("cannot write in the folder 'locked'"));
     ::system("chmod u+w locked");
@@ -149,7 +134,7 @@ TEST_F(BreederCommand, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
 }
 
 TEST_F(BreederCommand, TheTsvOfTheMapEqualsTheSumAndPairsKeepTheirLod) {
-  const CliRun r = Gaengine("map --seed 4 --tsv --min-lod 10 f2.map");
+  const CommandRun r = GaengineErrApart("map --seed 4 --tsv --min-lod 10 f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
   // Section 1 of the .sum: chromosome id and name, marker (cut to 19), interval, position.
   std::vector<std::string> from_sum, from_tsv;
@@ -216,11 +201,11 @@ TEST_F(BreederCommand, AnRqtlCsvBecomesAMapFileWithTheSameGenotypeCounts) {
     csv += "\n";
   }
   WriteText("cross.csv", csv);
-  CliRun r = Gaengine("import rqtl --pop F2 --anchors cross.csv -o cross.map");
+  CommandRun r = GaengineErrApart("import rqtl --pop F2 --anchors cross.csv -o cross.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
   EXPECT_THAT(r.out, HasSubstr("6 markers, 40 individuals"));
   EXPECT_THAT(r.out, HasSubstr("1=1 X=2"));
-  r = Gaengine("pairs --markers cross.map");
+  r = GaengineErrApart("pairs --markers cross.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
   for (const auto& [marker, n] : counts) {
     char row[128];
@@ -231,13 +216,13 @@ TEST_F(BreederCommand, AnRqtlCsvBecomesAMapFileWithTheSameGenotypeCounts) {
   EXPECT_THAT(ReadText("cross.map"), HasSubstr("\nD4" + std::string(41, ' ') + "2\n"));
   // A code outside the file's set is named where it stands; a backcross cannot show P2 homozygotes.
   WriteText("typo.csv", "id,D1,D2\n,1,1\n1,A,Q\n");
-  r = Gaengine("import rqtl --pop 7 typo.csv");
+  r = GaengineErrApart("import rqtl --pop 7 typo.csv");
   EXPECT_EQ(r.exit_code, 1);
   EXPECT_THAT(r.err, HasSubstr("typo.csv line 3, marker D2, individual 1: 'Q' is none of the genotype codes"));
-  r = Gaengine("import rqtl --pop P1BC1F1 cross.csv -o bc.map");
+  r = GaengineErrApart("import rqtl --pop P1BC1F1 cross.csv -o bc.map");
   EXPECT_EQ(r.exit_code, 1);
   EXPECT_THAT(r.err, HasSubstr("'B' is not a genotype code of a P1BC1F1 (A H D X)"));
-  EXPECT_EQ(Gaengine("import rqtl --pop F9 cross.csv").exit_code, 2);
+  EXPECT_EQ(GaengineErrApart("import rqtl --pop F9 cross.csv").exit_code, 2);
 }
 
 }  // namespace

@@ -2,13 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "gaengine.h"
+#include "support/command_run.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -17,22 +16,7 @@ namespace {
 using ::testing::HasSubstr;
 using testing::ReadText;
 
-struct Result {
-  int exit_code;
-  std::string out;
-};
-
-Result Gaengine(const std::string& arguments) {
-  const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " 2>&1";
-  Result result{-1, {}};
-  std::FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return result;
-  char buffer[4096];
-  while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) result.out += buffer;
-  const int status = ::pclose(pipe);
-  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
-}
+using testing::Gaengine;
 
 class Command : public testing::InTempDir {
  protected:
@@ -43,7 +27,7 @@ class Command : public testing::InTempDir {
 };
 
 TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
-  const Result cli = Gaengine("--seed 31 map f2.map");
+  const testing::CommandRun cli = Gaengine("--seed 31 map f2.map");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Population        F2 (type 7)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      150"));
@@ -68,7 +52,7 @@ TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
 // A clonal file takes the CDM tool from its extension, or from --tool under any name.
 TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
   testing::WriteText("clonal.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
-  const Result cli = Gaengine("--seed 5 map clonal.cdm");
+  const testing::CommandRun cli = Gaengine("--seed 5 map clonal.cdm");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("(type 1)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
@@ -96,7 +80,7 @@ TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
 
 TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
   testing::WriteText("maps.cmp", ReadText(testing::SourcePath("examples/three_maps_3b.cmp")));
-  const Result cli = Gaengine("--seed 5 map maps.cmp");
+  const testing::CommandRun cli = Gaengine("--seed 5 map maps.cmp");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Markers           16"));
   EXPECT_THAT(cli.out, HasSubstr("  Input maps        3"));
@@ -104,7 +88,7 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
   // The seed chooses the ordering's starts, whose number a consensus does not let be chosen.
   EXPECT_THAT(cli.out, HasSubstr("  Seed              5 (given)\n  Random starts     5 per group (fixed)"));
   EXPECT_THAT(ReadText("CMP.log"), HasSubstr("gaengine: seed 5 (given), 5 random starts per group"));
-  const Result starts = Gaengine("map --starts 9 maps.cmp");
+  const testing::CommandRun starts = Gaengine("map --starts 9 maps.cmp");
   EXPECT_EQ(starts.exit_code, 2);
   EXPECT_THAT(starts.out, HasSubstr("--starts applies to MAP, CDM and PLM files"));
   // Each map's own length (last position less first), in the order of the file.
@@ -122,7 +106,7 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
   text.replace(twelfth, 6, "gwm113");
   text.replace(second, 6, "gwm269");
   testing::WriteText("maps.cmp", text);
-  const Result swapped = Gaengine("--seed 5 map maps.cmp");
+  const testing::CommandRun swapped = Gaengine("--seed 5 map maps.cmp");
   ASSERT_EQ(swapped.exit_code, 0) << swapped.out;
   EXPECT_THAT(swapped.out, HasSubstr("maps.LRD is computed again: it was computed from other data."));
   auto correlation = [&](const std::string& map) {
@@ -136,7 +120,7 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
 
 TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
   testing::WriteText("four.plm", ReadText(testing::SourcePath("examples/four_way_ril.plm")));
-  const Result cli = Gaengine("--seed 31 map four.plm");
+  const testing::CommandRun cli = Gaengine("--seed 31 map four.plm");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Population        4PRIL (type 2)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
@@ -157,7 +141,7 @@ TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
 }
 
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
-  Result r = Gaengine("markers MAP f2.map");
+  testing::CommandRun r = Gaengine("markers MAP f2.map");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_THAT(r.out, HasSubstr("f2.map: 150 markers"));
   r = Gaengine("pairs --markers f2.map");
@@ -183,7 +167,7 @@ TEST_F(Command, MapNamesMarkersOfOneGenotypeClassAndWarnsOfPairsWithoutEstimate)
   }
   testing::WriteText("flat.map", "7\n1\n1\n3\n198\nM1" + mixed + "\nFLAT" + hets + "\nM3" + mixed +
                                      "\nM1 0\nFLAT 0\nM3 0\n");
-  const Result r = Gaengine("map flat.map");
+  const testing::CommandRun r = Gaengine("map flat.map");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_THAT(r.out, HasSubstr("Uninformative     1 (one genotype class only): FLAT"));
   EXPECT_THAT(r.out, HasSubstr("Warning: no estimate for 2 marker pairs!"));
@@ -195,7 +179,7 @@ TEST_F(Command, APairFileFromOtherDataOrChangedSinceIsComputedAgain) {
   // data set with the same marker count, once gave a wrong map with status 0.
   ASSERT_EQ(Gaengine("pairs f2.map").exit_code, 0);
   const std::string right = ReadText("f2.LRD");
-  Result r = Gaengine("pairs f2.map");
+  testing::CommandRun r = Gaengine("pairs f2.map");
   EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
   testing::WriteText("f2.LRD", std::string(right.size(), '\x7f'));
   r = Gaengine("pairs f2.map");
@@ -217,7 +201,7 @@ TEST_F(Command, APairFileFromOtherDataOrChangedSinceIsComputedAgain) {
 
 TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   // The tree's row at a threshold counts the groups that the map command makes there.
-  Result r = Gaengine("groups --from 2 --to 12 --step 2 f2.map");
+  testing::CommandRun r = Gaengine("groups --from 2 --to 12 --step 2 f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("LOD tree of f2.map: 150 markers"));
   const auto row_at = [&](const std::string& lod) {

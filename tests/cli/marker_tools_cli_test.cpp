@@ -2,14 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <string>
 
 #include "frame/process_state.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
+#include "support/command_run.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -17,22 +16,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-struct Result {
-  int exit_code = -1;
-  std::string out;
-};
-
-Result Gaengine(const std::string& arguments) {
-  const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " 2>&1";
-  Result result;
-  std::FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return result;
-  char buffer[4096];
-  while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) result.out += buffer;
-  const int status = ::pclose(pipe);
-  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
-}
+using testing::Gaengine;
 
 // Markers of a written map-tool input file, read back by the map tools' reader (-1: refused).
 int MarkersReadBack(const std::string& path, int tool_code) {
@@ -48,7 +32,7 @@ int MarkersReadBack(const std::string& path, int tool_code) {
 class MarkerToolsCommand : public testing::InTempDir {};
 
 TEST_F(MarkerToolsCommand, SnpFilesBecomeInputFilesOfTheirMapTools) {
-  Result r = Gaengine("snp " + testing::SourcePath("examples/f2_parents_progeny.snp") + " -o f2.map");
+  testing::CommandRun r = Gaengine("snp " + testing::SourcePath("examples/f2_parents_progeny.snp") + " -o f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("8 markers read, 8 kept, 0 deleted"));
   EXPECT_THAT(testing::ReadText("f2.map"), HasSubstr("!*****Anchor information"));
@@ -74,7 +58,7 @@ TEST_F(MarkerToolsCommand, SnpFilesBecomeInputFilesOfTheirMapTools) {
 }
 
 TEST_F(MarkerToolsCommand, BinWritesTheReducedFileAndTheTableOfBins) {
-  Result r = Gaengine("bin " + testing::SourcePath("examples/f2_redundant.bin") + " -o kept.map");
+  testing::CommandRun r = Gaengine("bin " + testing::SourcePath("examples/f2_redundant.bin") + " -o kept.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("10 markers, 5 bins"));
   EXPECT_EQ(MarkersReadBack("kept.map", 104), 5);
