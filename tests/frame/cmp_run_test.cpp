@@ -13,7 +13,6 @@
 #include <string>
 #include <vector>
 
-#include "frame/fixed_format.h"
 #include "gaengine.h"
 #include "support/export_call.h"
 #include "support/temp_dir.h"
@@ -38,9 +37,7 @@ std::set<std::string> FilesHere() {
 // Marker names of section 1 of a .sum, in map order.
 std::vector<std::string> SumMarkers(const std::string& path) {
   std::vector<std::string> names;
-  const std::vector<std::string> lines = ReadLines(path);
-  for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
-    names.push_back(fmt::Trim(lines[k].substr(41, 19)));
+  for (const auto& row : testing::SumMapRows(path)) names.push_back(row.second);
   return names;
 }
 

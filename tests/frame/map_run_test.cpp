@@ -16,7 +16,6 @@
 #include <vector>
 
 #include "engine/map_state.h"
-#include "frame/fixed_format.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
 #include "support/export_call.h"
@@ -40,16 +39,6 @@ std::string Numbered(const char* prefix, uint64_t k) {
   return s;
 }
 
-
-// Section 1 of a .sum file: (chromosome number, marker name) in map order.
-std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
-  std::vector<std::pair<int, std::string>> rows;
-  const std::vector<std::string> lines = ReadLines(path);
-  for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
-    rows.push_back({std::stoi(lines[k].substr(0, 20)), fmt::Trim(lines[k].substr(41, 19))});
-  return rows;
-}
-
 class MapRun : public testing::InTempDir {
  protected:
   void SetUp() override {
@@ -62,7 +51,7 @@ TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
   ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
   std::map<int, std::set<std::string>> simulated_on;  // group -> simulated chromosomes
   std::map<int, int> sizes;
-  for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) {
+  for (const auto& [group, name] : testing::SumMapRows("f2_five_chromosomes.sum")) {
     simulated_on[group].insert(name.substr(0, 2));
     ++sizes[group];
   }
@@ -116,7 +105,7 @@ TEST_F(MapRun, WrittenInputFilesCarryTheMapAndCanBeCompleted) {
   std::vector<int> anchors;
   ASSERT_EQ(testing::CheckMapFile("f2_five_chromosomesEC.map", &anchors), 0);
   std::map<std::string, int> chromosome_of;
-  for (const auto& [group, name] : SumRows("f2_five_chromosomes.sum")) chromosome_of[name] = group;
+  for (const auto& [group, name] : testing::SumMapRows("f2_five_chromosomes.sum")) chromosome_of[name] = group;
   const std::vector<std::string> ec = ReadLines("f2_five_chromosomesEC.map");
   const auto anchor_block = std::find(ec.begin(), ec.end(), "!Marker name followed by anchor group");
   ASSERT_NE(anchor_block, ec.end());
@@ -239,7 +228,7 @@ TEST_F(MapRun, HandEditsShowInTheReports) {
             0, 0, 0, 0);
   ::testing::internal::GetCapturedStdout();
 
-  const auto rows = SumRows("f2_five_chromosomes.sum");
+  const auto rows = testing::SumMapRows("f2_five_chromosomes.sum");
   EXPECT_EQ(std::count_if(rows.begin(), rows.end(), [](const auto& r) { return r.first == 1; }), 29);
   std::vector<std::string> shown;
   for (const auto& [group, name] : rows)

@@ -12,7 +12,6 @@
 #include <string>
 #include <vector>
 
-#include "frame/fixed_format.h"
 #include "frame/pair_index.h"
 #include "gaengine.h"
 #include "report/pure_line_segregation.h"
@@ -28,15 +27,6 @@ using testing::ReadText;
 using testing::WriteText;
 using testing::CheckPlm;
 using testing::PlmCheck;
-
-// Section 1 of a .sum file: (chromosome number, marker name) in map order.
-std::vector<std::pair<int, std::string>> SumRows(const std::string& path) {
-  std::vector<std::pair<int, std::string>> rows;
-  const std::vector<std::string> lines = ReadLines(path);
-  for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
-    rows.push_back({std::stoi(lines[k].substr(0, 20)), fmt::Trim(lines[k].substr(41, 19))});
-  return rows;
-}
 
 using PlmRun = testing::InTempDir;
 
@@ -76,10 +66,10 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
 
     // Two groups, each of the eight markers of one bred chromosome.
     std::map<int, std::set<std::string>> chromosomes_in;
-    for (const auto& [group, name] : SumRows(stem + ".sum")) chromosomes_in[group].insert(name.substr(0, 3));
+    for (const auto& [group, name] : testing::SumMapRows(stem + ".sum")) chromosomes_in[group].insert(name.substr(0, 3));
     ASSERT_EQ(chromosomes_in.size(), 2u);
     for (const auto& [group, chromosomes] : chromosomes_in) EXPECT_EQ(chromosomes.size(), 1u) << group;
-    EXPECT_EQ(SumRows(stem + ".sum").size(), 16u);
+    EXPECT_EQ(testing::SumMapRows(stem + ".sum").size(), 16u);
 
     // The corrected data set starts a new run, and the QTL file passes its validator.
     const PlmCheck again = CheckPlm(stem + "EC.plm");

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "frame/fixed_format.h"
 #include "frame/process_state.h"
 
 namespace gae::testing {
@@ -56,6 +57,14 @@ bool FileExists(const std::string& path) {
 
 std::string SourcePath(const std::string& relative) {
   return std::string(GAE_SOURCE_DIR) + "/" + relative;
+}
+
+std::vector<std::pair<int, std::string>> SumMapRows(const std::string& path) {
+  std::vector<std::pair<int, std::string>> rows;
+  const std::vector<std::string> lines = ReadLines(path);
+  for (size_t k = 1; k < lines.size() && !lines[k].empty(); ++k)
+    rows.push_back({std::stoi(lines[k].substr(0, 20)), fmt::Trim(lines[k].substr(41, 19))});
+  return rows;
 }
 
 }  // namespace gae::testing

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gae::testing {
@@ -28,5 +29,7 @@ std::vector<std::string> SplitLines(const std::string& text);
 bool FileExists(const std::string& path);
 // The path of a file of the source tree, e.g. "examples/clonal_f1.cdm".
 std::string SourcePath(const std::string& relative);
+// The map section of a written .sum: (chromosome number, trimmed marker name) in map order.
+std::vector<std::pair<int, std::string>> SumMapRows(const std::string& path);
 
 }  // namespace gae::testing
