@@ -31,6 +31,14 @@ struct SyntheticMap {
   int markers = 0;
 };
 
+// Points the process at a store of two-word records (minus LOD, frequency; Kosambi).
+void UseStore(const std::string& path) {
+  gae::PairStoreSettings& settings = gae::Process().pair_store;
+  settings.lrd_name = path;
+  settings.record_length = 2;
+  settings.mapping_function = 1;
+}
+
 // Writes the store for `markers` markers on `chromosomes` chromosomes of `length` cM and points the
 // process at it. The file is kept for the benchmarks that follow and removed at exit.
 SyntheticMap WriteStore(int markers, int chromosomes, unsigned seed, double length = 100.0) {
@@ -65,10 +73,7 @@ SyntheticMap WriteStore(int markers, int chromosomes, unsigned seed, double leng
     std::fwrite(row.data(), sizeof(float), row.size(), f);
   }
   std::fclose(f);
-  gae::PairStoreSettings& settings = gae::Process().pair_store;
-  settings.lrd_name = map.path;
-  settings.record_length = 2;
-  settings.mapping_function = 1;
+  UseStore(map.path);
   return map;
 }
 
@@ -157,10 +162,7 @@ SyntheticMap WriteBredStore(int markers, double length, unsigned seed) {
   std::FILE* f = std::fopen(map.path.c_str(), "wb");
   std::fwrite(records.data(), sizeof(float), records.size(), f);
   std::fclose(f);
-  gae::PairStoreSettings& settings = gae::Process().pair_store;
-  settings.lrd_name = map.path;
-  settings.record_length = 2;
-  settings.mapping_function = 1;
+  UseStore(map.path);
   return map;
 }
 
