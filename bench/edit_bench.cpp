@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/edit_in_group.h"
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "twopoint/mapping_function.h"
 #include "twopoint/pair_table.h"
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "bench_support.h"
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "plot_sources.h"
 #include "report/map_layout.h"
 #include "report/map_reports.h"

@@ -11,8 +11,8 @@
 #include "commands.h"
 #include "library_output.h"
 #include "user_errors.h"
-#include "frame/fixed_format.h"
-#include "frame/run_log.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/run_log.h"
 #include "gaengine.h"
 #include "input/map_tool_reader.h"
 #include "prep/bin_parameters.h"
@@ -50,7 +50,10 @@ std::string BinTable(const BinSettings& s, const gae::MapToolInput& data,
     const auto& members = result.bins[b].members;
     text += gae::fmt::I(static_cast<long long>(b + 1), 8) + " " +
             gae::fmt::PadRight(Name(data.markers.names[members.front()]), 35);
-    for (int32_t m : members) text += " " + Name(data.markers.names[m]);
+    for (int32_t m : members) {
+      text += ' ';
+      text += Name(data.markers.names[m]);
+    }
     text += "\n";
   }
   auto list = [&](const std::string& what, const std::vector<int32_t>& dropped) {

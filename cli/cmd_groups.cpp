@@ -41,8 +41,10 @@ int RunGroups(const GroupsOptions& o) {
               "largest groups");
   for (const gae::LodTreeRow& row : rows) {
     std::string sizes;
-    for (size_t k = 0; k < row.sizes.size() && k < static_cast<size_t>(o.largest) && row.sizes[k] > 1; ++k)
-      sizes += (k > 0 ? " " : "") + std::to_string(row.sizes[k]);
+    for (size_t k = 0; k < row.sizes.size() && k < static_cast<size_t>(o.largest) && row.sizes[k] > 1; ++k) {
+      if (k > 0) sizes += ' ';
+      sizes += std::to_string(row.sizes[k]);
+    }
     std::printf("%6.1f %7d %7d %6d  %s\n", static_cast<double>(row.threshold), row.groups,
                 gae::GroupsOfAtLeast(row, few), row.singletons, sizes.c_str());
   }

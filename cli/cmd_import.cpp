@@ -9,8 +9,8 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
-#include "frame/message_code.h"
-#include "frame/population.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/population.h"
 #include "frame/tool_profile.h"
 #include "import_rqtl.h"
 #include "input/list_reader.h"

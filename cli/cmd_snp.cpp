@@ -16,7 +16,7 @@
 #include "gaengine.h"
 #include "input/list_reader.h"
 #include "prep/map_input_text.h"
-#include "frame/path_stem.h"
+#include "vocabulary/path_stem.h"
 #include "frame/tool_profile.h"
 #include "prep/snp_calls.h"
 #include "prep/snp_conversion.h"

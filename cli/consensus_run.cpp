@@ -8,7 +8,7 @@
 
 #include "commands.h"
 #include "engine/order_group.h"
-#include "frame/message_code.h"
+#include "vocabulary/message_code.h"
 #include "frame/name_codes.h"
 #include "frame/tool_profile.h"
 #include "front_end_map.h"

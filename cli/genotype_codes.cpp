@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-#include "frame/fixed_format.h"
-#include "frame/message_code.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/message_code.h"
 #include "input/marker_decoders.h"
 #include "input/marker_section.h"
 #include "input/tool_codes.h"

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "frame/message_code.h"
+#include "vocabulary/message_code.h"
 #include "frame/tool_profile.h"
 #include "input/consensus_input.h"
 #include "input/map_tool_reader.h"

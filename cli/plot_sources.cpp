@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "frame/process_state.h"
 #include "input/header_fields.h"
 #include "input/map_section.h"

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 namespace gaecli {
 

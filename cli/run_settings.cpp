@@ -8,12 +8,12 @@
 #include <CLI/CLI.hpp>
 
 #include "engine/order_group.h"
-#include "frame/message_catalogue.h"
+#include "vocabulary/message_catalogue.h"
 #include "frame/tool_profile.h"
 #include "input/header_fields.h"
 #include "input/list_reader.h"
-#include "frame/message_code.h"
-#include "frame/population.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/population.h"
 #include "library_output.h"
 
 namespace gaecli {

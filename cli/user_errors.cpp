@@ -10,9 +10,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "frame/message_catalogue.h"
-#include "frame/message_code.h"
-#include "frame/population.h"
+#include "vocabulary/message_catalogue.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/population.h"
 #include "genotype_codes.h"
 #include "input/header_fields.h"
 #include "input/list_reader.h"

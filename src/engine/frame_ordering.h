@@ -13,7 +13,7 @@
 #include <cstdint>
 
 #include "engine/order_group.h"
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {

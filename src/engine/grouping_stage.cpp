@@ -7,8 +7,8 @@
 
 #include "engine/grouping.h"
 #include "engine/stage_support.h"
-#include "frame/cpu_clock.h"
-#include "frame/frame_codes.h"
+#include "vocabulary/cpu_clock.h"
+#include "vocabulary/frame_codes.h"
 
 namespace gae {
 

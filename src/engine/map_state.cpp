@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 namespace gae {
 

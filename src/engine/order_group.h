@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/ordering_methods.h"
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "twopoint/pair_table.h"
 
 namespace gae {

@@ -10,7 +10,7 @@
 #include "engine/neighbour_lists.h"
 #include "engine/sort_sample.h"
 #include "engine/tour_primitives.h"
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 namespace gae {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "engine/tour_matrix.h"
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 
 namespace gae {
 

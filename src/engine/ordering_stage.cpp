@@ -5,8 +5,8 @@
 #include "engine/map_state.h"
 #include "engine/order_group.h"
 #include "engine/stage_support.h"
-#include "frame/cpu_clock.h"
-#include "frame/frame_codes.h"
+#include "vocabulary/cpu_clock.h"
+#include "vocabulary/frame_codes.h"
 
 namespace gae {
 

@@ -1,7 +1,7 @@
 #include "engine/search_pass.h"
 
 #include "engine/candidate_moves.h"
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 
 namespace gae {
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 
 namespace gae {
 

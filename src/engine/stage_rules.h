@@ -7,7 +7,7 @@
 #include <functional>
 #include <string_view>
 
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "twopoint/pair_store_file.h"
 
 namespace gae {

@@ -1,9 +1,9 @@
 #include "engine/stage_support.h"
 
 #include "engine/map_state.h"
-#include "frame/frame_codes.h"
-#include "frame/message_code.h"
-#include "frame/messages.h"
+#include "vocabulary/frame_codes.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/messages.h"
 
 namespace gae {
 

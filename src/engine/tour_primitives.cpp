@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "engine/sort_sample.h"
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 
 namespace gae {
 

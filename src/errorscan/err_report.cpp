@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 namespace gae {
 

@@ -10,7 +10,7 @@
 
 #include "errorscan/population_states.h"
 #include "errorscan/three_locus_probabilities.h"
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "input/chromosome_record.h"
 
 namespace gae {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 
 namespace gae {
 

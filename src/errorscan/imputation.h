@@ -8,7 +8,7 @@
 
 #include "errorscan/population_states.h"
 #include "errorscan/table_cache.h"
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "input/chromosome_record.h"
 
 namespace gae {

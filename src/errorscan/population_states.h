@@ -1,14 +1,14 @@
 // Which genotype states a population can show at one marker, and how a pair of flanking
 // states and a middle state become indices into the probability tables.
 //
-// The design codes (the family of population) are those of frame/population.h. All indices
+// The design codes (the family of population) are those of vocabulary/population.h. All indices
 // here are 0-based.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
-#include "frame/population.h"
+#include "vocabulary/population.h"
 
 namespace gae {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "errorscan/population_states.h"
-#include "frame/population.h"
+#include "vocabulary/population.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {

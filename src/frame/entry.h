@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/frame_codes.h"
-#include "frame/messages.h"
-#include "frame/path_stem.h"
+#include "vocabulary/frame_codes.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/path_stem.h"
 #include "frame/process_state.h"
-#include "frame/run_log.h"
+#include "vocabulary/run_log.h"
 
 namespace gae {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/messages.h"
+#include "vocabulary/messages.h"
 #include "frame/name_codes.h"
 #include "frame/process_state.h"
 #include "frame/file_entry.h"

@@ -1,7 +1,7 @@
 #include "frame/plm_tool_policy.h"
 
 #include "frame/map_tool_policy.h"
-#include "frame/population.h"
+#include "vocabulary/population.h"
 #include "report/map_downstream.h"
 #include "report/pure_line_reports.h"
 #include "report/pure_line_segregation.h"

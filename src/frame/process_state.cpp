@@ -13,6 +13,8 @@ bool OpenProcessPairStore(PairStoreFile& store) {
 
 int32_t& MessageCode() { return Process().message_code; }
 
+RunLog& ProcessRunLog() { return Process().log; }
+
 void ResetProcessStateForTesting() {
   ProcessState& state = Process();
   while (state.log.IsConnected()) state.log.Close();

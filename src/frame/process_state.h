@@ -7,9 +7,9 @@
 #include <string>
 
 #include "engine/map_state.h"
-#include "frame/message_code.h"
-#include "frame/run_log.h"
-#include "frame/uniform_stream.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/run_log.h"
+#include "vocabulary/uniform_stream.h"
 #include "twopoint/pair_store_file.h"
 
 namespace gae {

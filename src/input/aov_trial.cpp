@@ -1,7 +1,7 @@
 #include "input/aov_trial.h"
 
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "input/phenotype_row.h"
 #include "input/phenotype_section.h"
 

@@ -1,7 +1,7 @@
 #include "input/family_rows.h"
 
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 
 namespace gae {
 

@@ -1,7 +1,7 @@
 #include "input/gsp_header.h"
 
-#include "frame/fixed_format.h"
-#include "frame/run_log.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/run_log.h"
 
 namespace gae {
 

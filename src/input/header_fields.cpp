@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "input/tool_codes.h"
 
 namespace gae {

@@ -11,7 +11,7 @@
 #include <iterator>
 #include <limits>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 namespace gae {
 

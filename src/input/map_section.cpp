@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-#include "frame/fixed_format.h"
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "input/repeated_names.h"
 #include "input/tool_codes.h"
 

@@ -1,6 +1,6 @@
 #include "input/map_tool_reader.h"
 
-#include "frame/message_code.h"
+#include "vocabulary/message_code.h"
 #include "input/anchor_section.h"
 #include "input/header_fields.h"
 

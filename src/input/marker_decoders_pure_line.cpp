@@ -8,7 +8,7 @@
 #include <array>
 #include <string>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "input/marker_decoders.h"
 
 namespace gae {

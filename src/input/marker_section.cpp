@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "input/marker_decoders.h"
 #include "input/repeated_names.h"
 #include "input/tool_codes.h"

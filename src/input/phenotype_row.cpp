@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "input/list_reader.h"
 
 namespace gae {

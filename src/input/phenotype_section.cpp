@@ -1,7 +1,7 @@
 #include "input/phenotype_section.h"
 
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "input/outliers.h"
 #include "input/phenotype_row.h"
 

@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "frame/message_code.h"
+#include "vocabulary/message_code.h"
 #include "input/map_marker_check.h"
 
 namespace gae {

@@ -1,8 +1,8 @@
 #include "prep/bin_parameters.h"
 
-#include "frame/fixed_format.h"
-#include "frame/message_code.h"
-#include "frame/messages.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/messages.h"
 
 namespace gae {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "frame/chi_square.h"
+#include "vocabulary/chi_square.h"
 #include "report/segregation.h"
 #include "input/tool_codes.h"
 

@@ -1,6 +1,6 @@
 #include "prep/map_input_text.h"
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "report/remark_blocks.h"
 #include "input/tool_codes.h"
 

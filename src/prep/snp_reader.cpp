@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "frame/message_code.h"
-#include "frame/messages.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/messages.h"
 #include "input/anchor_section.h"
 #include "input/header_fields.h"
 #include "input/marker_decoders.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "report/clonal_layout.h"
 #include "report/text_file.h"
 #include "twopoint/pair_table.h"

@@ -3,7 +3,7 @@
 #include <bit>
 #include <cmath>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "report/clonal_segregation.h"
 #include "twopoint/mapping_function.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "report/map_reports.h"
 #include "report/summary_text.h"
 

@@ -1,6 +1,6 @@
 #include "report/downstream_files.h"
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "report/chromosome_counter.h"
 #include "report/remark_blocks.h"
 

@@ -4,7 +4,7 @@
 
 #include "errorscan/err_report.h"
 #include "errorscan/error_scan.h"
-#include "frame/population.h"
+#include "vocabulary/population.h"
 #include "report/downstream_files.h"
 #include "report/pure_line_segregation.h"
 #include "report/text_file.h"

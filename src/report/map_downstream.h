@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 #include "report/map_layout.h"
 #include "report/text_file.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "report/chromosome_counter.h"
 #include "report/segregation.h"
 #include "report/summary_text.h"

@@ -1,7 +1,7 @@
 #include "report/pure_line_reports.h"
 
-#include "frame/fixed_format.h"
-#include "frame/population.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/population.h"
 #include "report/pure_line_segregation.h"
 
 namespace gae {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "frame/chi_square.h"
+#include "vocabulary/chi_square.h"
 
 namespace gae {
 

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "frame/population.h"
+#include "vocabulary/population.h"
 
 namespace gae {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 namespace gae {
 

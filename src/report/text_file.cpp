@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "frame/path_stem.h"
+#include "vocabulary/path_stem.h"
 
 namespace gae {
 

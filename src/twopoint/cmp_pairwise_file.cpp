@@ -1,8 +1,8 @@
 #include "twopoint/cmp_pairwise_file.h"
 
-#include "frame/message_code.h"
-#include "frame/messages.h"
-#include "frame/pair_index.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/pair_index.h"
 #include "twopoint/consensus_distances.h"
 #include "twopoint/pair_store_writer.h"
 

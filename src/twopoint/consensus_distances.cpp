@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {

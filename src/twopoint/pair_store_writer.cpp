@@ -11,10 +11,10 @@
 #include <thread>
 #include <vector>
 
-#include "frame/message_code.h"
-#include "frame/messages.h"
-#include "frame/path_stem.h"
-#include "frame/pair_index.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/path_stem.h"
+#include "vocabulary/pair_index.h"
 
 namespace gae {
 

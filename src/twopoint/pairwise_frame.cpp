@@ -1,8 +1,8 @@
 #include "twopoint/pairwise_frame.h"
 
-#include "frame/cpu_clock.h"
-#include "frame/messages.h"
-#include "frame/message_code.h"
+#include "vocabulary/cpu_clock.h"
+#include "vocabulary/messages.h"
+#include "vocabulary/message_code.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gae {

@@ -20,7 +20,7 @@
 #include <array>
 #include <cstdint>
 
-#include "frame/population.h"
+#include "vocabulary/population.h"
 
 namespace gae {
 

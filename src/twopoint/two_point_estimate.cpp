@@ -2,7 +2,7 @@
 #include <cmath>
 #include <limits>
 
-#include "frame/population.h"
+#include "vocabulary/population.h"
 #include "twopoint/closed_forms.h"
 #include "twopoint/two_point.h"
 

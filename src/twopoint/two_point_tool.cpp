@@ -1,6 +1,6 @@
 #include "twopoint/two_point_tool.h"
 
-#include "frame/chi_square.h"
+#include "vocabulary/chi_square.h"
 #include "twopoint/mapping_function.h"
 #include "twopoint/two_point.h"
 

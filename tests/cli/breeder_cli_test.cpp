@@ -184,19 +184,22 @@ TEST_F(BreederCommand, AnRqtlCsvBecomesAMapFileWithTheSameGenotypeCounts) {
   std::map<std::string, std::map<char, int>> counts;
   std::string csv = "id,yield", chroms = ",", positions = ",";
   for (int m = 1; m <= 6; ++m) {
-    csv += ",D" + std::to_string(m);
+    csv += ",D";
+    csv += std::to_string(m);
     chroms += m <= 3 ? ",1" : ",X";
-    positions += "," + std::to_string(10 * (m - 1)) + ".5";
+    positions += ',';
+    positions += std::to_string(10 * (m - 1)) + ".5";
   }
-  csv += "\n" + chroms + "\n" + positions + "\n";
+  csv += '\n' + chroms + '\n' + positions + '\n';
   unsigned state = 12345;
   for (int i = 1; i <= 40; ++i) {
-    csv += std::to_string(i) + "," + std::to_string(100 + i);
+    csv += std::to_string(i) + ',' + std::to_string(100 + i);
     for (int m = 1; m <= 6; ++m) {
       state = state * 1103515245u + 12345u;
       const char* code = codes[(state >> 16) % 5];
-      csv += std::string(",") + code;
-      ++counts["D" + std::to_string(m)][code[0] == '-' || code[0] == 'N' ? 'X' : code[0]];
+      csv += ',';
+      csv += code;
+      ++counts[std::string(1, 'D') + std::to_string(m)][code[0] == '-' || code[0] == 'N' ? 'X' : code[0]];
     }
     csv += "\n";
   }

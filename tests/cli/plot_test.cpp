@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "frame/fixed_format.h"
-#include "frame/pair_index.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/pair_index.h"
 #include "plot_cairo.h"
 #include "plot_chart.h"
 #include "plot_heatmap.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 
 namespace gae::testing {
 

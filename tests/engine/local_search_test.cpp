@@ -16,7 +16,7 @@
 #include "engine/engine_test_support.h"
 #include "engine/neighbour_lists.h"
 #include "engine/sort_sample.h"
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 
 namespace gae {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 
 namespace gae {
 namespace {

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "frame/fixed_format.h"
-#include "frame/pair_index.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/pair_index.h"
 #include "gaengine.h"
 #include "support/bred_data_sets.h"
 #include "support/export_call.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "frame/process_state.h"
 #include "support/export_call.h"
 #include "support/temp_dir.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "frame/process_state.h"
-#include "frame/run_log.h"
+#include "vocabulary/run_log.h"
 #include "gaengine.h"
 #include "support/temp_dir.h"
 

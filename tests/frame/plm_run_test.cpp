@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "gaengine.h"
 #include "report/pure_line_segregation.h"
 #include "support/bred_data_sets.h"

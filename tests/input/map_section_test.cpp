@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "frame/process_state.h"
 #include "input/repeated_names.h"
 #include "support/temp_dir.h"

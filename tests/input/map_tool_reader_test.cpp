@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "frame/process_state.h"
 #include "support/alloc_counter.h"
 #include "support/temp_dir.h"

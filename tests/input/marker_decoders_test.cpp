@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "frame/process_state.h"
 #include "support/temp_dir.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "frame/process_state.h"
-#include "frame/run_log.h"
+#include "vocabulary/run_log.h"
 #include "input/outliers.h"
 #include "input/phenotype_row.h"
 #include "input/phenotype_section.h"

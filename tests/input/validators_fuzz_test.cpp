@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/messages.h"
+#include "vocabulary/messages.h"
 #include "frame/process_state.h"
 #include "gaengine.h"
 #include "input/map_tool_reader.h"

@@ -137,8 +137,12 @@ TEST_F(BinParameterSection, ReadAbsentOrRefusedWithItsCode) {
     const BinParameterRead read = ReadBinParameters(in, p);
     const std::string out = ::testing::internal::GetCapturedStdout();
     EXPECT_EQ(MessageCode(), code) << text;
-    if (code != 0) EXPECT_EQ(out.rfind("--Error" + std::to_string(code) + ": ", 0), 0u) << out;
-    if (text[0] == '0') EXPECT_EQ(read, code == 0 ? BinParameterRead::kRead : BinParameterRead::kFailed);
+    if (code != 0) {
+      EXPECT_EQ(out.rfind("--Error" + std::to_string(code) + ": ", 0), 0u) << out;
+    }
+    if (text[0] == '0') {
+      EXPECT_EQ(read, code == 0 ? BinParameterRead::kRead : BinParameterRead::kFailed);
+    }
   }
   testing::WriteText("p.txt", "0.05\n0.01\n1\n0\n2\n");
   InputFile in;

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <vector>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {

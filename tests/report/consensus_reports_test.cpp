@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "support/temp_dir.h"
 
 namespace gae {

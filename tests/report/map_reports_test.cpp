@@ -6,8 +6,8 @@
 #include <cmath>
 #include <vector>
 
-#include "frame/fixed_format.h"
-#include "frame/pair_index.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/pair_index.h"
 #include "support/temp_dir.h"
 #include "support/pair_store.h"
 

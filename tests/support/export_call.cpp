@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "gaengine.h"
 
 namespace gae::testing {

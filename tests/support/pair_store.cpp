@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "frame/process_state.h"
 
 namespace gae::testing {

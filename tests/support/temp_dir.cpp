@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 #include "frame/process_state.h"
 
 namespace gae::testing {

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <cstdio>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "frame/process_state.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "support/temp_dir.h"
 #include "twopoint/genotype_planes.h"
 

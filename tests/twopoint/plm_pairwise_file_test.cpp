@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "frame/pair_index.h"
+#include "vocabulary/pair_index.h"
 #include "support/bred_data_sets.h"
 #include "support/temp_dir.h"
 #include "twopoint/pure_line.h"

@@ -182,7 +182,9 @@ TEST(PureLineEstimator, EdgesOfTheIteration) {
   for (const Edge& e : edges) {
     const PureLineEstimate got = Estimate(e.type, e.p1, e.p2, e.x, e.y);
     EXPECT_NEAR(got.rec_freq, e.rec_freq, 1e-6) << e.why;
-    if (e.lod != kAnyLod) EXPECT_NEAR(got.lod, e.lod, 1e-3) << e.why;
+    if (e.lod != kAnyLod) {
+      EXPECT_NEAR(got.lod, e.lod, 1e-3) << e.why;
+    }
   }
   // An unknown population type estimates nothing.
   const PureLineEstimate unknown = PLMPairFourWay(5, 40, 1234, 1234, d.data(), d.data());

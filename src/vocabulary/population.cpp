@@ -1,4 +1,4 @@
-#include "frame/population.h"
+#include "vocabulary/population.h"
 
 #include <iterator>
 

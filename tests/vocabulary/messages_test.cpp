@@ -1,11 +1,11 @@
-#include "frame/messages.h"
+#include "vocabulary/messages.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "frame/message_catalogue.h"
+#include "vocabulary/message_catalogue.h"
 #include "frame/process_state.h"
-#include "frame/run_log.h"
+#include "vocabulary/run_log.h"
 #include "support/temp_dir.h"
 
 namespace gae {

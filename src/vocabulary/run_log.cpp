@@ -1,6 +1,5 @@
-#include "frame/run_log.h"
+#include "vocabulary/run_log.h"
 
-#include "frame/process_state.h"
 
 namespace gae {
 
@@ -37,24 +36,24 @@ void RunLog::Write(std::string_view text, bool open_record) {
 LogSession::LogSession(std::string_view tool) {
   if (tool.empty()) return;
   const std::string name = std::string(tool) + ".log";
-  RunLog& log = Process().log;
+  RunLog& log = ProcessRunLog();
   if (log.IsConnectedTo(name)) return;
   opened_here_ = log.Open(name);
 }
 
 LogSession::~LogSession() {
-  if (opened_here_) Process().log.Close();
+  if (opened_here_) ProcessRunLog().Close();
 }
 
 void EmitLine(std::string_view line) {
-  Process().log.Write(line);
+  ProcessRunLog().Write(line);
   std::fwrite(line.data(), 1, line.size(), stdout);
   std::fputc('\n', stdout);
   std::fflush(stdout);
 }
 
 void EmitPiece(std::string_view piece) {
-  Process().log.Write(piece, /*open_record=*/true);
+  ProcessRunLog().Write(piece, /*open_record=*/true);
   std::fwrite(piece.data(), 1, piece.size(), stdout);
   std::fflush(stdout);
 }

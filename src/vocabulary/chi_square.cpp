@@ -1,4 +1,4 @@
-#include "frame/chi_square.h"
+#include "vocabulary/chi_square.h"
 
 #include <cmath>
 #include <limits>

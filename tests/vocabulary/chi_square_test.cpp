@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "frame/chi_square.h"
+#include "vocabulary/chi_square.h"
 
 namespace gae {
 namespace {

@@ -7,6 +7,7 @@
 
 namespace gae {
 
+// Owned by the process state, like the run log; every layer reads and sets it through here.
 int32_t& MessageCode();
 
 }  // namespace gae

@@ -1,4 +1,4 @@
-#include "frame/uniform_stream.h"
+#include "vocabulary/uniform_stream.h"
 
 #include <chrono>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "frame/fixed_format.h"
+#include "vocabulary/fixed_format.h"
 
 #include <cmath>
 #include <cstdio>

@@ -1,12 +1,12 @@
-#include "frame/messages.h"
+#include "vocabulary/messages.h"
 
 #include <algorithm>
 #include <string>
 
-#include "frame/fixed_format.h"
-#include "frame/message_catalogue.h"
-#include "frame/process_state.h"
-#include "frame/run_log.h"
+#include "vocabulary/fixed_format.h"
+#include "vocabulary/message_catalogue.h"
+#include "vocabulary/message_code.h"
+#include "vocabulary/run_log.h"
 
 namespace gae {
 
@@ -176,7 +176,7 @@ void PrintOutlierMessage(int trait, int sample, float value, float stat) {
                                          MsgArg::Field(fmt::I(sample, 12)),
                                          MsgArg::Field(fmt::F(value, 12, 4)),
                                          MsgArg::Field(fmt::F(stat, 12, 4))});
-  for (const std::string& line : lines) Process().log.Write(line);
+  for (const std::string& line : lines) ProcessRunLog().Write(line);
 }
 
 void PrintPairwiseMessage(int i, int j, float rec_freq, float lod, float minutes,

@@ -52,6 +52,10 @@ class LogSession {
   bool opened_here_ = false;
 };
 
+// The one log of the process. The process state owns it (the exported entries open and close
+// it); routines here only write to whatever log is connected.
+RunLog& ProcessRunLog();
+
 // A message line goes first to the log, then to the process's standard output.
 void EmitLine(std::string_view line);
 // Part of a line: the record stays open for the next piece on both streams.

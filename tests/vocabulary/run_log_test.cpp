@@ -1,4 +1,4 @@
-#include "frame/run_log.h"
+#include "vocabulary/run_log.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

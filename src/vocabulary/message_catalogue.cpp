@@ -1,4 +1,4 @@
-#include "frame/message_catalogue.h"
+#include "vocabulary/message_catalogue.h"
 
 namespace gae {
 
