@@ -12,7 +12,7 @@
 #include "commands.h"
 #include "gaengine.h"
 #include "library_output.h"
-#include "pair_fingerprint.h"
+#include "pipeline/pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -65,9 +65,9 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   const std::string lrd = gae::PairStoreName(path);
   const std::string fingerprint = [&] {
     const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
-    return InputFingerprint(path);
+    return gae::InputFingerprint(path);
   }();
-  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   std::atomic<bool> done{false};
   std::thread progress(ShowProgress, lrd, 8LL * n * (n - 1) / 2, std::cref(done));
@@ -78,7 +78,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   quiet.reset();
   done = true;
   progress.join();
-  if (status == 0) RecordPairFileSource(lrd, fingerprint);
+  if (status == 0) gae::RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 

@@ -1,0 +1,173 @@
+#include "pipeline/map_pipeline.h"
+
+#include <chrono>
+#include <cstdio>
+
+#include "engine/map_state.h"
+#include "input/list_reader.h"
+#include "input/map_tool_reader.h"
+#include "pipeline/group_layout.h"
+#include "pipeline/pipeline_steps.h"
+#include "twopoint/pair_store_file.h"
+#include "vocabulary/message_code.h"
+
+namespace gae {
+
+namespace {
+
+// How the groups get their order and distances; MapOneGroup below is the one place that
+// decides it.
+constexpr const char* kDistanceMethod = "two-point frequencies of neighbouring markers";
+constexpr bool kEstimatesErrorRate = false;
+
+class Stopwatch {
+ public:
+  double Lap() {
+    const auto now = std::chrono::steady_clock::now();
+    const double seconds = std::chrono::duration<double>(now - last_).count();
+    last_ = now;
+    return seconds;
+  }
+
+ private:
+  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+std::string Trimmed(const std::string& text) { return text.substr(0, text.find_last_not_of(' ') + 1); }
+
+bool ReadInput(const MapPipelineSettings& settings, MapToolInput& data, MapPipelineRecord& record) {
+  MessageCode() = 0;
+  InputFile in;
+  if (!in.Open(settings.input_path)) {
+    record.failure = -1;
+    record.failure_text = "cannot open " + settings.input_path;
+    return false;
+  }
+  ReadMapToolInput(in, settings.tool_code, data);
+  in.Close();
+  if (MessageCode() != 0) {
+    record.failure = MessageCode();  // the reader has printed its line
+    return false;
+  }
+  record.population_type = data.population_type;
+  record.mapping_function = data.mapping_function;
+  record.num_individuals = data.population_size;
+  for (const std::string& name : data.markers.names) record.marker_names.push_back(Trimmed(name));
+  record.uninformative = UninformativeMarkers(settings.tool_code, data);
+  return true;
+}
+
+// The one step that gives a group its order and distances: a start order from the pairs, then
+// the group's map in that order. `markers` are 1-based input numbers.
+GroupLayout MapOneGroup(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
+                        const std::vector<int32_t>& markers, UniformStream& random, bool* framed) {
+  std::vector<int32_t> kinds;
+  for (const int32_t m : markers) kinds.push_back(data.markers.categories[static_cast<size_t>(m - 1)]);
+  const std::vector<int32_t> start = StartOrder(pairs, settings.ordering, markers, kinds, random, settings.log, framed);
+  return GroupMapFromTwoPoint(pairs, data.mapping_function, markers, start);
+}
+
+// Orders and places every group of the grouped `map`, then rebuilds it from the groups' layouts:
+// dropped markers join the unlinked ones, and a group left empty is removed.
+void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data, MapModel& map,
+               UniformStream& random, MapPipelineRecord& record) {
+  const std::vector<int64_t> starts = GroupStarts(map.num_groups, map.group_size.data());
+  std::vector<int32_t> order, group_size, unlinked;
+  std::vector<float> position;
+  std::string unframed;
+  double weighted_error = 0.0;
+  int64_t placed = 0;
+  for (int32_t g = 0; g < map.num_groups; ++g) {
+    const auto from = map.order.begin() + starts[static_cast<size_t>(g)];
+    const std::vector<int32_t> markers(from, from + map.group_size[static_cast<size_t>(g)]);
+    bool framed = false;
+    const GroupLayout layout = MapOneGroup(pairs, settings, data, markers, random, &framed);
+    if (settings.ordering.around_frame && !framed && markers.size() >= 2)
+      unframed += (unframed.empty() ? "" : ", ") + std::to_string(g + 1);
+    for (size_t k = 0; k < layout.order.size(); ++k) {
+      order.push_back(markers[static_cast<size_t>(layout.order[k])]);
+      position.push_back(static_cast<float>(layout.positions_cm[k]));
+    }
+    for (const int32_t k : layout.dropped) {
+      record.dropped.push_back(markers[static_cast<size_t>(k)]);
+      unlinked.push_back(markers[static_cast<size_t>(k)]);
+    }
+    if (!layout.order.empty()) group_size.push_back(static_cast<int32_t>(layout.order.size()));
+    weighted_error += layout.error_rate * static_cast<double>(layout.order.size());
+    placed += static_cast<int64_t>(layout.order.size());
+  }
+  if (kEstimatesErrorRate && placed > 0) record.error_rate = weighted_error / static_cast<double>(placed);
+  record.distances = kDistanceMethod;
+  if (settings.ordering.around_frame) {
+    record.ordering_note = "co-dominant markers ordered first, the others placed where their pairs with them fit best";
+    if (!unframed.empty())
+      record.ordering_note += "; too few co-dominant markers for that in group " + unframed + " (tour search there)";
+  }
+  // Linked markers in their new groups, then every unlinked marker, then the deleted ones.
+  const int32_t mapped = static_cast<int32_t>(order.size());
+  for (int64_t k = map.num_mapped; k < map.num_markers; ++k) {
+    const int32_t m = map.order[static_cast<size_t>(k)];
+    if (map.group[static_cast<size_t>(m - 1)] == 0) unlinked.push_back(m);
+  }
+  record.unlinked = unlinked;
+  order.insert(order.end(), unlinked.begin(), unlinked.end());
+  for (int64_t k = map.num_mapped; k < map.num_markers; ++k) {
+    const int32_t m = map.order[static_cast<size_t>(k)];
+    if (map.group[static_cast<size_t>(m - 1)] < 0) order.push_back(m);
+  }
+  std::fill(map.group.begin(), map.group.end(), 0);
+  for (size_t g = 0, k = 0; g < group_size.size(); ++g)
+    for (int32_t i = 0; i < group_size[g]; ++i, ++k) map.group[static_cast<size_t>(order[k] - 1)] = static_cast<int32_t>(g + 1);
+  map.num_groups = static_cast<int32_t>(group_size.size());
+  map.num_unlinked += map.num_mapped - mapped;
+  map.num_mapped = mapped;
+  map.group_size = group_size;
+  map.group_status.assign(group_size.size(), kGroupRippled);
+  map.order = order;
+  position.resize(static_cast<size_t>(map.num_markers), 0.0f);
+  map.position = position;
+  map.map_state = kMapRippled;
+}
+
+void DescribeGroups(const MapModel& map, const std::vector<std::string>& names, MapPipelineRecord& record) {
+  const std::vector<int64_t> starts = GroupStarts(map.num_groups, map.group_size.data());
+  for (int32_t g = 0; g < map.num_groups; ++g) {
+    PipelineGroup group;
+    group.name = Trimmed(names[static_cast<size_t>(g)]);
+    const size_t from = static_cast<size_t>(starts[static_cast<size_t>(g)]);
+    const size_t to = from + static_cast<size_t>(map.group_size[static_cast<size_t>(g)]);
+    group.markers.assign(map.order.begin() + static_cast<std::ptrdiff_t>(from), map.order.begin() + static_cast<std::ptrdiff_t>(to));
+    group.positions_cm.assign(map.position.begin() + static_cast<std::ptrdiff_t>(from), map.position.begin() + static_cast<std::ptrdiff_t>(to));
+    record.groups.push_back(std::move(group));
+  }
+}
+
+}  // namespace
+
+MapPipelineRecord RunMapPipeline(const MapPipelineSettings& settings, UniformStream& random) {
+  MapPipelineRecord record;
+  record.tool_code = settings.tool_code;
+  Stopwatch clock;
+  MapToolInput data;
+  if (!ReadInput(settings, data, record) || !EnsurePairFile(settings, data, random, record)) return record;
+  record.stage_seconds.emplace_back("read and pairs", clock.Lap());
+  PairStoreFile store;
+  if (!store.Open(record.pair_file, PairRecordLength(settings.tool_code), data.mapping_function)) {
+    record.failure = -1;
+    record.failure_text = "cannot read the pairwise file " + record.pair_file;
+    return record;
+  }
+  MapModel map;
+  GroupByLod(store.Table(), settings, data.anchors, map, record);
+  record.stage_seconds.emplace_back("grouping", clock.Lap());
+  MapGroups(store.Table(), settings, data, map, random, record);
+  record.stage_seconds.emplace_back("ordering and distances", clock.Lap());
+  std::vector<std::string> names(static_cast<size_t>(map.num_groups), std::string(19, ' '));
+  NameGroups(map.num_groups, map.group_status.data(), names);
+  DescribeGroups(map, names, record);
+  WriteResults(settings, data, map, names, store.Table(), random, record);
+  record.stage_seconds.emplace_back("reports and scan", clock.Lap());
+  return record;
+}
+
+}  // namespace gae
