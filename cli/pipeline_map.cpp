@@ -55,24 +55,19 @@ void PrintNames(const char* label, const std::vector<int32_t>& markers, const ga
 }
 
 void PrintGroups(const gae::MapPipelineRecord& r) {
-  std::vector<int32_t> alone;
-  int linkage = 0;
-  for (const gae::PipelineGroup& g : r.groups) linkage += g.markers.size() > 1;
-  std::printf("  Linkage groups    %d\n", linkage);
+  int linkage = 0, alone = 0;
   std::string singles;
   for (const gae::PipelineGroup& g : r.groups) {
-    if (g.markers.size() > 1) {
-      std::printf("    %-13s %5zu markers %9.1f cM\n", g.name.c_str(), g.markers.size(), static_cast<double>(g.LengthCm()));
-    } else if (alone.size() < 10) {
-      alone.push_back(g.markers.front());
-      singles += " " + r.marker_names[static_cast<std::size_t>(g.markers.front() - 1)] + " (" + g.name + ")";
-    } else {
-      alone.push_back(g.markers.front());
-    }
+    if (g.markers.size() > 1) ++linkage;
+    else if (alone++ < 10) singles += " " + r.marker_names[static_cast<std::size_t>(g.markers.front() - 1)] + " (" + g.name + ")";
   }
-  if (!alone.empty())
-    std::printf("  One-marker groups %zu (linked to no other marker at this threshold):%s%s\n", alone.size(), singles.c_str(),
-                alone.size() > 10 ? " ..." : "");
+  std::printf("  Linkage groups    %d\n", linkage);
+  for (const gae::PipelineGroup& g : r.groups)
+    if (g.markers.size() > 1)
+      std::printf("    %-13s %5zu markers %9.1f cM\n", g.name.c_str(), g.markers.size(), static_cast<double>(g.LengthCm()));
+  if (alone > 0)
+    std::printf("  One-marker groups %d (linked to no other marker at this threshold):%s%s\n", alone, singles.c_str(),
+                alone > 10 ? " ..." : "");
 }
 
 void PrintParentalMaps(const gae::MapPipelineRecord& r) {

@@ -1,5 +1,6 @@
 #include "pipeline/map_pipeline.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
@@ -67,66 +68,78 @@ GroupLayout MapOneGroup(const PairTable& pairs, const MapPipelineSettings& setti
   return GroupMapFromTwoPoint(pairs, data.mapping_function, markers, start);
 }
 
-// Orders and places every group of the grouped `map`, then rebuilds it from the groups' layouts:
-// dropped markers join the unlinked ones, and a group left empty is removed.
-void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data, MapModel& map,
-               UniformStream& random, MapPipelineRecord& record) {
-  const std::vector<int64_t> starts = GroupStarts(map.num_groups, map.group_size.data());
-  std::vector<int32_t> order, group_size, unlinked;
+// The groups' layouts laid end to end: the linked markers in map order with their positions,
+// the size of each group that kept a marker, and the markers that left their groups.
+struct PlacedGroups {
+  std::vector<int32_t> order, group_size, dropped;
   std::vector<float> position;
-  std::string unframed;
-  double weighted_error = 0.0;
-  int64_t placed = 0;
+  std::string unframed;  // groups with too few co-dominant markers for a frame
+  double error_sum = 0.0;  // error rates weighed by the markers placed with them
+};
+
+PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
+                         const MapModel& map, UniformStream& random) {
+  PlacedGroups placed;
+  const std::vector<int64_t> starts = GroupStarts(map.num_groups, map.group_size.data());
   for (int32_t g = 0; g < map.num_groups; ++g) {
     const auto from = map.order.begin() + starts[static_cast<size_t>(g)];
     const std::vector<int32_t> markers(from, from + map.group_size[static_cast<size_t>(g)]);
     bool framed = false;
     const GroupLayout layout = MapOneGroup(pairs, settings, data, markers, random, &framed);
     if (settings.ordering.around_frame && !framed && markers.size() >= 2)
-      unframed += (unframed.empty() ? "" : ", ") + std::to_string(g + 1);
+      placed.unframed += (placed.unframed.empty() ? "" : ", ") + std::to_string(g + 1);
     for (size_t k = 0; k < layout.order.size(); ++k) {
-      order.push_back(markers[static_cast<size_t>(layout.order[k])]);
-      position.push_back(static_cast<float>(layout.positions_cm[k]));
+      placed.order.push_back(markers[static_cast<size_t>(layout.order[k])]);
+      placed.position.push_back(static_cast<float>(layout.positions_cm[k]));
     }
-    for (const int32_t k : layout.dropped) {
-      record.dropped.push_back(markers[static_cast<size_t>(k)]);
-      unlinked.push_back(markers[static_cast<size_t>(k)]);
-    }
-    if (!layout.order.empty()) group_size.push_back(static_cast<int32_t>(layout.order.size()));
-    weighted_error += layout.error_rate * static_cast<double>(layout.order.size());
-    placed += static_cast<int64_t>(layout.order.size());
+    for (const int32_t k : layout.dropped) placed.dropped.push_back(markers[static_cast<size_t>(k)]);
+    if (!layout.order.empty()) placed.group_size.push_back(static_cast<int32_t>(layout.order.size()));
+    placed.error_sum += layout.error_rate * static_cast<double>(layout.order.size());
   }
-  if (kEstimatesErrorRate && placed > 0) record.error_rate = weighted_error / static_cast<double>(placed);
+  return placed;
+}
+
+// The grouped `map` rebuilt from the placed groups: the dropped markers join the unlinked ones
+// and a group left empty is gone. Every group counts as ordered and rippled.
+void RebuildModel(const PlacedGroups& placed, MapModel& map, std::vector<int32_t>& unlinked) {
+  unlinked = placed.dropped;
+  std::vector<int32_t> deleted;
+  for (int64_t k = map.num_mapped; k < map.num_markers; ++k) {
+    const int32_t m = map.order[static_cast<size_t>(k)];
+    (map.group[static_cast<size_t>(m - 1)] == 0 ? unlinked : deleted).push_back(m);
+  }
+  map.order = placed.order;
+  map.order.insert(map.order.end(), unlinked.begin(), unlinked.end());
+  map.order.insert(map.order.end(), deleted.begin(), deleted.end());
+  map.position = placed.position;
+  map.position.resize(static_cast<size_t>(map.num_markers), 0.0f);
+  std::fill(map.group.begin(), map.group.end(), 0);
+  for (size_t g = 0, k = 0; g < placed.group_size.size(); ++g)
+    for (int32_t i = 0; i < placed.group_size[g]; ++i, ++k)
+      map.group[static_cast<size_t>(map.order[k] - 1)] = static_cast<int32_t>(g + 1);
+  for (const int32_t m : deleted) map.group[static_cast<size_t>(m - 1)] = -1;
+  map.num_groups = static_cast<int32_t>(placed.group_size.size());
+  map.num_mapped = static_cast<int32_t>(placed.order.size());
+  map.num_unlinked = static_cast<int32_t>(unlinked.size());
+  map.group_size = placed.group_size;
+  map.group_status.assign(placed.group_size.size(), kGroupRippled);
+  map.map_state = kMapRippled;
+}
+
+// Orders and places every group of the grouped `map`, then rebuilds it from their layouts.
+void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data, MapModel& map,
+               UniformStream& random, MapPipelineRecord& record) {
+  const PlacedGroups placed = PlaceGroups(pairs, settings, data, map, random);
   record.distances = kDistanceMethod;
+  if (kEstimatesErrorRate && !placed.order.empty())
+    record.error_rate = placed.error_sum / static_cast<double>(placed.order.size());
+  record.dropped = placed.dropped;
   if (settings.ordering.around_frame) {
     record.ordering_note = "co-dominant markers ordered first, the others placed where their pairs with them fit best";
-    if (!unframed.empty())
-      record.ordering_note += "; too few co-dominant markers for that in group " + unframed + " (tour search there)";
+    if (!placed.unframed.empty())
+      record.ordering_note += "; too few co-dominant markers for that in group " + placed.unframed + " (tour search there)";
   }
-  // Linked markers in their new groups, then every unlinked marker, then the deleted ones.
-  const int32_t mapped = static_cast<int32_t>(order.size());
-  for (int64_t k = map.num_mapped; k < map.num_markers; ++k) {
-    const int32_t m = map.order[static_cast<size_t>(k)];
-    if (map.group[static_cast<size_t>(m - 1)] == 0) unlinked.push_back(m);
-  }
-  record.unlinked = unlinked;
-  order.insert(order.end(), unlinked.begin(), unlinked.end());
-  for (int64_t k = map.num_mapped; k < map.num_markers; ++k) {
-    const int32_t m = map.order[static_cast<size_t>(k)];
-    if (map.group[static_cast<size_t>(m - 1)] < 0) order.push_back(m);
-  }
-  std::fill(map.group.begin(), map.group.end(), 0);
-  for (size_t g = 0, k = 0; g < group_size.size(); ++g)
-    for (int32_t i = 0; i < group_size[g]; ++i, ++k) map.group[static_cast<size_t>(order[k] - 1)] = static_cast<int32_t>(g + 1);
-  map.num_groups = static_cast<int32_t>(group_size.size());
-  map.num_unlinked += map.num_mapped - mapped;
-  map.num_mapped = mapped;
-  map.group_size = group_size;
-  map.group_status.assign(group_size.size(), kGroupRippled);
-  map.order = order;
-  position.resize(static_cast<size_t>(map.num_markers), 0.0f);
-  map.position = position;
-  map.map_state = kMapRippled;
+  RebuildModel(placed, map, record.unlinked);
 }
 
 void DescribeGroups(const MapModel& map, const std::vector<std::string>& names, MapPipelineRecord& record) {

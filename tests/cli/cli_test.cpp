@@ -30,6 +30,7 @@ TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
   const testing::CommandRun cli = Gaengine("--seed 31 map --front-end f2.map");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Population        F2 (type 7)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Pipeline          front end"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      150"));
   EXPECT_THAT(cli.out, HasSubstr("  Linkage groups    5"));
   EXPECT_THAT(cli.out, HasSubstr("  Unlinked markers  0"));
@@ -215,6 +216,7 @@ TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   r = Gaengine("--seed 5 map --lod 4 f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("  Grouping          LOD 4.0, as asked"));
+  EXPECT_THAT(r.out, HasSubstr("  Pipeline          gaengine's own"));
   EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
   r = Gaengine("--seed 5 map --lod auto f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
