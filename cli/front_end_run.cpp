@@ -271,7 +271,7 @@ int RunFrontEndMap(const MapOptions& o) {
   // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
   const bool by_lod = run.id == gae::MapTool::kMAP;
   if (!by_lod && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
-    std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files; %s groups by recombination frequency\n",
+    std::fprintf(stderr, "With --front-end, --lod, --order and --max-rf apply to MAP files; %s groups by recombination frequency\n",
                  std::string(tool.letters).c_str());
     return 2;
   }

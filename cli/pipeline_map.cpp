@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/map_state.h"
+#include "map_check.h"
 #include "map_command.h"
 #include "map_summary_extras.h"
 #include "library_output.h"
@@ -154,14 +155,17 @@ int RunPipelineMap(const MapOptions& o) {
     std::fprintf(stderr, "%s: %s\n", o.file.c_str(), problem.c_str());
     return 1;
   }
-  const gae::MapPipelineSettings settings = SettingsOf(o, tool, lod);
+  gae::MapPipelineSettings settings = SettingsOf(o, tool, lod);
   LogRunSettings(tool.tool_code, settings.ordering.tour.starts);
   gae::UniformStream random;
   gae::MapPipelineRecord record;
+  PairProgress progress;
+  settings.pairs_starting = [&progress](const std::string& lrd, int64_t bytes) { progress.Start(lrd, bytes); };
   {
     const LibraryOutput captured;
     const gae::LogSession log(tool.letters);
     record = gae::RunMapPipeline(settings, random);
+    progress.Stop();
   }
   if (!record.Ok()) {
     if (record.failure > 0) ExplainRefusal(o.file, tool.tool_code, record.failure);

@@ -35,6 +35,9 @@ struct MapPipelineSettings {
   int threads = 1;  // for the pair estimates
   // Lines for the run log alone (each random start of the ordering); may be empty.
   std::function<void(std::string_view)> log;
+  // Told before the pairs are estimated (not when a complete pair file is reused): the file and
+  // the size it will reach, for a display of progress. May be empty.
+  std::function<void(const std::string& pair_file, int64_t bytes)> pairs_starting;
 };
 
 struct PipelineGroup {

@@ -62,7 +62,12 @@ bool EnsurePairFile(const MapPipelineSettings& settings, const MapToolInput& dat
   }
   const std::string fingerprint = GenotypeFingerprint(data);
   record.pairs_recomputed_because = ClearStalePairFile(lrd, fingerprint);
-  record.pairs_computed = !PairStoreIsComplete(lrd, data.num_markers, PairRecordLength(settings.tool_code));
+  const int32_t words = PairRecordLength(settings.tool_code);
+  record.pairs_computed = !PairStoreIsComplete(lrd, data.num_markers, words);
+  if (record.pairs_computed && settings.pairs_starting) {
+    const int64_t n = data.num_markers;
+    settings.pairs_starting(lrd, int64_t{4} * words * (n * (n - 1) / 2));
+  }
   if (!WritePairs(settings, data, lrd, random)) {
     record.failure = -1;
     record.failure_text = "cannot write the pairwise file " + lrd;

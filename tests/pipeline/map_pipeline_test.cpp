@@ -88,9 +88,12 @@ class MapPipeline : public testing::InTempDir {
 };
 
 TEST_F(MapPipeline, GroupsAreTheBredChromosomesInTheirOrderAndTheFilesSayWhatTheRecordSays) {
+  std::vector<int64_t> announced;  // the sizes the pair file was to reach
+  settings_.pairs_starting = [&](const std::string&, int64_t bytes) { announced.push_back(bytes); };
   const MapPipelineRecord r = RunQuietly(settings_);
   ASSERT_TRUE(r.Ok()) << r.failure << " " << r.failure_text;
   EXPECT_TRUE(r.pairs_computed);
+  EXPECT_EQ(announced, (std::vector<int64_t>{static_cast<int64_t>(ReadText("f2.LRD").size())}));
   EXPECT_TRUE(r.unlinked.empty());
   ASSERT_EQ(r.groups.size(), 3u);
   std::vector<int> seen;
@@ -147,6 +150,7 @@ TEST_F(MapPipeline, GroupsAreTheBredChromosomesInTheirOrderAndTheFilesSayWhatThe
 
   // Run again: the pairs are reused; a changed genotype makes them stale.
   EXPECT_FALSE(RunQuietly(settings_).pairs_computed);
+  EXPECT_EQ(announced.size(), 1u);
   std::string text = ReadText("f2.map");
   const size_t at = text.find(" H ", text.find("C1M10"));
   text[at + 1] = 'B';
