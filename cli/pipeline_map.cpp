@@ -82,8 +82,7 @@ void PrintParentalMaps(const gae::MapPipelineRecord& r) {
   }
 }
 
-void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const gae::MapPipelineRecord& r,
-                  int starts) {
+void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const gae::MapPipelineRecord& r) {
   std::printf("\nSummary of %s\n", file.c_str());
   const std::string_view name = gae::PopulationName(DesignOf(tool.id), r.population_type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), r.population_type);
@@ -92,7 +91,7 @@ void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const g
   std::printf("  Mapping function  %s\n", MappingFunctionName(r.mapping_function));
   std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(r.lod_threshold),
               r.lod_chosen ? " (from the LOD tree)" : "");
-  PrintRandomSettings(starts, false);
+  PrintRandomSettings(r.ordering.tour.starts, false);
   std::printf("  Pair file         %s\n", r.pairs_computed ? "computed in this run" : "reused from an earlier run");
   std::printf("  Markers read      %d\n", r.NumMarkers());
   if (!r.uninformative.empty()) {
@@ -183,7 +182,7 @@ int RunPipelineMap(const MapOptions& o) {
     record.files_written.push_back(gae::ResultStem(o.file) + ".map.tsv");
     record.files_written.push_back(gae::ResultStem(o.file) + ".pairs.tsv");
   }
-  PrintSummary(o.file, tool, record, settings.ordering.tour.starts);
+  PrintSummary(o.file, tool, record);
   return 0;
 }
 

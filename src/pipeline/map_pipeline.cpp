@@ -130,6 +130,7 @@ void RebuildModel(const PlacedGroups& placed, MapModel& map, std::vector<int32_t
 void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data, MapModel& map,
                UniformStream& random, MapPipelineRecord& record) {
   const PlacedGroups placed = PlaceGroups(pairs, settings, data, map, random);
+  record.ordering = settings.ordering;
   record.distances = kDistanceMethod;
   if (kEstimatesErrorRate && !placed.order.empty())
     record.error_rate = placed.error_sum / static_cast<double>(placed.order.size());

@@ -80,6 +80,7 @@ struct MapPipelineRecord {
   int64_t pairs_capped = 0;  // pairs whose frequency kept them from linking
 
   // The map.
+  StartOrderOptions ordering;  // as the settings asked
   std::string distances;     // which method gave the order and distances
   std::string ordering_note;
   std::vector<PipelineGroup> groups;  // groups of one marker included
