@@ -87,7 +87,7 @@ void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const g
   const std::string_view name = gae::PopulationName(DesignOf(tool.id), r.population_type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), r.population_type);
   std::printf("  Pipeline          gaengine's own: groups by LOD, order from the pairs, distances from %s\n",
-              r.distances.c_str());
+              r.distances.empty() ? "(no group)" : r.distances.c_str());
   std::printf("  Mapping function  %s\n", MappingFunctionName(r.mapping_function));
   std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(r.lod_threshold),
               r.lod_chosen ? " (from the LOD tree)" : "");

@@ -16,11 +16,6 @@ namespace gae {
 
 namespace {
 
-// How the groups get their order and distances; MapOneGroup below is the one place that
-// decides it.
-constexpr const char* kDistanceMethod = "two-point frequencies of neighbouring markers";
-constexpr bool kEstimatesErrorRate = false;
-
 class Stopwatch {
  public:
   double Lap() {
@@ -58,14 +53,22 @@ bool ReadInput(const MapPipelineSettings& settings, MapToolInput& data, MapPipel
   return true;
 }
 
+// A group's layout and what made it.
+struct GroupMapping {
+  GroupLayout layout;
+  const char* method;        // for the record: which distances the map holds
+  bool estimates_error_rate;  // whether layout.error_rate is an estimate
+};
+
 // The one step that gives a group its order and distances: a start order from the pairs, then
 // the group's map in that order. `markers` are 1-based input numbers.
-GroupLayout MapOneGroup(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
-                        const std::vector<int32_t>& markers, UniformStream& random, bool* framed) {
+GroupMapping MapOneGroup(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
+                         const std::vector<int32_t>& markers, UniformStream& random, bool* framed) {
   std::vector<int32_t> kinds;
   for (const int32_t m : markers) kinds.push_back(data.markers.categories[static_cast<size_t>(m - 1)]);
   const std::vector<int32_t> start = StartOrder(pairs, settings.ordering, markers, kinds, random, settings.log, framed);
-  return GroupMapFromTwoPoint(pairs, data.mapping_function, markers, start);
+  return {GroupMapFromTwoPoint(pairs, data.mapping_function, markers, start),
+          "two-point frequencies of neighbouring markers", false};
 }
 
 // The groups' layouts laid end to end: the linked markers in map order with their positions,
@@ -74,7 +77,9 @@ struct PlacedGroups {
   std::vector<int32_t> order, group_size, dropped;
   std::vector<float> position;
   std::string unframed;  // groups with too few co-dominant markers for a frame
-  double error_sum = 0.0;  // error rates weighed by the markers placed with them
+  std::string method;    // what made the groups' distances
+  double error_sum = 0.0;  // estimated error rates weighed by the markers placed with them
+  int64_t error_weight = 0;
 };
 
 PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
@@ -85,7 +90,10 @@ PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& sett
     const auto from = map.order.begin() + starts[static_cast<size_t>(g)];
     const std::vector<int32_t> markers(from, from + map.group_size[static_cast<size_t>(g)]);
     bool framed = false;
-    const GroupLayout layout = MapOneGroup(pairs, settings, data, markers, random, &framed);
+    const GroupMapping mapping = MapOneGroup(pairs, settings, data, markers, random, &framed);
+    const GroupLayout& layout = mapping.layout;
+    if (placed.method.find(mapping.method) == std::string::npos)
+      placed.method += (placed.method.empty() ? "" : ", ") + std::string(mapping.method);
     if (settings.ordering.around_frame && !framed && markers.size() >= 2)
       placed.unframed += (placed.unframed.empty() ? "" : ", ") + std::to_string(g + 1);
     for (size_t k = 0; k < layout.order.size(); ++k) {
@@ -94,7 +102,10 @@ PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& sett
     }
     for (const int32_t k : layout.dropped) placed.dropped.push_back(markers[static_cast<size_t>(k)]);
     if (!layout.order.empty()) placed.group_size.push_back(static_cast<int32_t>(layout.order.size()));
-    placed.error_sum += layout.error_rate * static_cast<double>(layout.order.size());
+    if (mapping.estimates_error_rate) {
+      placed.error_sum += layout.error_rate * static_cast<double>(layout.order.size());
+      placed.error_weight += static_cast<int64_t>(layout.order.size());
+    }
   }
   return placed;
 }
@@ -131,9 +142,8 @@ void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, cons
                UniformStream& random, MapPipelineRecord& record) {
   const PlacedGroups placed = PlaceGroups(pairs, settings, data, map, random);
   record.ordering = settings.ordering;
-  record.distances = kDistanceMethod;
-  if (kEstimatesErrorRate && !placed.order.empty())
-    record.error_rate = placed.error_sum / static_cast<double>(placed.order.size());
+  record.distances = placed.method;
+  if (placed.error_weight > 0) record.error_rate = placed.error_sum / static_cast<double>(placed.error_weight);
   record.dropped = placed.dropped;
   if (settings.ordering.around_frame) {
     record.ordering_note = "co-dominant markers ordered first, the others placed where their pairs with them fit best";
