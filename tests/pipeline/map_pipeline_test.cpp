@@ -202,6 +202,28 @@ TEST_F(MapPipeline, PureLinesGroupByLodIntoTheirChromosomes) {
   EXPECT_TRUE(testing::FileExists("four.plq"));
 }
 
+TEST_F(MapPipeline, AClonalMapGivesEachParentsMapAsItsFilesListIt) {
+  WriteText("clonal.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
+  settings_.input_path = "clonal.cdm";
+  settings_.tool_code = kClonalToolCode;
+  settings_.lod = 2.0f;
+  const MapPipelineRecord r = RunQuietly(settings_);
+  ASSERT_TRUE(r.Ok()) << r.failure;
+  ASSERT_EQ(r.parental_maps.size(), 2u);
+  // The whole-genome row of each parent's summary: its marker count and length.
+  const char* files[] = {"clonal.sumf", "clonal.summ"};
+  for (size_t p = 0; p < 2; ++p) {
+    const std::string text = ReadText(files[p]);
+    ASSERT_NE(text.find("WholeGenome"), std::string::npos);
+    const size_t at = text.rfind('\n', text.find("WholeGenome")) + 1;  // the row's first column
+    EXPECT_EQ(std::stoi(text.substr(at + 40, 20)), r.parental_maps[p].total_markers) << files[p];
+    EXPECT_NEAR(std::stod(text.substr(at + 60, 20)), r.parental_maps[p].total_cm, 1e-3) << files[p];
+    EXPECT_EQ(r.parental_maps[p].group_markers.size(), r.groups.size());
+  }
+  EXPECT_EQ(r.corrected_file, "clonalEC.cdm");
+  EXPECT_TRUE(testing::FileExists("clonal.hap"));
+}
+
 // The two-point layout of a group against a hand computation on a table of three markers.
 TEST(GroupLayout, TwoPointPositionsAddTheNeighboursDistancesInTheStartOrder) {
   // Records (minus LOD, frequency) of the pairs (2,1), (3,1), (3,2).
