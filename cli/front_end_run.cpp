@@ -2,24 +2,16 @@
 // run step by step through the exports as the desktop front end does, with a readable summary at
 // the end. .cdm runs the clonal tool (clonal F1 and double cross), .plm the pure-line one, any
 // other file the bi-parental one.
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cctype>
 #include <optional>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "commands.h"
-#include "consensus_run.h"
-#include "engine/order_group.h"
 #include "vocabulary/message_code.h"
 #include "frame/name_codes.h"
 #include "front_end_map.h"
@@ -33,7 +25,6 @@
 #include "map_command.h"
 #include "map_options.h"
 #include "map_summary_extras.h"
-#include "plot_sources.h"
 #include "run_settings.h"
 #include "tsv_export.h"
 #include "user_errors.h"
