@@ -14,7 +14,7 @@
 #include "front_end_map.h"
 #include "gaengine.h"
 #include "library_output.h"
-#include "pair_fingerprint.h"
+#include "pipeline/pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
 #include "report/text_file.h"
@@ -91,15 +91,15 @@ int CheckConsensusFile(const std::string& file, ConsensusCheck& check) {
   check.places.assign(static_cast<size_t>(check.num_markers) * check.num_maps, 0);
   // A pairwise file of the right size is reused by the library: clear it when the maps changed.
   const std::string lrd = gae::PairStoreName(file);
-  const std::string fingerprint = ConsensusFingerprint(file);
-  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+  const std::string fingerprint = gae::ConsensusFingerprint(file);
+  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   {
     const LibraryOutput quiet;
     CheckErrorCMP(path.Len(), path.Data(), check.num_maps, check.num_markers, check.name_codes.data(),
                   check.maps_holding.data(), check.places.data(), &status);
   }
-  if (status == 0) RecordPairFileSource(lrd, fingerprint);
+  if (status == 0) gae::RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 
 #include "map_check.h"
@@ -13,16 +12,6 @@
 
 namespace gaecli {
 
-namespace {
-
-// "6" or "6.5": thresholds in the words of a summary.
-std::string Number(float value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%g", static_cast<double>(value));
-  return text;
-}
-
-}  // namespace
 
 bool ProjectLodTree(const std::string& project, int num_markers, float low, float high, float step,
                     std::vector<gae::LodTreeRow>& rows, float max_rf) {
@@ -41,24 +30,6 @@ bool ProjectLodTree(const std::string& project, int num_markers, float low, floa
   else rows = gae::LodTree(table, num_markers, thresholds);
   ::munmap(mapping, static_cast<size_t>(info.st_size));
   return true;
-}
-
-int FewMarkers(int num_markers) { return std::max(3, num_markers / 100); }
-
-AutoLod ChooseLod(const std::vector<gae::LodTreeRow>& rows, int num_markers) {
-  AutoLod choice;
-  const gae::LodPlateau plateau = gae::LongestPlateau(rows, FewMarkers(num_markers));
-  if (plateau.first < 0) return choice;
-  choice.found = true;
-  choice.threshold = rows[static_cast<size_t>(plateau.first)].threshold;
-  choice.run_to = rows[static_cast<size_t>(plateau.last)].threshold;
-  choice.groups = plateau.groups;
-  char text[64];
-  std::snprintf(text, sizeof text, "LOD %.1f", static_cast<double>(choice.threshold));
-  choice.reason = std::string(text) + ": the groups stay the same from " + Number(choice.threshold) + " to " +
-                  Number(choice.run_to) + " (" + std::to_string(choice.groups) + (choice.groups == 1 ? " group" : " groups") + " of at least " +
-                  std::to_string(FewMarkers(num_markers)) + " markers)";
-  return choice;
 }
 
 }  // namespace gaecli

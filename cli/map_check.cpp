@@ -12,7 +12,7 @@
 #include "commands.h"
 #include "gaengine.h"
 #include "library_output.h"
-#include "pair_fingerprint.h"
+#include "pipeline/pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -24,8 +24,9 @@ long long FileSize(const std::string& path) {
   return ::stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : 0;
 }
 
-// The library writes the records in order, so the size of the growing file is the progress.
-void ShowProgress(const std::string& lrd, long long expected_bytes, const std::atomic<bool>& done) {
+}  // namespace
+
+void PairProgress::Show(const std::string& lrd, long long expected_bytes, const std::atomic<bool>& done) {
   if (expected_bytes <= 0 || !::isatty(STDERR_FILENO)) return;
   bool shown = false;
   while (!done.load()) {
@@ -41,7 +42,16 @@ void ShowProgress(const std::string& lrd, long long expected_bytes, const std::a
   if (shown) std::fprintf(stderr, "\r%s\r", std::string(56, ' ').c_str());
 }
 
-}  // namespace
+void PairProgress::Start(const std::string& lrd, long long expected_bytes) {
+  Stop();
+  done_ = false;
+  thread_ = std::thread(Show, lrd, expected_bytes, std::cref(done_));
+}
+
+void PairProgress::Stop() {
+  done_ = true;
+  if (thread_.joinable()) thread_.join();
+}
 
 std::string MarkerTable::Name(int i) const {
   std::string name;
@@ -65,20 +75,19 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   const std::string lrd = gae::PairStoreName(path);
   const std::string fingerprint = [&] {
     const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
-    return InputFingerprint(path);
+    return gae::InputFingerprint(path);
   }();
-  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
-  std::atomic<bool> done{false};
-  std::thread progress(ShowProgress, lrd, 8LL * n * (n - 1) / 2, std::cref(done));
+  PairProgress progress;
+  progress.Start(lrd, 8LL * n * (n - 1) / 2);
   std::optional<LibraryOutput> quiet(std::in_place);
   CheckErrorMAP(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), t.size_a.data(),
                 t.size_h.data(), t.size_b.data(), t.size_x.data(), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
   quiet.reset();
-  done = true;
-  progress.join();
-  if (status == 0) RecordPairFileSource(lrd, fingerprint);
+  progress.Stop();
+  if (status == 0) gae::RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 
@@ -94,14 +103,13 @@ int CheckCdmFile(const std::string& path, MarkerTable& t) {
   t.clonal_sizes.assign(12, std::vector<int>(n, 0));
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
-  std::atomic<bool> done{false};
-  std::thread progress(ShowProgress, gae::PairStoreName(path), 28LL * n * (n - 1) / 2, std::cref(done));
+  PairProgress progress;
+  progress.Start(gae::PairStoreName(path), 28LL * n * (n - 1) / 2);
   auto s = [&t](int k) { return t.clonal_sizes[k].data(); };
   CheckErrorCDM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), s(0), s(1), s(2),
                 s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
-  done = true;
-  progress.join();
+  progress.Stop();
   return status;
 }
 

@@ -2,7 +2,9 @@
 // CheckErrorCDM with a progress bar on standard error while the pairwise file grows.
 #pragma once
 
+#include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace gaecli {
@@ -14,6 +16,23 @@ struct MarkerTable {
   std::vector<std::vector<int>> clonal_sizes;
   std::vector<float> chi_square, probability;
   std::string Name(int i) const;  // trailing blanks dropped
+};
+
+// A progress bar on standard error (at a terminal only) while a pairwise file grows towards its
+// size: the writers put the records in order, so the size is the progress.
+class PairProgress {
+ public:
+  PairProgress() = default;
+  PairProgress(const PairProgress&) = delete;
+  PairProgress& operator=(const PairProgress&) = delete;
+  ~PairProgress() { Stop(); }
+  void Start(const std::string& lrd, long long expected_bytes);
+  void Stop();
+
+ private:
+  static void Show(const std::string& lrd, long long expected_bytes, const std::atomic<bool>& done);
+  std::atomic<bool> done_{true};
+  std::thread thread_;
 };
 
 // MAPFindNumMarkers, then CheckErrorMAP. Returns the Status of the first that fails, or 0.

@@ -42,15 +42,19 @@ void PrintOneMarkerGroups(const gae::MapModel& m, const std::vector<std::string>
 }
 
 void PrintFilesWritten(const std::string& stem, const std::vector<const char*>& suffixes, int num_mapped) {
-  std::printf("  Files written    ");
   std::vector<std::string> listed(suffixes.begin(), suffixes.end());
   listed.insert(listed.end(), {".map.tsv", ".pairs.tsv"});
+  std::vector<std::string> existing;
   for (const std::string& suffix : listed)
-    if (suffix != ".bip" && suffix != ".met" && Exists(stem + suffix)) std::printf(" %s%s", stem.c_str(), suffix.c_str());
-  std::printf("\n");
-  std::string templates;
-  for (const char* suffix : {".bip", ".met"})
-    if (Exists(stem + suffix)) templates += " " + stem + suffix;
+    if (Exists(stem + suffix)) existing.push_back(stem + suffix);
+  PrintFileLists(existing, num_mapped);
+}
+
+void PrintFileLists(const std::vector<std::string>& files, int num_mapped) {
+  std::string results, templates;
+  for (const std::string& path : files)
+    (path.ends_with(".bip") || path.ends_with(".met") ? templates : results) += " " + path;
+  std::printf("  Files written    %s\n", results.c_str());
   if (!templates.empty())
     std::printf("  Templates        %s (add the phenotypes before a QTL run)\n", templates.c_str());
   if (num_mapped > kMatrixMarkers)

@@ -31,5 +31,7 @@ void PrintOneMarkerGroups(const gae::MapModel& m, const std::vector<std::string>
 // limit of the matrix files.
 // `suffixes` are those of the tool's run.
 void PrintFilesWritten(const std::string& stem, const std::vector<const char*>& suffixes, int num_mapped);
+// The same for a list of written paths: the results, the .bip and .met templates apart.
+void PrintFileLists(const std::vector<std::string>& files, int num_mapped);
 
 }  // namespace gaecli

@@ -32,15 +32,6 @@ int MappingFunctionOf(const std::string& file, int tool_code) {
   return function;
 }
 
-const char* MappingFunctionName(int code) {
-  switch (code) {
-    case 1: return "Kosambi";
-    case 2: return "Haldane";
-    case 3: return "Morgan";
-    default: return "?";
-  }
-}
-
 std::string LogName(int tool_code) {
   const gae::ToolProfile* tool = gae::ProfileOfStageCode(tool_code);
   return std::string(tool != nullptr ? tool->letters : "MAP") + ".log";
@@ -66,6 +57,15 @@ std::string StartsDefaults() {
 }
 
 }  // namespace
+
+const char* MappingFunctionName(int code) {
+  switch (code) {
+    case 1: return "Kosambi";
+    case 2: return "Haldane";
+    case 3: return "Morgan";
+    default: return "?";
+  }
+}
 
 RunSettings& Settings() {
   static RunSettings settings;

@@ -39,6 +39,9 @@ void PrintRunSettings(const std::string& file, int tool_code, float threshold, b
 // Whether the library computed a pair file in this run (it says so in its catalogue line).
 bool PairFileComputed();
 
+// "Kosambi", "Haldane" or "Morgan" for a mapping-function code; "?" for any other.
+const char* MappingFunctionName(int code);
+
 // The seed and random-starts lines of a summary; `fixed` when the tool does not let them be chosen.
 void PrintRandomSettings(int starts, bool fixed);
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "frame/map_tool_policy.h"
 #include "report/clonal_output.h"
 #include "report/clonal_segregation.h"
 #include "twopoint/cdm_pairwise_file.h"
@@ -41,8 +42,7 @@ void CdmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
   ClonalLayout map;
   MoveIntoLayout(finished, map);
   map.category = std::move(data_.markers.categories);
-  WriteClonalResults(map, pairs, files, {switches.On(0), switches.On(1), switches.On(2), switches.On(3)},
-                     random);
+  WriteClonalResults(map, pairs, files, ResultSwitchesOf(switches), random);
 }
 
 }  // namespace gae

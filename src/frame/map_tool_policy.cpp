@@ -1,20 +1,14 @@
 #include "frame/map_tool_policy.h"
 
-#include "report/map_downstream.h"
 #include "report/map_layout.h"
-#include "report/map_reports.h"
 #include "report/segregation.h"
 #include "report/text_file.h"
 #include "twopoint/map_pairwise_file.h"
 
 namespace gae {
 
-void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
-                           const OutputSwitches& switches, ResultFiles& files) {
-  files.Write(".sum", SumReport(map, pairs));
-  if (switches.On(0)) files.Write(".lod", PairMatrixReport(map, pairs, PairMatrix::kLod));
-  if (switches.On(1)) files.Write(".rec", PairMatrixReport(map, pairs, PairMatrix::kRec));
-  if (switches.On(2)) files.Write(".dis", PairMatrixReport(map, pairs, PairMatrix::kDis));
+ResultSwitches ResultSwitchesOf(const OutputSwitches& switches) {
+  return {switches.On(0), switches.On(1), switches.On(2), switches.On(3)};
 }
 
 MapPolicy::MapPolicy(const MapCheckArrays* check)
@@ -52,10 +46,7 @@ bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
 void MapPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = TakeMapLayout(finished);
-  WriteSharedMapReports(map, pairs, switches, files);
-  files.Write(".mtp", MtpReport(map));
-  WriteMapDownstreamFiles(map, switches.On(3), random, files);
+  WriteMapResults(TakeMapLayout(finished), pairs, ResultSwitchesOf(switches), random, files);
 }
 
 }  // namespace gae

@@ -7,6 +7,7 @@
 #include "frame/genotype_tool_policy.h"
 #include "input/map_tool_reader.h"
 #include "report/map_layout.h"
+#include "report/tool_results.h"
 
 namespace gae {
 
@@ -25,10 +26,8 @@ struct MapCheckArrays {
   float* probability = nullptr;
 };
 
-// The reports that the bi-parental and pure-line tools write alike: .sum, then .lod, .rec and
-// .dis by the first three output switches.
-void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs,
-                           const OutputSwitches& switches, ResultFiles& files);
+// The output export's switches as the result writers take them: .lod, .rec, .dis, QTL files.
+ResultSwitches ResultSwitchesOf(const OutputSwitches& switches);
 
 class MapPolicy final : public GenotypeToolPolicy {
  public:

@@ -2,8 +2,7 @@
 
 #include "frame/map_tool_policy.h"
 #include "vocabulary/population.h"
-#include "report/map_downstream.h"
-#include "report/pure_line_reports.h"
+#include "report/tool_results.h"
 #include "report/pure_line_segregation.h"
 #include "twopoint/plm_pairwise_file.h"
 
@@ -39,10 +38,7 @@ bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStre
 void PlmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
                              const OutputSwitches& switches, const PairTable& pairs,
                              UniformStream& random) {
-  const MapLayout map = TakeMapLayout(finished);
-  WriteSharedMapReports(map, pairs, switches, files);
-  files.Write(".mtp", PlmMtpReport(map));
-  WritePlmDownstreamFiles(map, switches.On(3), random, files);
+  WritePlmResults(TakeMapLayout(finished), pairs, ResultSwitchesOf(switches), random, files);
 }
 
 }  // namespace gae

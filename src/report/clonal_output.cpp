@@ -7,8 +7,8 @@
 
 namespace gae {
 
-void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, ResultFiles& files,
-                        const ClonalOutputSwitches& switches, UniformStream& random) {
+int64_t WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, ResultFiles& files,
+                           const ResultSwitches& switches, UniformStream& random) {
   struct View {
     ClonalView view;
     const char* suffix;  // after .sum, .lod, .rec, .dis
@@ -26,7 +26,7 @@ void WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, ResultF
     if (switches.dis)
       files.Write(std::string(".dis") + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kDis));
   }
-  WriteClonalDownstreamFiles(map, pairs, files, switches.qtl_file, random);
+  return WriteClonalDownstreamFiles(map, pairs, files, switches.qtl_files, random);
 }
 
 }  // namespace gae

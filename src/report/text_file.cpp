@@ -31,7 +31,9 @@ bool ResultFiles::Write(const std::string& suffix, const std::string& text) {
     skipped_.push_back(path);
     return false;
   }
-  return WriteTextFile(path, text);
+  if (!WriteTextFile(path, text)) return false;
+  written_.push_back(path);
+  return true;
 }
 
 std::string ResultStem(const std::string& input_path) {

@@ -22,11 +22,14 @@ class ResultFiles {
   // Writes Stem() + `suffix`. False when it is not written.
   bool Write(const std::string& suffix, const std::string& text);
   const std::vector<std::string>& Skipped() const { return skipped_; }
+  // The paths written, in the order they were.
+  const std::vector<std::string>& Written() const { return written_; }
 
  private:
   std::string input_path_;
   std::string stem_;
   std::vector<std::string> skipped_;
+  std::vector<std::string> written_;
 };
 
 // The stem of every result file: the input path less its last four characters (its

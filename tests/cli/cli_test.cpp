@@ -27,15 +27,16 @@ class Command : public testing::InTempDir {
 };
 
 TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
-  const testing::CommandRun cli = Gaengine("--seed 31 map f2.map");
+  const testing::CommandRun cli = Gaengine("--seed 31 map --front-end f2.map");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Population        F2 (type 7)"));
+  EXPECT_THAT(cli.out, HasSubstr("  Pipeline          front end"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      150"));
   EXPECT_THAT(cli.out, HasSubstr("  Linkage groups    5"));
   EXPECT_THAT(cli.out, HasSubstr("  Unlinked markers  0"));
   EXPECT_THAT(cli.out, HasSubstr("set to missing in f2EC.map"));
-  // The command drives the stages one by one, as a front end does; with the same seed for the
-  // random starts it must come to the very files of the library's own whole run.
+  // With --front-end the command drives the stages one by one, as a front end does; with the same
+  // seed for the random starts it must come to the very files of the library's own whole run.
   const std::string sum = ReadText("f2.sum"), mtp = ReadText("f2.mtp"), err = ReadText("f2.err");
   ::setenv("GAENGINE_SEED", "31", 1);
   int status = -1;
@@ -52,7 +53,7 @@ TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
 // A clonal file takes the CDM tool from its extension, or from --tool under any name.
 TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
   testing::WriteText("clonal.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
-  const testing::CommandRun cli = Gaengine("--seed 5 map clonal.cdm");
+  const testing::CommandRun cli = Gaengine("--seed 5 map --front-end clonal.cdm");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("(type 1)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
@@ -75,7 +76,7 @@ TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
   testing::WriteText("other.txt", ReadText("clonal.cdm"));
   EXPECT_EQ(Gaengine("map --tool cdm other.txt").exit_code, 0);
   EXPECT_TRUE(testing::FileExists("other.summ"));
-  EXPECT_EQ(Gaengine("map --tool CDM --lod 4 other.txt").exit_code, 2);
+  EXPECT_EQ(Gaengine("map --front-end --tool CDM --lod 4 other.txt").exit_code, 2);
 }
 
 TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
@@ -120,7 +121,7 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
 
 TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
   testing::WriteText("four.plm", ReadText(testing::SourcePath("examples/four_way_ril.plm")));
-  const testing::CommandRun cli = Gaengine("--seed 31 map four.plm");
+  const testing::CommandRun cli = Gaengine("--seed 31 map --front-end four.plm");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Population        4PRIL (type 2)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
@@ -136,8 +137,8 @@ TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
   EXPECT_EQ(ReadText("four.sum"), sum);
   EXPECT_EQ(ReadText("four.mtp"), mtp);
   EXPECT_EQ(ReadText("fourEC.plm"), ec);
-  // Pure lines group by recombination frequency: a LOD threshold has no meaning there.
-  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 2);
+  // The front end groups pure lines by recombination frequency: a LOD threshold has no meaning there.
+  EXPECT_EQ(Gaengine("map --front-end --lod 4 four.plm").exit_code, 2);
 }
 
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
@@ -215,6 +216,7 @@ TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   r = Gaengine("--seed 5 map --lod 4 f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("  Grouping          LOD 4.0, as asked"));
+  EXPECT_THAT(r.out, HasSubstr("  Pipeline          gaengine's own"));
   EXPECT_THAT(r.out, HasSubstr("  Linkage groups    5"));
   r = Gaengine("--seed 5 map --lod auto f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;

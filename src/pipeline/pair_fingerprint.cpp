@@ -1,4 +1,4 @@
-#include "pair_fingerprint.h"
+#include "pipeline/pair_fingerprint.h"
 
 #include <sys/stat.h>
 
@@ -7,11 +7,11 @@
 #include <fstream>
 
 #include "vocabulary/message_code.h"
-#include "frame/tool_profile.h"
 #include "input/consensus_input.h"
 #include "input/map_tool_reader.h"
+#include "input/tool_codes.h"
 
-namespace gaecli {
+namespace gae {
 
 namespace {
 
@@ -51,12 +51,16 @@ std::string ReadFirstLine(const std::string& path) {
 
 std::string InputFingerprint(const std::string& input_path) {
   // The library's own reader: its rules for remarks, blanks and the genotype letters hold.
-  gae::InputFile in;
+  InputFile in;
   if (!in.Open(input_path)) return {};
-  gae::MapToolInput data;
-  gae::ReadMapToolInput(in, gae::ProfileOf(gae::MapTool::kMAP).tool_code, data);
+  MapToolInput data;
+  ReadMapToolInput(in, kMapToolCode, data);
   in.Close();
-  if (gae::MessageCode() != 0) return {};
+  if (MessageCode() != 0) return {};
+  return GenotypeFingerprint(data);
+}
+
+std::string GenotypeFingerprint(const MapToolInput& data) {
   uint64_t h = kFnvOffset;
   for (const int32_t value : {data.population_type, data.mapping_function, data.num_markers, data.population_size})
     Hash(h, std::to_string(value) + "\n");
@@ -67,16 +71,16 @@ std::string InputFingerprint(const std::string& input_path) {
 }
 
 std::string ConsensusFingerprint(const std::string& input_path) {
-  gae::InputFile in;
+  InputFile in;
   if (!in.Open(input_path)) return {};
-  gae::ConsensusInput data;
-  gae::ReadConsensusInput(in, data);
+  ConsensusInput data;
+  ReadConsensusInput(in, data);
   in.Close();
-  if (gae::MessageCode() != 0) return {};
+  if (MessageCode() != 0) return {};
   // The pair values are mean distances: each map's markers with their positions in cM, exact
   // to the bit, whatever space type or unit gave them.
   uint64_t h = kFnvOffset;
-  for (const gae::ChromosomeRecord& map : data.maps.chromosomes) {
+  for (const ChromosomeRecord& map : data.maps.chromosomes) {
     Hash(h, std::to_string(map.NumMarkers()) + "\n");
     for (int j = 0; j < map.NumMarkers(); ++j) {
       char position[32];
@@ -111,4 +115,4 @@ void RecordPairFileSource(const std::string& lrd_path, const std::string& finger
   out << fingerprint << " " << stamp << "\n";
 }
 
-}  // namespace gaecli
+}  // namespace gae

@@ -1,19 +1,24 @@
-// The library reuses a pairwise file whenever it holds the right number of records, whatever
-// data it was computed from; clearing a stale one is left to the caller. The command line
-// keeps, beside each pairwise file it lets the library write, a fingerprint of the input it
-// came from, and removes the file (so that the library computes it again) when the input no
-// longer matches, or when the pairwise file is not the one it saw written.
+// The pair-file writers reuse a pairwise file whenever it holds the right number of records,
+// whatever data it was computed from; clearing a stale one is left to the caller. Beside each
+// pairwise file a run lets them write, the run keeps a fingerprint of the input it came from,
+// and removes the file (so that it is computed again) when the input no longer matches, or when
+// the pairwise file is not the one it saw written.
 #pragma once
 
 #include <string>
 
-namespace gaecli {
+#include "input/map_tool_reader.h"
+
+namespace gae {
 
 // The fingerprint of a MAP input file: a 64-bit FNV-1a hash of what its pairs are estimated
 // from, as the library reads it: population type, mapping function, sizes, marker names and
 // categories, and genotypes. Remarks, spacing and anchors do not count. Empty when the file
 // cannot be read (the check that follows says why).
 std::string InputFingerprint(const std::string& input_path);
+// The same fingerprint of a genotype file already read (MAP, CDM or PLM): the categories of a
+// clonal or pure-line file are its markers' types and founder patterns.
+std::string GenotypeFingerprint(const MapToolInput& data);
 // The fingerprint of a consensus (CMP) input file: each input map's marker names and positions.
 std::string ConsensusFingerprint(const std::string& input_path);
 
@@ -28,4 +33,4 @@ std::string ClearStalePairFile(const std::string& lrd_path, const std::string& f
 // Records that `lrd_path`, as it now stands, was computed from the input of `fingerprint`.
 void RecordPairFileSource(const std::string& lrd_path, const std::string& fingerprint);
 
-}  // namespace gaecli
+}  // namespace gae

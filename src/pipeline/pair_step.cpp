@@ -1,0 +1,81 @@
+#include <cstdint>
+
+#include "pipeline/pair_fingerprint.h"
+#include "pipeline/pipeline_steps.h"
+#include "report/text_file.h"
+#include "twopoint/cdm_pairwise_file.h"
+#include "twopoint/map_pairwise_file.h"
+#include "twopoint/pair_store_writer.h"
+#include "twopoint/plm_pairwise_file.h"
+
+namespace gae {
+
+namespace {
+
+bool WritePairs(const MapPipelineSettings& settings, const MapToolInput& data, const std::string& lrd,
+                UniformStream& random) {
+  if (settings.tool_code == kClonalToolCode) {
+    ClonalMarkers markers;
+    markers.population_type = data.population_type;
+    markers.mapping_function = data.mapping_function;
+    markers.num_markers = data.num_markers;
+    markers.num_individuals = data.population_size;
+    markers.categories = data.markers.categories.data();
+    markers.types = data.markers.types.data();
+    return CDMPairwiseFile(lrd, markers, settings.threads, random);
+  }
+  if (settings.tool_code == kPureLineToolCode) {
+    PureLineMarkers markers;
+    markers.population_type = data.population_type;
+    markers.num_markers = data.num_markers;
+    markers.num_individuals = data.population_size;
+    markers.patterns = data.markers.categories.data();
+    markers.types = data.markers.types.data();
+    return PLMPairwiseFile(lrd, markers, settings.threads);
+  }
+  BiparentalMarkers markers;
+  markers.population_type = data.population_type;
+  markers.mapping_function = data.mapping_function;
+  markers.num_markers = data.num_markers;
+  markers.num_individuals = data.population_size;
+  markers.kinds = data.markers.categories.data();
+  markers.types = data.markers.types.data();
+  return MAPPairwiseFile(lrd, markers, settings.threads);
+}
+
+}  // namespace
+
+int32_t PairRecordLength(int32_t tool_code) {
+  if (tool_code == kClonalToolCode) return kClonalRecordLength;
+  return tool_code == kPureLineToolCode ? kPlmRecordLength : kMapRecordLength;
+}
+
+bool EnsurePairFile(const MapPipelineSettings& settings, const MapToolInput& data, UniformStream& random,
+                    MapPipelineRecord& record) {
+  const std::string lrd = PairStoreName(settings.input_path);
+  record.pair_file = lrd;
+  // An input named like its pairwise file (cross.LRD) would be replaced by it.
+  if (SameFile(lrd, settings.input_path)) {
+    record.failure = -1;
+    record.failure_text = "the input file is named like its pairwise file " + lrd;
+    return false;
+  }
+  const std::string fingerprint = GenotypeFingerprint(data);
+  record.pairs_recomputed_because = ClearStalePairFile(lrd, fingerprint);
+  const int32_t words = PairRecordLength(settings.tool_code);
+  record.pairs_computed = !PairStoreIsComplete(lrd, data.num_markers, words);
+  if (record.pairs_computed && settings.pairs_starting) {
+    const int64_t n = data.num_markers;
+    settings.pairs_starting(lrd, int64_t{4} * words * (n * (n - 1) / 2));
+  }
+  if (!WritePairs(settings, data, lrd, random)) {
+    record.failure = -1;
+    record.failure_text = "cannot write the pairwise file " + lrd;
+    return false;
+  }
+  RecordPairFileSource(lrd, fingerprint);
+  if (record.pairs_computed) record.files_written.push_back(lrd);
+  return true;
+}
+
+}  // namespace gae
