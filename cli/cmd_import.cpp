@@ -13,6 +13,7 @@
 #include "vocabulary/population.h"
 #include "frame/tool_profile.h"
 #include "import_rqtl.h"
+#include "import_vcf.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "library_output.h"
@@ -127,7 +128,7 @@ int RunImport(ImportOptions o) {
 }  // namespace
 
 void RegisterImportCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("import", "Write a MAP input file from data kept in another program's format");
+  auto* cmd = app.add_subcommand("import", "Write a map tool's input file from data kept in another program's format");
   cmd->require_subcommand(1);
   auto* rqtl = cmd->add_subcommand("rqtl", "An R/qtl csv cross file (read.cross format \"csv\") to a MAP input file");
   static ImportOptions o;
@@ -143,6 +144,7 @@ void RegisterImportCommand(CLI::App& app, int& exit_code) {
       ->check(CLI::Range(1, 3))
       ->capture_default_str();
   rqtl->callback([&exit_code] { exit_code = RunImport(o); });
+  RegisterImportVcf(*cmd, exit_code);
 }
 
 }  // namespace gaecli
