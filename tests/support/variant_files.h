@@ -1,0 +1,23 @@
+// Variant files for the import tests, written by htslib's own writer: the test states a VCF as
+// text, and the file on disk is that text as plain VCF, bgzipped VCF or BCF.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace gae::testing {
+
+enum class VariantFormat { kPlain, kBgzip, kBcf };
+const char* VariantExtension(VariantFormat format);  // ".vcf", ".vcf.gz", ".bcf"
+
+// Writes `vcf_text` (a whole VCF: meta lines, #CHROM line, records) to `path` in `format`.
+void WriteVariantFile(const std::string& path, const std::string& vcf_text, VariantFormat format);
+
+// The meta lines (GT, DP, GQ and the contigs chr1..chr3) and the #CHROM line of `samples`.
+std::string VcfHeader(const std::vector<std::string>& samples);
+
+// One record: CHROM POS ID REF ALT . PASS . FORMAT and one field per sample.
+std::string VcfRecord(const std::string& chromosome, long position, const std::string& id, const std::string& ref,
+                      const std::string& alt, const std::string& format, const std::vector<std::string>& fields);
+
+}  // namespace gae::testing
