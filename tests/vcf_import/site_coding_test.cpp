@@ -33,6 +33,8 @@ struct SiteCase {
   uint64_t not_shown;
 };
 
+void PrintTo(const SiteCase& c, std::ostream* os) { *os << c.what; }
+
 const ImportDesign kF2{2, 7, 2}, kBackcrossP1{2, 1, 2}, kBackcrossP2{2, 2, 2}, kRil{2, 4, 2};
 const ImportDesign kClonalF1{20, 1, 2}, kDoubleCross{20, 2, 4}, k4PRil{30, 2, 4}, k8PDh{30, 3, 8};
 
@@ -88,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
                  2, R::kParentsUninformative, 0, "", 0},
         // Founder patterns: each founder's digit is the first founder with its allele.
         SiteCase{"4PRIL ABAD", k4PRil, {"0/0", "1/1", "0/0", "2/2"}, {"0/0", "1/1", "2/2", "0/1", "3/3"}, 4, R::kKept,
-                 1213, "ABDXX", 2},
+                 1214, "ABDXX", 2},
         SiteCase{"4PRIL founders alike", k4PRil, {"0/0", "0/0", "0/0", "0/0"}, {"0/0", "1/1"}, 2,
                  R::kParentsUninformative, 0, "", 0},
         SiteCase{"8PDH ABBAEEAB", k8PDh, {"0/0", "1/1", "1/1", "0/0", "2/2", "2/2", "0/0", "1/1"}, {"2/2", "1/1", "0/0"},
@@ -123,6 +125,8 @@ TEST_P(SiteFilters, CallsBelowTheThresholdsAreMissingAndSitesAreDroppedByShare) 
   EXPECT_EQ(out.calls.low_depth, c.low_depth);
   EXPECT_EQ(out.calls.low_quality, c.low_quality);
 }
+
+void PrintTo(const FilterCase& c, std::ostream* os) { *os << c.what; }
 
 const std::vector<std::string> kFour{"0/0", "0/1", "1/1", "0/1"};
 const std::vector<CallSupport> kDepths{{20, 50}, {20, 50}, {3, 50}, {10, 5}, {kUnknownDepth, -1}, {10, 50}};
