@@ -31,24 +31,8 @@ struct ImportOptions {
   int mapping_function = 1;
 };
 
-std::string Lower(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
-
 // A population type by number or by the library's name for it ("F2", "RIL", "P1BC1F1").
-int PopulationTypeNamed(const std::string& text) {
-  for (int type = 1; type <= 20; ++type) {
-    const std::string name(gae::PopulationName(gae::kBiparentalDesign, type));
-    if (text == std::to_string(type) || Lower(text) == Lower(name)) return type;
-    for (std::size_t at = 0; at != std::string::npos;) {  // "RIL or F1RIL": either word
-      const std::size_t next = name.find(" or ", at);
-      if (Lower(text) == Lower(name.substr(at, next == std::string::npos ? next : next - at))) return type;
-      at = next == std::string::npos ? next : next + 4;
-    }
-  }
-  return 0;
-}
+int PopulationTypeNamed(const std::string& text) { return gae::PopulationTypeNamed(gae::kBiparentalDesign, text); }
 
 std::string DefaultOutput(const std::string& file) {
   const std::size_t dot = file.rfind('.');

@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <memory>
 
 #include <htslib/bgzf.h>
@@ -159,8 +161,10 @@ bool VcfSource::ReadCalls(bcf1_t* rec, uint64_t number) {
     SampleCall call;
     const bool haploid = ploidy == 1 || g[1] == bcf_int32_vector_end;
     const bool polyploid = ploidy > 2 && g[2] != bcf_int32_vector_end;
-    if (!polyploid && g[0] != bcf_int32_vector_end && !bcf_gt_is_missing(g[0]) &&
-        (haploid || !bcf_gt_is_missing(g[1]))) {
+    const auto usable = [](int32_t v) {
+      return v != bcf_int32_vector_end && !bcf_gt_is_missing(v) && bcf_gt_allele(v) <= INT16_MAX;
+    };
+    if (!polyploid && usable(g[0]) && (haploid || usable(g[1]))) {
       call.first = static_cast<int16_t>(bcf_gt_allele(g[0]));
       call.second = haploid ? call.first : static_cast<int16_t>(bcf_gt_allele(g[1]));
     }

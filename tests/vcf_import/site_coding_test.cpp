@@ -2,6 +2,8 @@
 // parents' alleles and the population's classes.
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <ostream>
 #include <string>
 #include <vector>
 

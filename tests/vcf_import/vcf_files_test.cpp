@@ -4,6 +4,8 @@
 // tools' own reader, independently of the import.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <random>
 #include <string>
 #include <vector>
@@ -128,10 +130,21 @@ TEST_P(HandWrittenFiles, EachFormatGivesTheCodesWorkedOutByHand) {
   }
 }
 
+std::string CaseName(const char* what, VariantFormat format) {
+  std::string name;
+  for (char c : std::string(what) + testing::VariantExtension(format))
+    name += std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+  return name;
+}
+
 INSTANTIATE_TEST_SUITE_P(DesignsAndFormats, HandWrittenFiles,
                          ::testing::Combine(::testing::Range(0, 4),
                                             ::testing::Values(VariantFormat::kPlain, VariantFormat::kBgzip,
-                                                              VariantFormat::kBcf)));
+                                                              VariantFormat::kBcf)),
+                         [](const auto& info) {
+                           return CaseName(HandFiles()[static_cast<std::size_t>(std::get<0>(info.param))].what,
+                                           std::get<1>(info.param));
+                         });
 
 // A bred population written as calls: founders' alleles per site, some sites uninformative,
 // some with more than two alleles, a share of the progeny's calls missing.
@@ -202,7 +215,8 @@ TEST_P(BredPopulations, MarkersCarryThePlantsGenotypesAndOnlyUninformativeSitesD
         letters += type;
       }
     }
-    const std::string name = "s" + std::to_string(k);
+    std::string name(1, 's');
+    name += std::to_string(k);
     records += Rec("chr1", 1000 * (k + 1), name, Alternatives(site.allele), gts);
     if (site.category == 0) continue;
     expected_names.push_back(name);
@@ -230,7 +244,11 @@ TEST_P(BredPopulations, MarkersCarryThePlantsGenotypesAndOnlyUninformativeSitesD
 
 INSTANTIATE_TEST_SUITE_P(BreederAndFormats, BredPopulations,
                          ::testing::Combine(::testing::Range(0, 3),
-                                            ::testing::Values(VariantFormat::kPlain, VariantFormat::kBgzip)));
+                                            ::testing::Values(VariantFormat::kPlain, VariantFormat::kBgzip)),
+                         [](const auto& info) {
+                           return CaseName(BredCases()[static_cast<std::size_t>(std::get<0>(info.param))].what,
+                                           std::get<1>(info.param));
+                         });
 
 }  // namespace
 }  // namespace gae
