@@ -1,11 +1,15 @@
 #include "support/variant_files.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
 
 #include <htslib/hts.h>
 #include <htslib/vcf.h>
+
+#include "support/bred_data_sets.h"
+#include "support/breeder.h"
 
 namespace gae::testing {
 
@@ -55,6 +59,66 @@ std::string VcfRecord(const std::string& chromosome, long position, const std::s
                      "\t.\tPASS\t.\t" + format;
   for (const std::string& f : fields) text += "\t" + f;
   return text + "\n";
+}
+
+}  // namespace gae::testing
+
+namespace gae::testing {
+
+namespace {
+
+struct SiteKind {
+  std::vector<int> allele;  // of founders 0, 1 (bi-parental) or 0..3 (clonal: 0, 1 the mother's)
+  int category;             // 0: uninformative
+};
+
+std::string Genotype(const std::vector<int>& allele, int f1, int f2) {
+  return std::to_string(allele[static_cast<std::size_t>(f1)]) + "/" + std::to_string(allele[static_cast<std::size_t>(f2)]);
+}
+
+}  // namespace
+
+BredCalls BredPopulationCalls(int population_type, int loci, int plants, double missing, uint64_t seed) {
+  const bool clonal = population_type == 0;
+  const std::vector<SiteKind> kinds =
+      clonal ? std::vector<SiteKind>{{{0, 1, 2, 3}, 1}, {{0, 0, 0, 1}, 2}, {{0, 1, 1, 1}, 3}, {{0, 0, 1, 1}, 0},
+                                     {{0, 1, 0, 1}, 4}, {{0, 1, 0, 2}, 1}, {{1, 1, 1, 1}, 0}}
+             : std::vector<SiteKind>{{{0, 1}, 1}, {{2, 1}, 1}, {{0, 0}, 0}, {{1, 0}, 1}, {{1, 1}, 0}};
+  std::vector<double> positions;
+  for (int k = 0; k < loci; ++k) positions.push_back(3.0 * k);
+  Breeder breeder = Breeder::AtPositions(positions, seed);
+  std::vector<Plant> progeny;
+  std::vector<std::string> samples{"mother", "father"};
+  for (int i = 0; i < plants; ++i) {
+    progeny.push_back(clonal ? breeder.ClonalProgeny() : breeder.Biparental(population_type));
+    samples.push_back("plant" + std::to_string(i + 1));
+  }
+  BredCalls calls;
+  calls.vcf = VcfHeader(samples);
+  calls.sites = loci;
+  for (int k = 0; k < loci; ++k) {
+    const SiteKind& kind = kinds[static_cast<std::size_t>(k) % kinds.size()];
+    std::vector<std::string> fields{clonal ? Genotype(kind.allele, 0, 1) : Genotype(kind.allele, 0, 0),
+                                    clonal ? Genotype(kind.allele, 2, 3) : Genotype(kind.allele, 1, 1)};
+    std::string types;
+    for (const Plant& p : progeny) {
+      const int f = p.first[static_cast<std::size_t>(k)], m = p.second[static_cast<std::size_t>(k)];
+      const bool gone = breeder.Uniform() < missing;
+      fields.push_back(gone ? "./." : Genotype(kind.allele, f, m));
+      if (clonal) types += gone ? "XX" : ClonalType(SimulatedClonalMarker{"", 0, kind.category, 0, 0}, f, m - 2);
+      else types += gone ? 'X' : BiparentalLetter(p, k);
+    }
+    static const char* kAlternatives[] = {"C", "C", "C,G", "C,G,T"};
+    std::string name(1, 's');
+    name += std::to_string(k + 1);
+    calls.vcf += VcfRecord("chr1", 1000L * (k + 1), name, "A",
+                           kAlternatives[*std::max_element(kind.allele.begin(), kind.allele.end())], "GT", fields);
+    if (kind.category == 0) continue;
+    calls.names.push_back(name);
+    calls.categories.push_back(kind.category);
+    calls.types.push_back(types);
+  }
+  return calls;
 }
 
 }  // namespace gae::testing

@@ -1,12 +1,10 @@
 // Whole variant files in: small files stated by hand for each design, written as plain VCF,
-// bgzipped VCF and BCF by htslib's writer; and populations bred locus by locus, whose written
-// input file must carry exactly the genotypes of the plants. Every file is read back by the map
-// tools' own reader, independently of the import.
+// bgzipped VCF and BCF by htslib's writer, with the codes worked out by hand from the parents'
+// alleles; and bred populations, whose written file must carry exactly the plants' genotypes.
+// Every file is read back by the map tools' own reader.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -14,8 +12,6 @@
 #include "input/map_tool_reader.h"
 #include "prep/locus_table.h"
 #include "prep/map_input_text.h"
-#include "support/bred_data_sets.h"
-#include "support/breeder.h"
 #include "support/temp_dir.h"
 #include "support/variant_files.h"
 #include "vcf_import/import_files.h"
@@ -29,35 +25,38 @@ using testing::VariantFormat;
 
 struct ReadBack {
   int code = -1;
-  std::vector<std::string> names;  // trimmed
+  std::vector<std::string> names;    // trimmed
   std::vector<int32_t> categories;
   std::vector<std::string> letters;  // per marker
 };
 
 // Imports `file` into `out` and reads the placed file with the map tool's reader.
 ReadBack ImportAndRead(const std::string& file, const std::string& out, const ImportDesign& design,
-                       const std::vector<std::string>& parents, VcfImport* imported = nullptr) {
-  VcfImport local;
-  VcfImport& data = imported != nullptr ? *imported : local;
+                       const std::vector<std::string>& parents, VcfImport& data) {
   std::string error;
   EXPECT_TRUE(ReadVcfImport(VcfImportRequest{file, design, parents, {}, 0, nullptr}, data, error)) << error;
   const PlacedImport placed = PlaceImportedFiles(out, ReaderToolCode(design), data.record, data.loci);
   EXPECT_TRUE(placed.Ok()) << placed.error << " reader code " << placed.reader_code;
   ReadBack back;
   InputFile in;
-  if (!in.Open(out)) return back;
   MapToolInput input;
+  if (!in.Open(out)) return back;
   ReadMapToolInput(in, ReaderToolCode(design), input);
-  back.code = MessageCode();
-  MessageCode() = 0;
-  const auto& m = input.markers;
+  back.code = std::exchange(MessageCode(), 0);
+  const MarkerSection& m = input.markers;
   for (std::size_t k = 0; k < m.names.size(); ++k) {
     back.names.push_back(m.names[k].substr(0, m.names[k].find_last_not_of(' ') + 1));
     back.categories.push_back(m.categories[k]);
-    back.letters.emplace_back(m.types.begin() + static_cast<std::ptrdiff_t>(k * m.population_size),
-                              m.types.begin() + static_cast<std::ptrdiff_t>((k + 1) * m.population_size));
+    const auto row = m.types.begin() + static_cast<std::ptrdiff_t>(k * m.population_size);
+    back.letters.emplace_back(row, row + m.population_size);
   }
   return back;
+}
+
+std::string OutputFor(const ImportDesign& d) { return d.tool_code == 20 ? "out.cdm" : d.tool_code == 30 ? "out.plm" : "out.map"; }
+
+std::string Rec(long pos, const std::string& id, const std::string& alt, const std::vector<std::string>& gts) {
+  return testing::VcfRecord(pos < 1000 ? "chr1" : "chr2", pos, id, "A", alt, "GT", gts);
 }
 
 struct HandFile {
@@ -69,65 +68,55 @@ struct HandFile {
   std::vector<std::string> names;
   std::vector<int32_t> categories;
   std::vector<std::string> letters;
-  std::vector<std::string> chromosomes;
-  std::vector<double> positions;
+  uint64_t not_shown;  // calls of kept sites that the population cannot show
 };
 
-std::string Rec(const std::string& chr, long pos, const std::string& id, const std::string& alt,
-                const std::vector<std::string>& gts) {
-  return testing::VcfRecord(chr, pos, id, "A", alt, "GT", gts);
-}
-
+// Letters: bi-parental A H B X; clonal AC AD BC BD = A B C D, XC XD = E F, AX BX = G H,
+// AA AB BB = I J K; pure lines the first founder with the line's allele.
 std::vector<HandFile> HandFiles() {
   return {
-      // A is the first parent's allele; a parent pair alike drops the site.
+      // A is the first parent's allele, whichever; an allele of neither parent is no class.
       {"F2", {2, 7, 2}, {"P1", "P2", "o1", "o2", "o3"}, 2,
-       Rec("chr1", 100, "m1", "C", {"0/0", "1/1", "0/0", "0/1", "1/1"}) +
-           Rec("chr1", 200, ".", "C,G", {"2/2", "0/0", "0/2", "./.", "2/2"}) +
-           Rec("chr1", 300, "m3", "C", {"0/0", "0/0", "0/0", "0/1", "1/1"}) +
-           Rec("chr2", 50, "m4", "C", {"1/1", "0/0", "1/1", "0|1", "0/0"}),
-       {"m1", "chr1_200", "m4"}, {1, 1, 1}, {"AHB", "HXA", "AHB"}, {"chr1", "chr1", "chr2"}, {100, 200, 50}},
-      // AC AD BC BD are A..D, XC XD E F, AA AB BB I J K.
+       Rec(100, "m1", "C", {"0/0", "1/1", "0/0", "0/1", "1/1"}) +
+           Rec(200, ".", "C,G", {"2/2", "0/0", "0/2", "1/2", "2/2"}) +
+           Rec(300, "alike", "C", {"0/0", "0/0", "0/0", "0/1", "1/1"}) +
+           Rec(1050, "m4", "C", {"1/1", "0/0", "1/1", "0|1", "./."}),
+       {"m1", "chr1_200", "m4"}, {1, 1, 1}, {"AHB", "HXA", "AHX"}, 1},
+      {"P1BC1F1", {2, 1, 2}, {"P1", "P2", "b1", "b2", "b3"}, 2,
+       Rec(10, "m1", "C", {"0/0", "1/1", "0/0", "0/1", "1/1"}) + Rec(20, "het", "C", {"0/1", "1/1", "0/0", "0/1", "0/1"}) +
+           Rec(30, "gone", "C", {"0/0", "./.", "0/0", "0/1", "0/1"}),
+       {"m1"}, {1}, {"AHX"}, 1},
+      // A heterozygous line is no class of a RIL; a haploid call is a homozygote.
+      {"RIL", {2, 4, 2}, {"P1", "P2", "r1", "r2", "r3", "r4"}, 2,
+       Rec(10, "m1", "C", {"1/1", "0/0", "1/1", "0/1", "0", "1"}) +
+           Rec(20, "one_class", "C", {"0/0", "1/1", "0/0", "0/0", "./.", "0/0"}),
+       {"m1"}, {1}, {"AXBA"}, 1},
       {"clonal F1", {20, 1, 2}, {"F", "M", "o1", "o2", "o3", "o4"}, 2,
-       Rec("chr1", 10, "abcd", "C,G,T", {"0/1", "2/3", "0/2", "1/3", "0/3", "1/2"}) +
-           Rec("chr1", 20, "aaxab", "C", {"0/0", "0/1", "0/0", "0/1", "0/1", "./."}) +
-           Rec("chr1", 30, "abxab", "C", {"0/1", "0/1", "0/0", "0/1", "1/1", "0/1"}) +
-           Rec("chr1", 40, "aaxbb", "C", {"0/0", "1/1", "0/1", "0/1", "0/1", "0/1"}),
-       {"abcd", "aaxab", "abxab"}, {1, 2, 4}, {"ADBC", "EFFX", "IJKJ"}, {"chr1", "chr1", "chr1"}, {10, 20, 30}},
+       Rec(10, "abcd", "C,G,T", {"0/1", "2/3", "0/2", "1/3", "0/3", "1/2"}) +
+           Rec(20, "aaxab", "C", {"0/0", "0/1", "0/0", "0/1", "0/1", "./."}) +
+           Rec(30, "abxab", "C", {"1/0", "0/1", "0/0", "0/1", "1/1", "0/1"}) +
+           Rec(40, "abxaa", "C", {"0/1", "1/1", "0/1", "1/1", "0/1", "0/0"}) +
+           Rec(50, "abxac", "C,G", {"0/1", "0/2", "0/0", "0/2", "0/1", "1/2"}) +
+           Rec(60, "aaxbb", "C", {"0/0", "1/1", "0/1", "0/1", "0/1", "0/1"}),
+       {"abcd", "aaxab", "abxab", "abxaa", "abxac"}, {1, 2, 4, 3, 1}, {"ADBC", "EFFX", "IJKJ", "GHGX", "ABCD"}, 1},
+      // (P1 x P2) x (P3 x P4): A, B, C, D are the grandparents' alleles.
       {"double cross", {20, 2, 4}, {"G1", "G2", "G3", "G4", "o1", "o2", "o3"}, 4,
-       Rec("chr3", 7, "adbc", "C", {"0/0", "1/1", "1/1", "0/0", "0/0", "0/1", "1/1"}) +
-           Rec("chr3", 9, "ab_ac", "C,G", {"0/0", "1/1", "0/0", "2/2", "0/1", "1/2", "0/0"}),
-       {"adbc", "ab_ac"}, {5, 1}, {"IJK", "CDA"}, {"chr3", "chr3"}, {7, 9}},
+       Rec(7, "adbc", "C", {"0/0", "1/1", "1/1", "0/0", "0/0", "0/1", "1/1"}) +
+           Rec(8, "acbd", "C", {"0/0", "1/1", "0/0", "1/1", "1/1", "0/1", "0/0"}) +
+           Rec(9, "ab_ac", "C,G", {"0/0", "1/1", "0/0", "2/2", "0/1", "1/2", "0/0"}) +
+           Rec(10, "aa_bc", "C,G", {"0/0", "0/0", "1/1", "2/2", "0/1", "0/2", "0/1"}) +
+           Rec(11, "het", "C", {"0/1", "1/1", "0/0", "1/1", "0/1", "0/1", "0/0"}),
+       {"adbc", "acbd", "ab_ac", "aa_bc"}, {5, 4, 1, 2}, {"IJK", "KJI", "CDA", "EFE"}, 0},
       {"4PRIL", {30, 2, 4}, {"F1", "F2", "F3", "F4", "l1", "l2", "l3", "l4"}, 4,
-       Rec("chr1", 5, "abab", "C", {"0/0", "1/1", "0/0", "1/1", "0/0", "1/1", "0/1", "1/1"}) +
-           Rec("chr1", 6, "abcc", "C,G", {"0/0", "1/1", "2/2", "2/2", "2/2", "0/0", "1/1", "2/2"}),
-       {"abab", "abcc"}, {1212, 1233}, {"ABXB", "CABC"}, {"chr1", "chr1"}, {5, 6}},
+       Rec(5, "abab", "C", {"0/0", "1/1", "0/0", "1/1", "0/0", "1/1", "0/1", "1/1"}) +
+           Rec(6, "abcc", "C,G", {"0/0", "1/1", "2/2", "2/2", "2/2", "0/0", "1/1", "2/2"}) +
+           Rec(7, "abad", "C,G,T", {"0/0", "1/1", "0/0", "2/2", "0/0", "1/1", "2/2", "3/3"}) +
+           Rec(8, "aaaa", "C", {"0/0", "0/0", "0/0", "0/0", "0/0", "1/1", "1/1", "0/0"}),
+       {"abab", "abcc", "abad"}, {1212, 1233, 1214}, {"ABXB", "CABC", "ABDX"}, 2},
+      {"8PDH", {30, 3, 8}, {"F1", "F2", "F3", "F4", "F5", "F6", "F7", "F8", "l1", "l2", "l3"}, 8,
+       Rec(5, "abbaeeab", "C,G", {"0/0", "1/1", "1/1", "0/0", "2/2", "2/2", "0/0", "1/1", "2/2", "1/1", "0/0"}),
+       {"abbaeeab"}, {12215512}, {"EBA"}, 0},
   };
-}
-
-class HandWrittenFiles : public testing::InTempDir,
-                         public ::testing::WithParamInterface<std::tuple<int, VariantFormat>> {};
-
-TEST_P(HandWrittenFiles, EachFormatGivesTheCodesWorkedOutByHand) {
-  const HandFile f = HandFiles()[static_cast<std::size_t>(std::get<0>(GetParam()))];
-  SCOPED_TRACE(f.what);
-  const std::string file = std::string("calls") + testing::VariantExtension(std::get<1>(GetParam()));
-  testing::WriteVariantFile(file, testing::VcfHeader(f.samples) + f.records, std::get<1>(GetParam()));
-  const std::string out = f.design.tool_code == 20 ? "out.cdm" : f.design.tool_code == 30 ? "out.plm" : "out.map";
-  const std::vector<std::string> parents(f.samples.begin(), f.samples.begin() + f.parents);
-  const ReadBack back = ImportAndRead(file, out, f.design, parents);
-  EXPECT_EQ(back.code, 0);
-  EXPECT_EQ(back.names, f.names);
-  EXPECT_EQ(back.categories, f.categories);
-  EXPECT_EQ(back.letters, f.letters);
-  const auto loci = ReadLocusTableBeside(out);
-  ASSERT_TRUE(loci.has_value());
-  ASSERT_EQ(loci->rows.size(), f.names.size());
-  for (std::size_t k = 0; k < f.names.size(); ++k) {
-    EXPECT_EQ(loci->rows[k].marker, f.names[k]);
-    EXPECT_EQ(loci->rows[k].chromosome, f.chromosomes[k]);
-    EXPECT_EQ(loci->rows[k].position, f.positions[k]);
-  }
 }
 
 std::string CaseName(const char* what, VariantFormat format) {
@@ -137,8 +126,38 @@ std::string CaseName(const char* what, VariantFormat format) {
   return name;
 }
 
+class HandWrittenFiles : public testing::InTempDir,
+                         public ::testing::WithParamInterface<std::tuple<int, VariantFormat>> {};
+
+TEST_P(HandWrittenFiles, EachFormatGivesTheCodesWorkedOutByHand) {
+  const HandFile f = HandFiles()[static_cast<std::size_t>(std::get<0>(GetParam()))];
+  const std::string file = std::string("calls") + testing::VariantExtension(std::get<1>(GetParam()));
+  testing::WriteVariantFile(file, testing::VcfHeader(f.samples) + f.records, std::get<1>(GetParam()));
+  VcfImport data;
+  const ReadBack back = ImportAndRead(file, OutputFor(f.design), f.design,
+                                      {f.samples.begin(), f.samples.begin() + f.parents}, data);
+  EXPECT_EQ(back.code, 0);
+  EXPECT_EQ(back.names, f.names);
+  EXPECT_EQ(back.categories, f.categories);
+  EXPECT_EQ(back.letters, f.letters);
+  EXPECT_EQ(data.tally.calls.not_shown, f.not_shown);
+  // The locus table holds each marker's CHROM and POS as the file has them.
+  const auto loci = ReadLocusTableBeside(OutputFor(f.design));
+  ASSERT_TRUE(loci.has_value());
+  ASSERT_EQ(loci->rows.size(), f.names.size());
+  for (std::size_t k = 0; k < f.names.size(); ++k) {
+    const LocusRow& row = loci->rows[k];
+    const std::string pos = std::to_string(static_cast<long>(row.position.value_or(-1)));
+    const std::string at = row.chromosome + "\t" + pos + "\t";
+    EXPECT_EQ(row.marker, f.names[k]);
+    EXPECT_TRUE(f.records.find(at + f.names[k] + "\t") != std::string::npos ||
+                (f.names[k] == row.chromosome + "_" + pos && f.records.find(at + ".\t") != std::string::npos))
+        << f.names[k];
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(DesignsAndFormats, HandWrittenFiles,
-                         ::testing::Combine(::testing::Range(0, 4),
+                         ::testing::Combine(::testing::Range(0, 7),
                                             ::testing::Values(VariantFormat::kPlain, VariantFormat::kBgzip,
                                                               VariantFormat::kBcf)),
                          [](const auto& info) {
@@ -146,108 +165,43 @@ INSTANTIATE_TEST_SUITE_P(DesignsAndFormats, HandWrittenFiles,
                                            std::get<1>(info.param));
                          });
 
-// A bred population written as calls: founders' alleles per site, some sites uninformative,
-// some with more than two alleles, a share of the progeny's calls missing.
-struct BredSite {
-  std::vector<int> allele;  // of founders 0..3
-  int category = 0;         // expected: 0 dropped
-};
-
-std::string Genotype(const std::vector<int>& allele, int f1, int f2) {
-  return std::to_string(allele[static_cast<std::size_t>(f1)]) + "/" + std::to_string(allele[static_cast<std::size_t>(f2)]);
-}
-
-std::string Alternatives(const std::vector<int>& allele) {
-  const int top = *std::max_element(allele.begin(), allele.end());
-  static const char* kAlts[] = {"C", "C", "C,G", "C,G,T"};
-  return kAlts[top];
-}
-
 struct BredCase {
   const char* what;
   ImportDesign design;
-  std::vector<BredSite> kinds;  // taken in turn along the chromosome
+  int population_type;  // of the breeder, 0 a clonal F1
 };
+const BredCase kBred[] = {{"F2", {2, 7, 2}, 7}, {"backcross", {2, 1, 2}, 1}, {"clonal F1", {20, 1, 2}, 0}};
 
 class BredPopulations : public testing::InTempDir,
                         public ::testing::WithParamInterface<std::tuple<int, VariantFormat>> {};
 
-std::vector<BredCase> BredCases() {
-  // Bi-parental founders 0 (P1) and 1 (P2); clonal parents carry 0, 1 and 2, 3.
-  const std::vector<BredSite> biparental{{{0, 1}, 1}, {{2, 1}, 1}, {{0, 0}, 0}, {{1, 0}, 1}, {{1, 1}, 0}};
-  const std::vector<BredSite> clonal{{{0, 1, 2, 3}, 1}, {{0, 0, 0, 1}, 2}, {{0, 1, 1, 1}, 3}, {{0, 0, 1, 1}, 0},
-                                     {{0, 1, 0, 1}, 4}, {{0, 1, 0, 2}, 1}, {{1, 1, 1, 1}, 0}};
-  return {{"F2", {2, 7, 2}, biparental}, {"backcross", {2, 1, 2}, biparental}, {"clonal F1", {20, 1, 2}, clonal}};
-}
-
 TEST_P(BredPopulations, MarkersCarryThePlantsGenotypesAndOnlyUninformativeSitesDrop) {
-  const BredCase c = BredCases()[static_cast<std::size_t>(std::get<0>(GetParam()))];
-  SCOPED_TRACE(c.what);
-  const bool clonal = c.design.tool_code == 20;
-  const int loci = 35, progeny = 80;
-  std::vector<double> positions;
-  for (int k = 0; k < loci; ++k) positions.push_back(3.0 * k);
-  testing::Breeder breeder = testing::Breeder::AtPositions(positions, 20261125 + std::get<0>(GetParam()));
-  std::vector<testing::Plant> plants;
-  for (int i = 0; i < progeny; ++i)
-    plants.push_back(clonal ? breeder.ClonalProgeny() : breeder.Biparental(c.design.population_type));
-  std::mt19937_64 rng(7);
-  std::bernoulli_distribution missing(0.1);
-
-  std::vector<std::string> samples{"mother", "father"};
-  for (int i = 0; i < progeny; ++i) samples.push_back("plant" + std::to_string(i + 1));
-  std::string records;
-  std::vector<std::string> expected_names, expected_letters;
-  std::vector<int32_t> expected_categories;
-  for (int k = 0; k < loci; ++k) {
-    const BredSite& site = c.kinds[static_cast<std::size_t>(k) % c.kinds.size()];
-    std::vector<std::string> gts{clonal ? Genotype(site.allele, 0, 1) : Genotype(site.allele, 0, 0),
-                                 clonal ? Genotype(site.allele, 2, 3) : Genotype(site.allele, 1, 1)};
-    std::string letters;
-    for (const testing::Plant& p : plants) {
-      const bool gone = missing(rng);
-      gts.push_back(gone ? "./." : Genotype(site.allele, p.first[static_cast<std::size_t>(k)], p.second[static_cast<std::size_t>(k)]));
-      if (!clonal) {
-        letters += gone ? 'X' : testing::BiparentalLetter(p, k);
-      } else {
-        const testing::SimulatedClonalMarker m{"", 0, site.category, 0, 0};
-        const std::string type = gone ? "XX" : testing::ClonalType(m, p.first[static_cast<std::size_t>(k)], p.second[static_cast<std::size_t>(k)] - 2);
-        letters += type;
-      }
-    }
-    std::string name(1, 's');
-    name += std::to_string(k);
-    records += Rec("chr1", 1000 * (k + 1), name, Alternatives(site.allele), gts);
-    if (site.category == 0) continue;
-    expected_names.push_back(name);
-    expected_categories.push_back(site.category);
-    expected_letters.push_back(letters);
-  }
+  const BredCase& c = kBred[std::get<0>(GetParam())];
+  const testing::BredCalls bred = testing::BredPopulationCalls(c.population_type, 35, 80, 0.1, 20261125);
   const std::string file = std::string("bred") + testing::VariantExtension(std::get<1>(GetParam()));
-  testing::WriteVariantFile(file, testing::VcfHeader(samples) + records, std::get<1>(GetParam()));
-  VcfImport imported;
-  const ReadBack back = ImportAndRead(file, clonal ? "bred.cdm" : "bred.map", c.design, {"mother", "father"}, &imported);
+  testing::WriteVariantFile(file, bred.vcf, std::get<1>(GetParam()));
+  VcfImport data;
+  const ReadBack back = ImportAndRead(file, OutputFor(c.design), c.design, {"mother", "father"}, data);
   EXPECT_EQ(back.code, 0);
-  EXPECT_EQ(back.names, expected_names);
-  EXPECT_EQ(back.categories, expected_categories);
-  ASSERT_EQ(back.letters.size(), expected_letters.size());
-  for (std::size_t m = 0; m < expected_letters.size(); ++m) {
-    std::string shown;
-    for (char l : back.letters[m]) shown += clonal ? ClonalToken(l) : std::string(1, l);
-    EXPECT_EQ(shown, expected_letters[m]) << expected_names[m];
+  EXPECT_EQ(back.names, bred.names);
+  EXPECT_EQ(back.categories, std::vector<int32_t>(bred.categories.begin(), bred.categories.end()));
+  ASSERT_EQ(back.letters.size(), bred.types.size());
+  for (std::size_t m = 0; m < bred.types.size(); ++m) {
+    std::string types;
+    for (char l : back.letters[m]) types += c.population_type == 0 ? ClonalToken(l) : std::string(1, l);
+    EXPECT_EQ(types, bred.types[m]) << bred.names[m];
   }
-  EXPECT_EQ(imported.tally.sites, static_cast<uint64_t>(loci));
-  EXPECT_EQ(imported.tally.dropped[static_cast<std::size_t>(DropReason::kParentsUninformative)],
-            loci - expected_names.size());
-  EXPECT_EQ(imported.tally.calls.not_shown, 0u);
+  EXPECT_EQ(data.tally.sites, static_cast<uint64_t>(bred.sites));
+  EXPECT_EQ(data.tally.dropped[static_cast<std::size_t>(DropReason::kParentsUninformative)],
+            bred.sites - bred.names.size());
+  EXPECT_EQ(data.tally.calls.not_shown, 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(BreederAndFormats, BredPopulations,
                          ::testing::Combine(::testing::Range(0, 3),
                                             ::testing::Values(VariantFormat::kPlain, VariantFormat::kBgzip)),
                          [](const auto& info) {
-                           return CaseName(BredCases()[static_cast<std::size_t>(std::get<0>(info.param))].what,
-                                           std::get<1>(info.param));
+                           return CaseName(kBred[std::get<0>(info.param)].what, std::get<1>(info.param));
                          });
 
 }  // namespace
