@@ -89,6 +89,7 @@ void RegisterImportVcf(CLI::App& import, int& exit_code) {
       ->required();
   vcf->add_option("--parents", o.parents, "Sample names of the parents, comma-separated, in the design's order")
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->required();
   vcf->add_option("--pop", o.pop,
                   "Population type: MAP 1 to 20 or a name (F2, RIL, P1BC1F1, ...); PLM DH or RIL (4PDH, 8PRIL, ...); "

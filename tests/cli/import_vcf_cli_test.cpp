@@ -36,6 +36,14 @@ TEST_F(ImportVcfCommand, TheWrittenFileIsMappedAsItStands) {
   ASSERT_EQ(r.exit_code, 0) << r.err;
   const auto rows = testing::SumMapRows("f2.sum");
   EXPECT_EQ(rows.size(), 18u);
+  // A clonal F1's categories, multi-allelic ABCD among them, go to the clonal tool as they stand.
+  testing::WriteVariantFile("cf1.bcf", testing::BredPopulationCalls(0, 28, 60, 0.05, 5).vcf, VariantFormat::kBcf);
+  r = GaengineErrApart("import vcf cf1.bcf -o cf1.cdm --parents mother,father");
+  ASSERT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_THAT(r.out, HasSubstr("20 markers, 60 individuals -> cf1.cdm (Clonal F1 (CDM type 1))"));
+  r = GaengineErrApart("map cf1.cdm");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_TRUE(testing::FileExists("cf1.sumf"));
 }
 
 struct BadInput {
