@@ -3,7 +3,9 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -99,8 +101,13 @@ std::string SampleList(const bcf_hdr_t* h) {
 
 bool VcfSource::Open() {
   fp_.reset(hts_open(request_.path.c_str(), "r"));
-  if (!fp_) return Fail("cannot be opened");
-  if (fp_->format.category != variant_data) return Fail("is not a VCF or BCF file");
+  if (!fp_) return Fail(std::string("cannot be opened (") + std::strerror(errno) + ")");
+  if (fp_->format.category != variant_data) {
+    // Too little left of a compressed file to see what it holds.
+    if (fp_->format.compression == bgzf || fp_->format.compression == gzip)
+      return Fail("the compressed file is cut short (a truncated bgzip block) or holds no VCF or BCF");
+    return Fail("is not a VCF or BCF file");
+  }
   if (request_.threads > 0) hts_set_threads(fp_.get(), request_.threads);
   header_.reset(bcf_hdr_read(fp_.get()));
   if (!header_) {
@@ -254,7 +261,7 @@ bool VcfSource::ReadSites(VcfImport& out) {
     out.loci.rows.push_back(LocusRow{name, chromosome, static_cast<double>(rec->pos + 1)});
   }
   if (fp_->format.compression == bgzf && bgzf_check_EOF(fp_->fp.bgzf) == 0)
-    return Fail("the compressed file ends without its end-of-file block: it was cut short");
+    return Fail("the compressed file is cut short (a truncated bgzip block: its end-of-file block is missing)");
   record.anchors.assign(record.names.size(), 0);
   tally.names_from_id = namer.from_id;
   tally.names_from_position = namer.from_position;
