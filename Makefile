@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 # Debian packages the build, the tests and the benchmarks need.
 DEB_PACKAGES := cmake make g++ gcc binutils libgtest-dev libgmock-dev libbenchmark-dev \
-                libcli11-dev libboost-math-dev libcairo2-dev pkg-config
+                libcli11-dev libboost-math-dev libcairo2-dev libhts-dev pkg-config
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 

@@ -13,6 +13,7 @@
 #include "vocabulary/population.h"
 #include "frame/tool_profile.h"
 #include "import_rqtl.h"
+#include "import_vcf.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "library_output.h"
@@ -30,24 +31,8 @@ struct ImportOptions {
   int mapping_function = 1;
 };
 
-std::string Lower(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
-
 // A population type by number or by the library's name for it ("F2", "RIL", "P1BC1F1").
-int PopulationTypeNamed(const std::string& text) {
-  for (int type = 1; type <= 20; ++type) {
-    const std::string name(gae::PopulationName(gae::kBiparentalDesign, type));
-    if (text == std::to_string(type) || Lower(text) == Lower(name)) return type;
-    for (std::size_t at = 0; at != std::string::npos;) {  // "RIL or F1RIL": either word
-      const std::size_t next = name.find(" or ", at);
-      if (Lower(text) == Lower(name.substr(at, next == std::string::npos ? next : next - at))) return type;
-      at = next == std::string::npos ? next : next + 4;
-    }
-  }
-  return 0;
-}
+int PopulationTypeNamed(const std::string& text) { return gae::PopulationTypeNamed(gae::kBiparentalDesign, text); }
 
 std::string DefaultOutput(const std::string& file) {
   const std::size_t dot = file.rfind('.');
@@ -127,7 +112,7 @@ int RunImport(ImportOptions o) {
 }  // namespace
 
 void RegisterImportCommand(CLI::App& app, int& exit_code) {
-  auto* cmd = app.add_subcommand("import", "Write a MAP input file from data kept in another program's format");
+  auto* cmd = app.add_subcommand("import", "Write a map tool's input file from data kept in another program's format");
   cmd->require_subcommand(1);
   auto* rqtl = cmd->add_subcommand("rqtl", "An R/qtl csv cross file (read.cross format \"csv\") to a MAP input file");
   static ImportOptions o;
@@ -143,6 +128,7 @@ void RegisterImportCommand(CLI::App& app, int& exit_code) {
       ->check(CLI::Range(1, 3))
       ->capture_default_str();
   rqtl->callback([&exit_code] { exit_code = RunImport(o); });
+  RegisterImportVcf(*cmd, exit_code);
 }
 
 }  // namespace gaecli

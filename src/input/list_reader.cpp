@@ -36,7 +36,11 @@ bool InputFile::Open(const std::string& path) {
   if (path.empty() || ::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return false;
   std::ifstream in(path, std::ios::binary);
   if (!in) return false;
-  text_.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  // One read of the size the file has, then whatever it has grown by since.
+  text_.resize(static_cast<std::size_t>(info.st_size));
+  in.read(text_.data(), static_cast<std::streamsize>(text_.size()));
+  text_.resize(static_cast<std::size_t>(in.gcount()));
+  if (!in.eof() && !in.bad()) text_.append(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
   if (in.bad()) {
     text_.clear();
     return false;

@@ -1,6 +1,8 @@
 #include "vocabulary/population.h"
 
+#include <cctype>
 #include <iterator>
+#include <string>
 
 namespace gae {
 
@@ -35,6 +37,33 @@ std::string_view PopulationName(int32_t design, int population_type) {
     case kClonalDesign: return pick(kClonal);
     case kFourWayDesign: case kEightWayDesign: return pick(kPureLines);
     default: return {};
+  }
+}
+
+namespace {
+
+bool SameLetters(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i)
+    if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
+      return false;
+  return true;
+}
+
+}  // namespace
+
+int PopulationTypeNamed(int32_t design, std::string_view text) {
+  for (int type = 1;; ++type) {
+    const std::string_view name = PopulationName(design, type);
+    if (name.empty()) return 0;
+    if (text == std::to_string(type)) return type;
+    for (std::size_t at = 0;;) {
+      const std::size_t next = name.find(" or ", at);
+      if (SameLetters(text, name.substr(at, next == std::string_view::npos ? next : next - at))) return type;
+      if (next == std::string_view::npos) break;
+      at = next + 4;
+    }
+    if (SameLetters(text, name)) return type;
   }
 }
 

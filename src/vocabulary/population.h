@@ -30,6 +30,11 @@ bool SelfedGeneration(int population_type);
 // designs take the pure-line types 1 to 4.
 std::string_view PopulationName(int32_t design, int population_type);
 
+// The population type that `text` names within a design: its number or its name as above, in
+// any case ("f2", "7"); a name with alternatives ("RIL or F1RIL") answers to either word. 0 when
+// the design has no such type.
+int PopulationTypeNamed(int32_t design, std::string_view text);
+
 // Founders of a pure-line population type: 4 for types 1 and 2 (4PDH, 4PRIL), 8 for types 3
 // and 4 (8PDH, 8PRIL), 0 for any other type.
 int PureLineFounders(int population_type);
