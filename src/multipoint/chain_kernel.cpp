@@ -23,8 +23,9 @@ void AddExpected(const double* a, const double* t, const double* w, double* sum)
       z += x[s * S + u];
     }
   if (!(z > 0)) return;
+  const double inv = 1.0 / z;
   for (int s = 0; s < S; ++s)
-    for (int u = 0; u < S; ++u) sum[s * kMaxChainStates + u] += x[s * S + u] / z;
+    for (int u = 0; u < S; ++u) sum[s * kMaxChainStates + u] += x[s * S + u] * inv;
 }
 
 template <int S>
@@ -70,17 +71,17 @@ double RunTyped(const RunInput& in, const ChainVectors& out, RunSums* sums) {
     double* al = out.alpha_log + i * out.stride;
     double* b = out.beta + i * out.stride * S;
     double* bl = out.beta_log + i * out.stride;
-    // Forward.
+    // Forward. Without kept logs the scales are multiplied and their log taken at the end.
+    double log_sum = has_left ? left_log : 0.0;
+    double scale = 1.0;
     for (int j = 0; j < k; ++j) {
       const double* e = emission(in.markers[j], i);
       double v[S];
-      double base = 0;
       if (j == 0 && !has_left) {
         for (int t = 0; t < S; ++t) v[t] = g.design.initial[t] * e[t];
       } else {
         const double* prev = j == 0 ? lv : a + (j - 1) * S;
         const double* t_m = j == 0 ? first_t : inner_t + (j - 1) * kMatrixSize;
-        base = j == 0 ? left_log : al[j - 1];
         for (int t = 0; t < S; ++t) {
           double x = 0;
           for (int s = 0; s < S; ++s) x += prev[s] * t_m[s * kMaxChainStates + t];
@@ -89,9 +90,31 @@ double RunTyped(const RunInput& in, const ChainVectors& out, RunSums* sums) {
       }
       double c = 0;
       for (int t = 0; t < S; ++t) c += v[t];
-      for (int t = 0; t < S; ++t) a[j * S + t] = v[t] / c;
-      al[j] = base + std::log(c);
+      const double inv = 1.0 / c;
+      for (int t = 0; t < S; ++t) a[j * S + t] = v[t] * inv;
+      if (in.keep_logs) {
+        log_sum += std::log(c);
+        al[j] = log_sum;
+      } else {
+        scale *= c;
+        if (scale < 1e-250) {
+          log_sum += std::log(scale);
+          scale = 1.0;
+        }
+      }
     }
+    double likelihood = in.keep_logs ? log_sum : log_sum + std::log(scale);
+    if (has_right) {
+      double z = 0;
+      for (int s = 0; s < S; ++s) {
+        double x = 0;
+        for (int t = 0; t < S; ++t) x += last_t[s * kMaxChainStates + t] * rw[t];
+        z += a[(k - 1) * S + s] * x;
+      }
+      likelihood += std::log(z) + right_log;
+    }
+    total += likelihood;
+    if (sums == nullptr && !in.keep_logs) continue;
     // Backward.
     for (int j = k - 1; j >= 0; --j) {
       double v[S];
@@ -109,7 +132,7 @@ double RunTyped(const RunInput& in, const ChainVectors& out, RunSums* sums) {
           const double* e = emission(in.markers[j + 1], i);
           for (int t = 0; t < S; ++t) w[t] = e[t] * b[(j + 1) * S + t];
           t_m = inner_t + j * kMatrixSize;
-          base = bl[j + 1];
+          if (in.keep_logs) base = bl[j + 1];
         }
         for (int s = 0; s < S; ++s) {
           double x = 0;
@@ -119,12 +142,10 @@ double RunTyped(const RunInput& in, const ChainVectors& out, RunSums* sums) {
       }
       double c = 0;
       for (int s = 0; s < S; ++s) c += v[s];
-      for (int s = 0; s < S; ++s) b[j * S + s] = v[s] / c;
-      bl[j] = base + std::log(c);
+      const double inv = 1.0 / c;
+      for (int s = 0; s < S; ++s) b[j * S + s] = v[s] * inv;
+      if (in.keep_logs) bl[j] = base + std::log(c);
     }
-    double z = 0;
-    for (int s = 0; s < S; ++s) z += a[s] * b[s];
-    total += al[0] + bl[0] + std::log(z);
     if (sums == nullptr) continue;
     double* ex = sums->expected.data();
     double w[S];

@@ -47,6 +47,9 @@ struct RunInput {
   // (if any), between the run's markers, out to the right boundary (if any).
   const double* transitions = nullptr;
   RunBoundary left, right;
+  // Whether the log scales of each position are written; a score that only needs the
+  // likelihood (and EM sums) skips them.
+  bool keep_logs = true;
 };
 
 // What EM needs from a pass: expected transition counts per interval (kMatrixSize blocks, in

@@ -16,7 +16,7 @@ struct MultipointOptions {
   int max_em_iterations = 200;
   double tolerance = 1e-6;           // EM stops when a round gains less than this share of |ln L|
   bool polish_order = true;
-  int reach = 5;                     // places a marker may move either way in one polishing move
+  int reach = 4;                     // places a marker may move either way in one polishing move
   int window = 3;                    // neighbouring markers permuted together while polishing
   double min_link_lod = 2.0;         // a marker whose place in the chain is worth less leaves it
   double suspect_posterior = 0.3;    // a call whose class has less posterior chance is suspect

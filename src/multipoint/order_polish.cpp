@@ -16,9 +16,13 @@ class Sweep {
     for (int p = 0; p < m_; ++p) position_of_[st.order[p]] = p;
   }
 
-  int Run() {
+  // Positions whose moves are tried; empty tries all. Returns the moves taken; `touched` gets
+  // the positions each move changed.
+  int Run(const std::vector<bool>& wanted, std::vector<bool>& touched) {
     int moves = 0;
+    touched.assign(m_, false);
     for (int p = 0; p < m_; ++p) {
+      if (!wanted.empty() && !wanted[p]) continue;
       ExtendForward(p - 1);
       best_.log_likelihood = st_.log_likelihood + set_.min_gain;
       found_ = false;
@@ -26,7 +30,10 @@ class Sweep {
       TryWindows(p);
       if (!found_) continue;
       ApplyWindow(calls_, st_, best_);
-      for (int q = best_.first; q <= best_.last; ++q) position_of_[st_.order[q]] = q;
+      for (int q = best_.first; q <= best_.last; ++q) {
+        position_of_[st_.order[q]] = q;
+        touched[q] = true;
+      }
       alpha_valid_ = best_.last;
       ++moves;
     }
@@ -61,7 +68,7 @@ class Sweep {
     WindowMove mv;
     const int32_t x = st_.order[p];
     for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
-      if (q == p) continue;
+      if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
       mv.first = std::min(p, q);
       mv.last = std::max(p, q);
       mv.markers.clear();
@@ -85,11 +92,23 @@ class Sweep {
     const std::vector<int32_t> current = perm;
     std::sort(perm.begin(), perm.end());
     do {
-      if (perm == current) continue;
-      // A reversed window is the same arrangement seen from the other end only inside; keep it.
+      if (OneMarkerMoved(current, perm)) continue;  // the reinsertions try those
       mv.markers = perm;
       Consider(mv);
     } while (std::next_permutation(perm.begin(), perm.end()));
+  }
+
+  // Whether `b` is `a` with at most one marker moved.
+  static bool OneMarkerMoved(const std::vector<int32_t>& a, const std::vector<int32_t>& b) {
+    for (int32_t x : a) {
+      std::vector<int32_t> ra, rb;
+      for (int32_t y : a)
+        if (y != x) ra.push_back(y);
+      for (int32_t y : b)
+        if (y != x) rb.push_back(y);
+      if (ra == rb) return true;
+    }
+    return false;
   }
 
   const GroupCalls& calls_;
@@ -109,13 +128,22 @@ class Sweep {
 PolishReport PolishOrder(const GroupCalls& calls, ChainState& st, const FitSettings& fit,
                          const PolishSettings& settings) {
   PolishReport report;
-  if (st.order.size() < 3) return report;
+  const int m = static_cast<int>(st.order.size());
+  if (m < 3) return report;
+  // After the first sweep only the neighbourhoods of the last sweep's moves are tried again:
+  // elsewhere the refit moves the frequencies too little to change a verdict.
+  std::vector<bool> wanted, touched;
+  const int near = settings.reach + settings.window;
   while (report.sweeps < settings.max_sweeps) {
     ++report.sweeps;
-    const int moves = Sweep(calls, st, fit, settings).Run();
+    const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched);
     report.moves += moves;
     if (moves == 0) break;
     FitChain(calls, st, fit);
+    wanted.assign(m, false);
+    for (int p = 0; p < m; ++p)
+      if (touched[p])
+        for (int q = std::max(0, p - near); q <= std::min(m - 1, p + near); ++q) wanted[q] = true;
   }
   return report;
 }

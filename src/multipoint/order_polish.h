@@ -2,8 +2,9 @@
 // order; at each position every marker is tried at each place within a reach of its own, and
 // each window of neighbouring markers in every arrangement, each move scored from the cached
 // vectors around it; the best move that raises the likelihood is taken at once. Between sweeps
-// the frequencies and the error rate are fitted again over the whole chromosome; sweeps stop
-// when one finds nothing.
+// the frequencies and the error rate are fitted again over the whole chromosome, and the next
+// sweep tries only the neighbourhoods of the last one's moves; sweeps stop when one finds
+// nothing.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +14,9 @@
 namespace gae {
 
 struct PolishSettings {
-  int reach = 5;         // positions a marker may travel in one move, either way
+  int reach = 4;         // positions a marker may travel in one move, either way
   int window = 3;        // markers permuted together
-  int em_rounds = 3;     // EM rounds fitting a move's intervals
+  int em_rounds = 1;     // EM rounds fitting a move's intervals (from the neighbours' sums)
   int max_sweeps = 10;
   double min_gain = 1e-3;  // natural-log gain a move must bring
 };

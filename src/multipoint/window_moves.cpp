@@ -62,7 +62,8 @@ void ScoreWindow(const GroupCalls& calls, const ChainState& st, const std::vecto
   w.beta_log.resize(cells);
   w.transitions.resize(static_cast<std::size_t>(intervals) * kMatrixSize);
   const ChainVectors out{w.alpha.data(), w.alpha_log.data(), w.beta.data(), w.beta_log.data(), k};
-  const RunInput in = WindowInput(calls, st, mv, w.transitions.data());
+  RunInput in = WindowInput(calls, st, mv, w.transitions.data());
+  in.keep_logs = false;
   for (int round = 0;; ++round) {
     for (int j = 0; j < intervals; ++j) TransitionMatrix(calls.design, mv.rf[j], &w.transitions[j * kMatrixSize]);
     const bool last = round == em_rounds;
