@@ -66,6 +66,7 @@ MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_indiv
     PolishSettings polish;
     polish.reach = options.reach;
     polish.window = options.window;
+    polish.em_rounds = options.polish_em_rounds;
     map.polish_moves = PolishOrder(calls, st, fit, polish).moves;
   }
   // Markers that the chain gains nothing from leave the group, and the rest is fitted again.

@@ -14,9 +14,12 @@ double GuessFrequency(const ChainState& st, const std::vector<int>& position_of,
                       double max_rf) {
   int a = position_of[x], b = position_of[y];
   if (a > b) std::swap(a, b);
+  // EM cannot leave a frequency of 0 (no recombinant is then expected), so a fitted 0 starts
+  // a little above it.
+  constexpr double kLeastStart = 0.01;
   double sum = 0;
   for (int k = a; k < b; ++k) sum += st.rf[k];
-  return std::min(sum, max_rf);
+  return std::clamp(sum, std::min(kLeastStart, max_rf), max_rf);
 }
 
 namespace {

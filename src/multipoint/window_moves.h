@@ -31,7 +31,7 @@ struct WindowScratch {
 int WindowIntervals(int first, int last, int content, int m);
 
 // A starting frequency for two markers made neighbours: the sum of the current frequencies
-// between them (capped), or the current one if they already are neighbours.
+// between them (the current one if they already are neighbours), kept off 0 and capped.
 double GuessFrequency(const ChainState& state, const std::vector<int>& position_of, int32_t x, int32_t y,
                       double max_rf);
 
