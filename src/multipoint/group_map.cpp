@@ -1,11 +1,13 @@
 #include "multipoint/group_map.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "multipoint/chain_fit.h"
 #include "multipoint/linkage_gain.h"
 #include "multipoint/order_polish.h"
+#include "multipoint/relocation.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {
@@ -16,7 +18,8 @@ constexpr double kStartFrequency = 0.05;
 
 FitSettings FitFrom(const MultipointOptions& o) {
   FitSettings f;
-  f.fixed_error = o.error_rate;
+  // A rate of exactly 0 would make a single wrong call impossible, and the likelihood with it.
+  if (o.error_rate) f.fixed_error = std::clamp(*o.error_rate, 1e-6, 0.5);
   f.max_iterations = o.max_em_iterations;
   f.tolerance = o.tolerance;
   return f;
@@ -61,16 +64,28 @@ MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_indiv
   }
   const FitSettings fit = FitFrom(options);
   ChainState st;
-  map.em_iterations = Fit(calls, st, start_order, options.error_rate.value_or(options.start_error_rate), fit);
+  map.em_iterations = Fit(calls, st, start_order, fit.fixed_error.value_or(options.start_error_rate), fit);
+  std::vector<double> gains;
   if (options.polish_order) {
     PolishSettings polish;
     polish.reach = options.reach;
     polish.window = options.window;
     polish.em_rounds = options.polish_em_rounds;
     map.polish_moves = PolishOrder(calls, st, fit, polish).moves;
+    // Markers stranded far from their place are put back before anything is dropped.
+    gains = LinkageGains(calls, st, fit.max_rf);
+    RelocationSettings relocation;
+    relocation.below_lod = options.relocate_lod;
+    const int relocated = RelocateStrays(calls, st, gains, fit, relocation);
+    if (relocated > 0) {
+      map.polish_moves += relocated;
+      map.em_iterations += FitChain(calls, st, fit);
+      map.polish_moves += PolishOrder(calls, st, fit, polish).moves;
+      gains.clear();
+    }
   }
   // Markers that the chain gains nothing from leave the group, and the rest is fitted again.
-  const std::vector<double> gains = LinkageGains(calls, st, fit.max_rf);
+  if (gains.empty()) gains = LinkageGains(calls, st, fit.max_rf);
   std::vector<int32_t> kept;
   for (std::size_t p = 0; p < st.order.size(); ++p) {
     if (st.order.size() > 1 && gains[p] < options.min_link_lod)

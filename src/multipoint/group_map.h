@@ -19,6 +19,7 @@ struct MultipointOptions {
   int reach = 4;                     // places a marker may move either way in one polishing move
   int window = 3;                    // neighbouring markers permuted together while polishing
   int polish_em_rounds = 1;          // EM rounds fitting the intervals of one move
+  double relocate_lod = 3.0;         // markers worth less where they stand are tried in every gap
   double min_link_lod = 2.0;         // a marker whose place in the chain is worth less leaves it
   double suspect_posterior = 0.3;    // a call whose class has less posterior chance is suspect
   double start_error_rate = 0.01;

@@ -50,14 +50,16 @@ RunInput WindowInput(const GroupCalls& calls, const ChainState& st, const Window
 }  // namespace
 
 void ScoreWindow(const GroupCalls& calls, const ChainState& st, const std::vector<int>& position_of, int em_rounds,
-                 double max_rf, WindowMove& mv, WindowScratch& w) {
+                 double max_rf, WindowMove& mv, WindowScratch& w, bool start_given) {
   const int m = static_cast<int>(st.order.size());
   const int s = calls.design.num_states;
   const int k = static_cast<int>(mv.markers.size());
   const int intervals = WindowIntervals(mv.first, mv.last, k, m);
-  const std::vector<int32_t> seq = WithNeighbours(st, mv);
-  mv.rf.resize(intervals);
-  for (int j = 0; j < intervals; ++j) mv.rf[j] = GuessFrequency(st, position_of, seq[j], seq[j + 1], max_rf);
+  if (!start_given) {
+    const std::vector<int32_t> seq = WithNeighbours(st, mv);
+    mv.rf.resize(intervals);
+    for (int j = 0; j < intervals; ++j) mv.rf[j] = GuessFrequency(st, position_of, seq[j], seq[j + 1], max_rf);
+  }
   const std::size_t cells = static_cast<std::size_t>(k) * calls.num_individuals;
   w.alpha.resize(cells * s);
   w.beta.resize(cells * s);

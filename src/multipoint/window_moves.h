@@ -35,10 +35,11 @@ int WindowIntervals(int first, int last, int content, int m);
 double GuessFrequency(const ChainState& state, const std::vector<int>& position_of, int32_t x, int32_t y,
                       double max_rf);
 
-// Fills move.rf (starting guesses) then fits and scores. Needs forward vectors valid at
-// first - 1 and backward vectors valid at last + 1.
+// Fills move.rf with starting guesses (unless `start_given`: then move.rf holds them), fits
+// and scores. Needs forward vectors valid at first - 1 and backward vectors valid at last + 1.
 void ScoreWindow(const GroupCalls& calls, const ChainState& state, const std::vector<int>& position_of,
-                 int em_rounds, double max_rf, WindowMove& move, WindowScratch& scratch);
+                 int em_rounds, double max_rf, WindowMove& move, WindowScratch& scratch,
+                 bool start_given = false);
 
 // Puts a scored move into the state and refreshes the vectors of the window; afterwards forward
 // vectors are valid up to `last` and backward vectors from `first`.

@@ -95,6 +95,28 @@ TEST(MultipointGroupMap, PolishRestoresShuffledOrdersAndNeverLosesLikelihood) {
   }
 }
 
+// Markers listed far from their place (out of reach of the local moves) go back beside their
+// neighbours instead of leaving the group; a dominant and a recessive marker too.
+TEST(MultipointGroupMap, StrayMarkersAreBroughtHome) {
+  BredGroupSpec spec;
+  spec.positions_cm = testing::EvenPositions(40, 2.0);
+  spec.individuals = 200;
+  spec.error_rate = 0.01;
+  spec.dominant_share = 0.3;
+  spec.recessive_share = 0.3;
+  spec.seed = 23;
+  const BredGroup bred = testing::BreedGroup(spec);
+  std::vector<int32_t> start;
+  for (int k = 0; k < 40; ++k)
+    if (k != 5 && k != 30) start.push_back(k);
+  start.push_back(5);
+  start.insert(start.begin(), 30);
+  const MultipointGroupMap map = MapGroupMultipoint(7, spec.individuals, bred.types, bred.categories, start, {});
+  EXPECT_TRUE(map.dropped.empty());
+  ASSERT_EQ(map.order.size(), 40u);
+  EXPECT_GT(std::fabs(testing::RankCorrelation(map.order)), 0.999);
+}
+
 // A marker of random calls in the middle links to nothing: it leaves the group, the rest keeps
 // finite, sensible intervals.
 TEST(MultipointGroupMap, MarkerOfNoiseIsDroppedAndNoIntervalIsUnlinked) {
