@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <thread>
 #include <vector>
 
 #include "multipoint/chain_fit.h"
@@ -150,6 +151,33 @@ TEST(MultipointGroupMap, SuspectCallsAreTheInjectedErrors) {
   ASSERT_GT(injected, 0);
   EXPECT_GE(static_cast<double>(hits) / injected, 0.8);
   EXPECT_GE(static_cast<double>(hits) / std::max<std::size_t>(1, map.suspects.size()), 0.8);
+}
+
+// Groups mapped on threads at once give what they give one after the other.
+TEST(MultipointGroupMap, GroupsMapOnThreadsAsTheyDoAlone) {
+  std::vector<BredGroup> groups;
+  for (int type : {7, 4}) {
+    BredGroupSpec spec;
+    spec.population_type = type;
+    spec.positions_cm = testing::EvenPositions(25, 3.0);
+    spec.individuals = 120;
+    spec.error_rate = 0.02;
+    groups.push_back(testing::BreedGroup(spec));
+  }
+  std::vector<int32_t> start = Identity(25);
+  std::swap(start[3], start[6]);
+  auto run = [&](int k) { return MapGroupMultipoint(k == 0 ? 7 : 4, 120, groups[k].types, groups[k].categories, start, {}); };
+  MultipointGroupMap on_thread[2];
+  std::thread a([&] { on_thread[0] = run(0); });
+  std::thread b([&] { on_thread[1] = run(1); });
+  a.join();
+  b.join();
+  for (int k = 0; k < 2; ++k) {
+    const MultipointGroupMap alone = run(k);
+    EXPECT_EQ(on_thread[k].order, alone.order);
+    EXPECT_EQ(on_thread[k].interval_rf, alone.interval_rf);
+    EXPECT_EQ(on_thread[k].log10_likelihood, alone.log10_likelihood);
+  }
 }
 
 }  // namespace
