@@ -21,7 +21,7 @@
 namespace {
 
 using gae::testing::BredGroup;
-using gae::testing::BredGroupSpec;
+using gae::testing::BredGroupPlan;
 
 std::vector<int32_t> Identity(int n) {
   std::vector<int32_t> v(n);
@@ -31,12 +31,12 @@ std::vector<int32_t> Identity(int n) {
 
 const BredGroup& LargeF2() {
   static const BredGroup group = [] {
-    BredGroupSpec spec;
-    spec.positions_cm = gae::testing::EvenPositions(2000, 0.1);
-    spec.individuals = 300;
-    spec.error_rate = 0.01;
-    spec.missing = 0.05;
-    return gae::testing::BreedGroup(spec);
+    BredGroupPlan plan;
+    plan.positions_cm = gae::testing::EvenPositions(2000, 0.1);
+    plan.individuals = 300;
+    plan.error_rate = 0.01;
+    plan.missing = 0.05;
+    return gae::testing::BreedGroup(plan);
   }();
   return group;
 }
@@ -77,26 +77,26 @@ void BM_MultipointQuality(benchmark::State& state) {
   int runs = 0;
   for (auto _ : state) {
     for (uint64_t seed = 1; seed <= 8; ++seed, ++runs) {
-      BredGroupSpec spec;
-      spec.population_type = type;
-      spec.positions_cm = gae::testing::EvenPositions(markers, 1.0);
-      spec.individuals = 200;
-      spec.error_rate = error;
-      spec.missing = 0.05;
-      spec.seed = seed;
-      spec.dominant_share = spec.recessive_share = mixed;
-      const BredGroup g = gae::testing::BreedGroup(spec);
+      BredGroupPlan plan;
+      plan.population_type = type;
+      plan.positions_cm = gae::testing::EvenPositions(markers, 1.0);
+      plan.individuals = 200;
+      plan.error_rate = error;
+      plan.missing = 0.05;
+      plan.seed = seed;
+      plan.dominant_share = plan.recessive_share = mixed;
+      const BredGroup g = gae::testing::BreedGroup(plan);
       std::vector<int32_t> start = Identity(markers);
       std::mt19937 rng(static_cast<unsigned>(seed));
       for (int k = 0; k + 4 <= markers; k += 4) std::shuffle(start.begin() + k, start.begin() + k + 4, rng);
       gae::MultipointOptions options;
       options.mapping_function = 2;
-      const auto map = gae::MapGroupMultipoint(type, spec.individuals, g.types, g.categories, start, options);
+      const auto map = gae::MapGroupMultipoint(type, plan.individuals, g.types, g.categories, start, options);
       ratio += map.positions_cm.back() / (markers - 1.0);
       worst_rank = std::min(worst_rank, std::fabs(gae::testing::RankCorrelation(map.order)));
       injected += static_cast<double>(std::count(g.wrong.begin(), g.wrong.end(), true));
       flagged += static_cast<double>(map.suspects.size());
-      for (const auto& s : map.suspects) hits += g.wrong[static_cast<std::size_t>(s.marker) * spec.individuals + s.individual];
+      for (const auto& s : map.suspects) hits += g.wrong[static_cast<std::size_t>(s.marker) * plan.individuals + s.individual];
     }
   }
   state.counters["length_ratio"] = ratio / runs;

@@ -136,15 +136,15 @@ TEST(MultipointChain, MeiosisChainsComposeIntervalsWithoutInterference) {
 TEST(MultipointChain, EmRoundsNeverLowerTheLikelihood) {
   for (int type : {1, 4, 7, 13, 19}) {
     SCOPED_TRACE(type);
-    testing::BredGroupSpec spec;
-    spec.population_type = type;
-    spec.positions_cm = testing::EvenPositions(12, 4.0);
-    spec.individuals = 150;
-    spec.error_rate = 0.02;
-    spec.missing = 0.1;
-    spec.dominant_share = MakeHmmDesign(type).num_classes == 3 ? 0.3 : 0.0;
-    const testing::BredGroup bred = testing::BreedGroup(spec);
-    const GroupCalls g = MakeGroupCalls(type, spec.individuals, bred.types, bred.categories);
+    testing::BredGroupPlan plan;
+    plan.population_type = type;
+    plan.positions_cm = testing::EvenPositions(12, 4.0);
+    plan.individuals = 150;
+    plan.error_rate = 0.02;
+    plan.missing = 0.1;
+    plan.dominant_share = MakeHmmDesign(type).num_classes == 3 ? 0.3 : 0.0;
+    const testing::BredGroup bred = testing::BreedGroup(plan);
+    const GroupCalls g = MakeGroupCalls(type, plan.individuals, bred.types, bred.categories);
     ChainState st;
     for (int k = 0; k < 12; ++k) st.order.push_back(k);
     st.rf.assign(11, 0.25);
@@ -163,15 +163,15 @@ TEST(MultipointChain, EmRoundsNeverLowerTheLikelihood) {
 // Every kind of window (at either end, inside, emptied) scores what a whole pass over the
 // changed chromosome gives.
 TEST(MultipointChain, WindowScoreEqualsTheWholeChromosomeRecomputed) {
-  testing::BredGroupSpec spec;
-  spec.positions_cm = testing::EvenPositions(9, 3.0);
-  spec.individuals = 80;
-  spec.error_rate = 0.02;
-  spec.missing = 0.1;
-  spec.dominant_share = 0.2;
-  spec.recessive_share = 0.2;
-  const testing::BredGroup bred = testing::BreedGroup(spec);
-  const GroupCalls g = MakeGroupCalls(7, spec.individuals, bred.types, bred.categories);
+  testing::BredGroupPlan plan;
+  plan.positions_cm = testing::EvenPositions(9, 3.0);
+  plan.individuals = 80;
+  plan.error_rate = 0.02;
+  plan.missing = 0.1;
+  plan.dominant_share = 0.2;
+  plan.recessive_share = 0.2;
+  const testing::BredGroup bred = testing::BreedGroup(plan);
+  const GroupCalls g = MakeGroupCalls(7, plan.individuals, bred.types, bred.categories);
   ChainState st;
   st.order = {0, 1, 2, 3, 4, 5, 6, 7, 8};
   st.rf.assign(8, 0.05);

@@ -19,7 +19,7 @@ namespace gae {
 namespace {
 
 using testing::BredGroup;
-using testing::BredGroupSpec;
+using testing::BredGroupPlan;
 
 std::vector<int32_t> Identity(int n) {
   std::vector<int32_t> v(n);
@@ -36,21 +36,21 @@ TEST(MultipointGroupMap, EmRecoversFrequenciesAndTheErrorRateOfBredPopulations) 
   };
   for (const Case& c : std::vector<Case>{{7, 0.02, 0.0}, {7, 0.01, 0.4}, {1, 0.03, 0.0}, {3, 0.01, 0.0}, {4, 0.02, 0.0}}) {
     SCOPED_TRACE(::testing::Message() << "type " << c.type << " error " << c.error);
-    BredGroupSpec spec;
-    spec.population_type = c.type;
-    spec.positions_cm = {0, 3, 10, 12, 25, 26, 40};
-    spec.individuals = 3000;
-    spec.error_rate = c.error;
-    spec.missing = 0.05;
-    spec.dominant_share = c.dominant;
-    const BredGroup bred = testing::BreedGroup(spec);
+    BredGroupPlan plan;
+    plan.population_type = c.type;
+    plan.positions_cm = {0, 3, 10, 12, 25, 26, 40};
+    plan.individuals = 3000;
+    plan.error_rate = c.error;
+    plan.missing = 0.05;
+    plan.dominant_share = c.dominant;
+    const BredGroup bred = testing::BreedGroup(plan);
     MultipointOptions options;
     options.polish_order = false;
     const MultipointGroupMap map =
-        MapGroupMultipoint(c.type, spec.individuals, bred.types, bred.categories, Identity(7), options);
+        MapGroupMultipoint(c.type, plan.individuals, bred.types, bred.categories, Identity(7), options);
     ASSERT_EQ(map.order, Identity(7));
     for (int k = 0; k < 6; ++k) {
-      const double truth = testing::HaldaneFrequency(spec.positions_cm[k + 1] - spec.positions_cm[k]);
+      const double truth = testing::HaldaneFrequency(plan.positions_cm[k + 1] - plan.positions_cm[k]);
       // About four standard errors of a frequency from 3000 individuals.
       EXPECT_NEAR(map.interval_rf[k], truth, 0.012 + 0.1 * truth) << "interval " << k;
     }
@@ -64,19 +64,19 @@ TEST(MultipointGroupMap, EmRecoversFrequenciesAndTheErrorRateOfBredPopulations) 
 TEST(MultipointGroupMap, PolishRestoresShuffledOrdersAndNeverLosesLikelihood) {
   for (int type : {7, 2, 4, 13}) {
     SCOPED_TRACE(type);
-    BredGroupSpec spec;
-    spec.population_type = type;
-    spec.positions_cm = testing::EvenPositions(30, 2.5);
-    spec.individuals = 250;
-    spec.error_rate = 0.01;
-    spec.missing = 0.05;
-    spec.seed = 5 + type;
-    const BredGroup bred = testing::BreedGroup(spec);
+    BredGroupPlan plan;
+    plan.population_type = type;
+    plan.positions_cm = testing::EvenPositions(30, 2.5);
+    plan.individuals = 250;
+    plan.error_rate = 0.01;
+    plan.missing = 0.05;
+    plan.seed = 5 + type;
+    const BredGroup bred = testing::BreedGroup(plan);
     std::vector<int32_t> start = Identity(30);
     for (int k = 0; k + 3 <= 30; k += 5) std::swap(start[k], start[k + 2]);
     std::swap(start[10], start[13]);
 
-    const GroupCalls calls = MakeGroupCalls(type, spec.individuals, bred.types, bred.categories);
+    const GroupCalls calls = MakeGroupCalls(type, plan.individuals, bred.types, bred.categories);
     ChainState st;
     st.order = start;
     st.rf.assign(29, 0.05);
@@ -99,20 +99,20 @@ TEST(MultipointGroupMap, PolishRestoresShuffledOrdersAndNeverLosesLikelihood) {
 // Markers listed far from their place (out of reach of the local moves) go back beside their
 // neighbours instead of leaving the group; a dominant and a recessive marker too.
 TEST(MultipointGroupMap, StrayMarkersAreBroughtHome) {
-  BredGroupSpec spec;
-  spec.positions_cm = testing::EvenPositions(40, 2.0);
-  spec.individuals = 200;
-  spec.error_rate = 0.01;
-  spec.dominant_share = 0.3;
-  spec.recessive_share = 0.3;
-  spec.seed = 23;
-  const BredGroup bred = testing::BreedGroup(spec);
+  BredGroupPlan plan;
+  plan.positions_cm = testing::EvenPositions(40, 2.0);
+  plan.individuals = 200;
+  plan.error_rate = 0.01;
+  plan.dominant_share = 0.3;
+  plan.recessive_share = 0.3;
+  plan.seed = 23;
+  const BredGroup bred = testing::BreedGroup(plan);
   std::vector<int32_t> start;
   for (int k = 0; k < 40; ++k)
     if (k != 5 && k != 30) start.push_back(k);
   start.push_back(5);
   start.insert(start.begin(), 30);
-  const MultipointGroupMap map = MapGroupMultipoint(7, spec.individuals, bred.types, bred.categories, start, {});
+  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, start, {});
   EXPECT_TRUE(map.dropped.empty());
   ASSERT_EQ(map.order.size(), 40u);
   EXPECT_GT(std::fabs(testing::RankCorrelation(map.order)), 0.999);
@@ -121,13 +121,13 @@ TEST(MultipointGroupMap, StrayMarkersAreBroughtHome) {
 // A marker of random calls in the middle links to nothing: it leaves the group, the rest keeps
 // finite, sensible intervals.
 TEST(MultipointGroupMap, MarkerOfNoiseIsDroppedAndNoIntervalIsUnlinked) {
-  BredGroupSpec spec;
-  spec.positions_cm = testing::EvenPositions(8, 5.0);
-  spec.individuals = 200;
-  BredGroup bred = testing::BreedGroup(spec);
+  BredGroupPlan plan;
+  plan.positions_cm = testing::EvenPositions(8, 5.0);
+  plan.individuals = 200;
+  BredGroup bred = testing::BreedGroup(plan);
   testing::Breeder noise({0.5}, 99);
-  for (int i = 0; i < spec.individuals; ++i) bred.types[4 * spec.individuals + i] = "AHB"[static_cast<int>(noise.Uniform() * 3)];
-  const MultipointGroupMap map = MapGroupMultipoint(7, spec.individuals, bred.types, bred.categories, Identity(8), {});
+  for (int i = 0; i < plan.individuals; ++i) bred.types[4 * plan.individuals + i] = "AHB"[static_cast<int>(noise.Uniform() * 3)];
+  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, Identity(8), {});
   EXPECT_EQ(map.dropped, std::vector<int32_t>{4});
   ASSERT_EQ(map.order.size(), 7u);
   for (double rf : map.interval_rf) EXPECT_LT(rf, 0.2);
@@ -137,17 +137,17 @@ TEST(MultipointGroupMap, MarkerOfNoiseIsDroppedAndNoIntervalIsUnlinked) {
 // 1% of the calls of a dense F2 made wrong: most suspects are injected errors and most
 // injected errors are suspects.
 TEST(MultipointGroupMap, SuspectCallsAreTheInjectedErrors) {
-  BredGroupSpec spec;
-  spec.positions_cm = testing::EvenPositions(60, 1.5);
-  spec.individuals = 200;
-  spec.error_rate = 0.01;
-  spec.missing = 0.05;
-  spec.seed = 17;
-  const BredGroup bred = testing::BreedGroup(spec);
-  const MultipointGroupMap map = MapGroupMultipoint(7, spec.individuals, bred.types, bred.categories, Identity(60), {});
+  BredGroupPlan plan;
+  plan.positions_cm = testing::EvenPositions(60, 1.5);
+  plan.individuals = 200;
+  plan.error_rate = 0.01;
+  plan.missing = 0.05;
+  plan.seed = 17;
+  const BredGroup bred = testing::BreedGroup(plan);
+  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, Identity(60), {});
   const long injected = std::count(bred.wrong.begin(), bred.wrong.end(), true);
   long hits = 0;
-  for (const SuspectCall& s : map.suspects) hits += bred.wrong[s.marker * spec.individuals + s.individual];
+  for (const SuspectCall& s : map.suspects) hits += bred.wrong[s.marker * plan.individuals + s.individual];
   ASSERT_GT(injected, 0);
   EXPECT_GE(static_cast<double>(hits) / injected, 0.8);
   EXPECT_GE(static_cast<double>(hits) / std::max<std::size_t>(1, map.suspects.size()), 0.8);
@@ -157,12 +157,12 @@ TEST(MultipointGroupMap, SuspectCallsAreTheInjectedErrors) {
 TEST(MultipointGroupMap, GroupsMapOnThreadsAsTheyDoAlone) {
   std::vector<BredGroup> groups;
   for (int type : {7, 4}) {
-    BredGroupSpec spec;
-    spec.population_type = type;
-    spec.positions_cm = testing::EvenPositions(25, 3.0);
-    spec.individuals = 120;
-    spec.error_rate = 0.02;
-    groups.push_back(testing::BreedGroup(spec));
+    BredGroupPlan plan;
+    plan.population_type = type;
+    plan.positions_cm = testing::EvenPositions(25, 3.0);
+    plan.individuals = 120;
+    plan.error_rate = 0.02;
+    groups.push_back(testing::BreedGroup(plan));
   }
   std::vector<int32_t> start = Identity(25);
   std::swap(start[3], start[6]);

@@ -28,29 +28,29 @@ std::string Shown(int type, int32_t category, char truth) {
 
 }  // namespace
 
-BredGroup BreedGroup(const BredGroupSpec& spec) {
-  Breeder breeder = Breeder::AtPositions(spec.positions_cm, spec.seed);
-  const int m = static_cast<int>(spec.positions_cm.size());
-  const int n = spec.individuals;
+BredGroup BreedGroup(const BredGroupPlan& plan) {
+  Breeder breeder = Breeder::AtPositions(plan.positions_cm, plan.seed);
+  const int m = static_cast<int>(plan.positions_cm.size());
+  const int n = plan.individuals;
   BredGroup g;
   g.categories.assign(m, 1);
   for (int k = 0; k < m; ++k) {
     const double u = breeder.Uniform();
-    if (u < spec.dominant_share) g.categories[k] = 12;
-    else if (u < spec.dominant_share + spec.recessive_share) g.categories[k] = 10;
+    if (u < plan.dominant_share) g.categories[k] = 12;
+    else if (u < plan.dominant_share + plan.recessive_share) g.categories[k] = 10;
   }
   g.types.assign(static_cast<std::size_t>(m) * n, 'X');
   g.wrong.assign(g.types.size(), false);
   g.truth.assign(g.types.size(), 'X');
   for (int i = 0; i < n; ++i) {
-    const Plant plant = breeder.Biparental(spec.population_type);
+    const Plant plant = breeder.Biparental(plan.population_type);
     for (int k = 0; k < m; ++k) {
       const std::size_t at = static_cast<std::size_t>(k) * n + i;
       const char truth = BiparentalLetter(plant, k);
       g.truth[at] = truth;
-      const std::string shown = Shown(spec.population_type, g.categories[k], truth);
-      if (breeder.Uniform() < spec.missing) continue;
-      if (breeder.Uniform() < spec.error_rate && shown.size() > 1) {
+      const std::string shown = Shown(plan.population_type, g.categories[k], truth);
+      if (breeder.Uniform() < plan.missing) continue;
+      if (breeder.Uniform() < plan.error_rate && shown.size() > 1) {
         g.types[at] = shown[1 + static_cast<int>(breeder.Uniform() * (shown.size() - 1))];
         g.wrong[at] = true;
       } else {

@@ -9,7 +9,7 @@
 
 namespace gae::testing {
 
-struct BredGroupSpec {
+struct BredGroupPlan {
   int population_type = 7;
   std::vector<double> positions_cm;
   int individuals = 200;
@@ -27,7 +27,7 @@ struct BredGroup {
   std::vector<char> truth;          // the true letter (A, H, B) of every call
 };
 
-BredGroup BreedGroup(const BredGroupSpec& spec);
+BredGroup BreedGroup(const BredGroupPlan& plan);
 
 // Positions `spacing` cM apart.
 std::vector<double> EvenPositions(int markers, double spacing_cm);
