@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "multipoint/chain_fit.h"
+#include "multipoint/hmm_design.h"
 #include "multipoint/linkage_gain.h"
 #include "multipoint/order_polish.h"
 #include "multipoint/relocation.h"
@@ -51,17 +52,29 @@ std::vector<SuspectCall> FindSuspects(const GroupCalls& calls, const ChainState&
   return out;
 }
 
+bool ValidInput(int32_t population_type, int32_t num_individuals, const std::vector<char>& types,
+                const std::vector<int32_t>& categories, const std::vector<int32_t>& start_order) {
+  if (MakeHmmDesign(population_type).num_states == 0 || num_individuals <= 0) return false;
+  if (types.size() != categories.size() * static_cast<std::size_t>(num_individuals)) return false;
+  std::vector<bool> seen(categories.size(), false);
+  for (int32_t m : start_order) {
+    if (m < 0 || static_cast<std::size_t>(m) >= categories.size() || seen[m]) return false;
+    seen[m] = true;
+  }
+  return true;
+}
+
 }  // namespace
 
 MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_individuals,
                                       const std::vector<char>& types, const std::vector<int32_t>& categories,
                                       const std::vector<int32_t>& start_order, const MultipointOptions& options) {
   MultipointGroupMap map;
-  const GroupCalls calls = MakeGroupCalls(population_type, num_individuals, types, categories);
-  if (calls.design.num_states == 0 || num_individuals <= 0) {
-    map.order = start_order;
+  if (!ValidInput(population_type, num_individuals, types, categories, start_order)) {
+    map.ok = false;
     return map;
   }
+  const GroupCalls calls = MakeGroupCalls(population_type, num_individuals, types, categories);
   const FitSettings fit = FitFrom(options);
   ChainState st;
   map.em_iterations = Fit(calls, st, start_order, fit.fixed_error.value_or(options.start_error_rate), fit);

@@ -41,11 +41,15 @@ struct MultipointGroupMap {
   std::vector<SuspectCall> suspects;
   int em_iterations = 0;
   int polish_moves = 0;
+  // False when the arguments do not fit together (an unknown population type, a types array of
+  // the wrong size, an order naming a marker twice or one the group does not have); the map is
+  // then empty.
+  bool ok = true;
 };
 
 // `types`: the reader's one-letter codes, marker-major (types[m * num_individuals + i]) for the
 // group's markers; `categories` per marker (1 codominant, 12 dominant, 10 recessive);
-// `start_order`: 0-based indices into the group's markers.
+// `start_order`: 0-based indices into the group's markers (markers it leaves out are not mapped).
 MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_individuals,
                                       const std::vector<char>& types, const std::vector<int32_t>& categories,
                                       const std::vector<int32_t>& start_order, const MultipointOptions& options);

@@ -18,7 +18,9 @@ double GapScore(const GroupCalls& calls, const ChainState& st, int32_t marker, i
   const int m = static_cast<int>(st.order.size());
   const int32_t n = calls.num_individuals;
   double t[kMatrixSize];
-  const double r = q >= 0 && q + 1 < m ? st.rf[q] : 0.0;
+  // Past either end the copy stands a modest distance off the last marker.
+  constexpr double kEndGap = 0.2;
+  const double r = q >= 0 && q + 1 < m ? st.rf[q] : kEndGap;
   TransitionMatrix(calls.design, 0.5 * (1.0 - std::sqrt(std::max(0.0, 1.0 - 2.0 * r))), t);
   const EmissionTable& ex = st.emissions[marker];
   double total = 0;

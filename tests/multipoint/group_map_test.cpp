@@ -153,6 +153,23 @@ TEST(MultipointGroupMap, SuspectCallsAreTheInjectedErrors) {
   EXPECT_GE(static_cast<double>(hits) / std::max<std::size_t>(1, map.suspects.size()), 0.8);
 }
 
+// Arguments that do not fit together give an empty map marked as such, never a crash.
+TEST(MultipointGroupMap, ArgumentsThatDoNotFitGiveNoMap) {
+  const std::vector<char> types(6, 'A');
+  const std::vector<int32_t> two = {1, 1};
+  struct Case {
+    int type, individuals;
+    std::vector<int32_t> categories, order;
+  };
+  for (const Case& c : std::vector<Case>{{21, 3, two, {0, 1}}, {7, 4, two, {0, 1}}, {7, 3, two, {0, 2}},
+                                         {7, 3, two, {1, 1}}, {7, 3, two, {-1}}, {7, 0, two, {0}}}) {
+    const MultipointGroupMap map = MapGroupMultipoint(c.type, c.individuals, types, c.categories, c.order, {});
+    EXPECT_FALSE(map.ok);
+    EXPECT_TRUE(map.order.empty());
+  }
+  EXPECT_TRUE(MapGroupMultipoint(7, 3, types, two, {1}, {}).ok);
+}
+
 // Groups mapped on threads at once give what they give one after the other.
 TEST(MultipointGroupMap, GroupsMapOnThreadsAsTheyDoAlone) {
   std::vector<BredGroup> groups;
