@@ -2,7 +2,8 @@
 // interference, so lengths are compared in Haldane's function).
 // Speed: one chromosome of 2,000 markers (0.1 cM apart) x 300 F2 plants, 1% errors, 5% missing:
 // distances in the true order, and the whole group map (fit, likelihood polish from a start
-// with every tenth pair of neighbours exchanged, linkage check, suspects).
+// with every tenth pair of neighbours exchanged, or with every marker shuffled among its
+// neighbours; relocation, linkage check, suspects).
 // Quality: 100 markers 1 cM apart x 200 individuals, eight seeds, start order shuffled inside
 // stretches of four: length over truth, rank correlation of the polished order, recall and
 // precision of the suspect calls.
@@ -53,10 +54,16 @@ void BM_MultipointDistances(benchmark::State& state) {
 }
 BENCHMARK(BM_MultipointDistances)->Unit(benchmark::kSecond)->Iterations(1);
 
+// Arg 0: every tenth pair of neighbours exchanged; 1: every marker shuffled inside its stretch
+// of four.
 void BM_MultipointPolish(benchmark::State& state) {
   const BredGroup& g = LargeF2();
   std::vector<int32_t> start = Identity(2000);
-  for (int k = 0; k + 1 < 2000; k += 10) std::swap(start[k], start[k + 1]);
+  std::mt19937 rng(3);
+  if (state.range(0) == 0)
+    for (int k = 0; k + 1 < 2000; k += 10) std::swap(start[k], start[k + 1]);
+  else
+    for (int k = 0; k + 4 <= 2000; k += 4) std::shuffle(start.begin() + k, start.begin() + k + 4, rng);
   for (auto _ : state) {
     const auto map = gae::MapGroupMultipoint(7, 300, g.types, g.categories, start, {});
     state.counters["moves"] = map.polish_moves;
@@ -64,7 +71,7 @@ void BM_MultipointPolish(benchmark::State& state) {
     state.counters["dropped"] = static_cast<double>(map.dropped.size());
   }
 }
-BENCHMARK(BM_MultipointPolish)->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK(BM_MultipointPolish)->Arg(0)->Arg(1)->Unit(benchmark::kSecond)->Iterations(1);
 
 // Args: population type, error rate in tenths of a percent, 1 for a third of the markers
 // dominant and a third recessive.
