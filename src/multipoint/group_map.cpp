@@ -1,0 +1,123 @@
+#include "multipoint/group_map.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "multipoint/chain_fit.h"
+#include "multipoint/hmm_design.h"
+#include "multipoint/linkage_gain.h"
+#include "multipoint/order_polish.h"
+#include "multipoint/relocation.h"
+#include "twopoint/mapping_function.h"
+
+namespace gae {
+
+namespace {
+
+constexpr double kStartFrequency = 0.05;
+
+FitSettings FitFrom(const MultipointOptions& o) {
+  FitSettings f;
+  // A rate of exactly 0 would make a single wrong call impossible, and the likelihood with it.
+  if (o.error_rate) f.fixed_error = std::clamp(*o.error_rate, 1e-6, 0.5);
+  f.max_iterations = o.max_em_iterations;
+  f.tolerance = o.tolerance;
+  return f;
+}
+
+int Fit(const GroupCalls& calls, ChainState& st, const std::vector<int32_t>& order, double error_rate,
+        const FitSettings& fit) {
+  st.order = order;
+  st.rf.assign(order.empty() ? 0 : order.size() - 1, kStartFrequency);
+  st.error_rate = error_rate;
+  return FitChain(calls, st, fit);
+}
+
+std::vector<SuspectCall> FindSuspects(const GroupCalls& calls, const ChainState& st, double threshold) {
+  std::vector<SuspectCall> out;
+  const std::vector<double> post = Posteriors(calls, st);
+  const int s = calls.design.num_states;
+  const std::size_t m = st.order.size();
+  for (int32_t i = 0; i < calls.num_individuals; ++i)
+    for (std::size_t p = 0; p < m; ++p) {
+      const int32_t marker = st.order[p];
+      const uint8_t code = calls.codes[static_cast<std::size_t>(marker) * calls.num_individuals + i];
+      if (code == kMissingCall) continue;
+      double agree = 0;
+      for (int u = 0; u < s; ++u)
+        if (CallMatches(code, calls.design.state_class[u])) agree += post[(i * m + p) * s + u];
+      if (agree < threshold) out.push_back({marker, i, agree});
+    }
+  return out;
+}
+
+bool ValidInput(int32_t population_type, int32_t num_individuals, const std::vector<char>& types,
+                const std::vector<int32_t>& categories, const std::vector<int32_t>& start_order) {
+  if (MakeHmmDesign(population_type).num_states == 0 || num_individuals <= 0) return false;
+  if (types.size() != categories.size() * static_cast<std::size_t>(num_individuals)) return false;
+  std::vector<bool> seen(categories.size(), false);
+  for (int32_t m : start_order) {
+    if (m < 0 || static_cast<std::size_t>(m) >= categories.size() || seen[m]) return false;
+    seen[m] = true;
+  }
+  return true;
+}
+
+}  // namespace
+
+MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_individuals,
+                                      const std::vector<char>& types, const std::vector<int32_t>& categories,
+                                      const std::vector<int32_t>& start_order, const MultipointOptions& options) {
+  MultipointGroupMap map;
+  if (!ValidInput(population_type, num_individuals, types, categories, start_order)) {
+    map.ok = false;
+    return map;
+  }
+  const GroupCalls calls = MakeGroupCalls(population_type, num_individuals, types, categories);
+  const FitSettings fit = FitFrom(options);
+  ChainState st;
+  map.em_iterations = Fit(calls, st, start_order, fit.fixed_error.value_or(options.start_error_rate), fit);
+  std::vector<double> gains;
+  if (options.polish_order) {
+    PolishSettings polish;
+    polish.reach = options.reach;
+    polish.window = options.window;
+    polish.em_rounds = options.polish_em_rounds;
+    map.polish_moves = PolishOrder(calls, st, fit, polish).moves;
+    // Markers stranded far from their place are put back before anything is dropped.
+    gains = LinkageGains(calls, st, fit.max_rf);
+    RelocationSettings relocation;
+    relocation.below_lod = options.relocate_lod;
+    const int relocated = RelocateStrays(calls, st, gains, fit, relocation);
+    if (relocated > 0) {
+      map.polish_moves += relocated;
+      map.em_iterations += FitChain(calls, st, fit);
+      map.polish_moves += PolishOrder(calls, st, fit, polish).moves;
+      gains.clear();
+    }
+  }
+  // Markers that the chain gains nothing from leave the group, and the rest is fitted again.
+  if (gains.empty()) gains = LinkageGains(calls, st, fit.max_rf);
+  std::vector<int32_t> kept;
+  for (std::size_t p = 0; p < st.order.size(); ++p) {
+    if (st.order.size() > 1 && gains[p] < options.min_link_lod)
+      map.dropped.push_back(st.order[p]);
+    else
+      kept.push_back(st.order[p]);
+  }
+  if (!map.dropped.empty()) map.em_iterations += Fit(calls, st, kept, st.error_rate, fit);
+
+  map.order = st.order;
+  map.interval_rf = st.rf;
+  map.error_rate = st.error_rate;
+  map.log10_likelihood = st.log_likelihood / std::numbers::ln10;
+  map.positions_cm.assign(st.order.size(), 0.0);
+  for (std::size_t k = 0; k < st.rf.size(); ++k)
+    map.positions_cm[k + 1] =
+        map.positions_cm[k] + MapRecToDistance(options.mapping_function, static_cast<float>(st.rf[k]));
+  map.suspects = FindSuspects(calls, st, options.suspect_posterior);
+  return map;
+}
+
+}  // namespace gae

@@ -1,0 +1,151 @@
+#include "multipoint/order_polish.h"
+
+#include <algorithm>
+
+#include "multipoint/window_moves.h"
+
+namespace gae {
+
+namespace {
+
+class Sweep {
+ public:
+  Sweep(const GroupCalls& calls, ChainState& st, const FitSettings& fit, const PolishSettings& set)
+      : calls_(calls), st_(st), fit_(fit), set_(set), m_(static_cast<int>(st.order.size())),
+        position_of_(calls.num_markers, -1) {
+    for (int p = 0; p < m_; ++p) position_of_[st.order[p]] = p;
+  }
+
+  // Positions whose moves are tried; empty tries all. Returns the moves taken; `touched` gets
+  // the positions each move changed.
+  int Run(const std::vector<bool>& wanted, std::vector<bool>& touched) {
+    int moves = 0;
+    touched.assign(m_, false);
+    for (int p = 0; p < m_; ++p) {
+      if (!wanted.empty() && !wanted[p]) continue;
+      ExtendForward(p - 1);
+      best_.log_likelihood = st_.log_likelihood + set_.min_gain;
+      found_ = false;
+      TryReinsertions(p);
+      TryWindows(p);
+      if (!found_) continue;
+      ApplyWindow(calls_, st_, best_);
+      for (int q = best_.first; q <= best_.last; ++q) {
+        position_of_[st_.order[q]] = q;
+        touched[q] = true;
+      }
+      alpha_valid_ = best_.last;
+      ++moves;
+    }
+    return moves;
+  }
+
+ private:
+  // Forward vectors past the last move are stale; refresh them up to `to` (backward vectors
+  // from the last move's start on are valid).
+  void ExtendForward(int to) {
+    if (to <= alpha_valid_) return;
+    WindowMove refresh;
+    refresh.first = alpha_valid_ + 1;
+    refresh.last = to;
+    refresh.markers.assign(st_.order.begin() + refresh.first, st_.order.begin() + to + 1);
+    const int first_interval = refresh.first > 0 ? refresh.first - 1 : 0;
+    refresh.rf.assign(st_.rf.begin() + first_interval,
+                      st_.rf.begin() + first_interval + WindowIntervals(refresh.first, to, to - refresh.first + 1, m_));
+    ApplyWindow(calls_, st_, refresh);
+    alpha_valid_ = to;
+  }
+
+  void Consider(WindowMove& mv) {
+    ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_);
+    if (mv.log_likelihood > best_.log_likelihood) {
+      best_ = mv;
+      found_ = true;
+    }
+  }
+
+  void TryReinsertions(int p) {
+    WindowMove mv;
+    const int32_t x = st_.order[p];
+    for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
+      if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
+      mv.first = std::min(p, q);
+      mv.last = std::max(p, q);
+      mv.markers.clear();
+      if (q > p) {
+        mv.markers.assign(st_.order.begin() + p + 1, st_.order.begin() + q + 1);
+        mv.markers.push_back(x);
+      } else {
+        mv.markers.push_back(x);
+        mv.markers.insert(mv.markers.end(), st_.order.begin() + q, st_.order.begin() + p);
+      }
+      Consider(mv);
+    }
+  }
+
+  void TryWindows(int p) {
+    if (set_.window < 3 || p + set_.window > m_) return;  // pairs are reinsertions already
+    WindowMove mv;
+    mv.first = p;
+    mv.last = p + set_.window - 1;
+    std::vector<int32_t> perm(st_.order.begin() + p, st_.order.begin() + p + set_.window);
+    const std::vector<int32_t> current = perm;
+    std::sort(perm.begin(), perm.end());
+    do {
+      if (OneMarkerMoved(current, perm)) continue;  // the reinsertions try those
+      mv.markers = perm;
+      Consider(mv);
+    } while (std::next_permutation(perm.begin(), perm.end()));
+  }
+
+  // Whether `b` is `a` with at most one marker moved.
+  static bool OneMarkerMoved(const std::vector<int32_t>& a, const std::vector<int32_t>& b) {
+    for (int32_t x : a) {
+      std::vector<int32_t> ra, rb;
+      for (int32_t y : a)
+        if (y != x) ra.push_back(y);
+      for (int32_t y : b)
+        if (y != x) rb.push_back(y);
+      if (ra == rb) return true;
+    }
+    return false;
+  }
+
+  const GroupCalls& calls_;
+  ChainState& st_;
+  const FitSettings& fit_;
+  const PolishSettings& set_;
+  int m_;
+  std::vector<int> position_of_;
+  int alpha_valid_ = 1 << 30;  // a fresh evaluation leaves every vector valid
+  WindowMove best_;
+  bool found_ = false;
+  WindowScratch scratch_;
+};
+
+}  // namespace
+
+PolishReport PolishOrder(const GroupCalls& calls, ChainState& st, const FitSettings& fit,
+                         const PolishSettings& settings) {
+  PolishReport report;
+  const int m = static_cast<int>(st.order.size());
+  if (m < 3) return report;
+  // After the first sweep only the neighbourhoods of the last sweep's moves are tried again:
+  // elsewhere the refit moves the frequencies too little to change a verdict.
+  std::vector<bool> wanted, touched;
+  const int near = settings.reach + settings.window;
+  while (report.sweeps < settings.max_sweeps) {
+    ++report.sweeps;
+    const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched);
+    report.moves += moves;
+    if (moves == 0) break;
+    FitChain(calls, st, fit);
+    wanted.assign(m, false);
+    for (int p = 0; p < m; ++p)
+      if (touched[p])
+        for (int q = std::max(0, p - near); q <= std::min(m - 1, p + near); ++q) wanted[q] = true;
+  }
+  return report;
+}
+
+}  // namespace gae
