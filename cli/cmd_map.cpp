@@ -47,6 +47,9 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                   "Grouping links a pair only if its recombination frequency is also below this (default 0.5; "
                   "with --front-end none, or 0.5 with --lod auto)")
       ->check(CLI::Range(0.0f, 1.0f));
+  cmd->add_option("--error-rate", o.error_rate,
+                  "Genotyping-error rate per call of the multipoint map (MAP files), fixed instead of estimated")
+      ->check(CLI::Range(0.0f, 0.5f));
   cmd->add_flag("--front-end", o.front_end,
                 "Run the front end's default sequence of the library's exports instead of gaengine's own pipeline: "
                 "the files the desktop program would write");

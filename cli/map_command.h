@@ -13,6 +13,7 @@ struct MapOptions {
   float max_rf = -1.0f;  // negative: not given
   bool plots = false, tsv = false, front_end = false;
   float min_lod = 3.0f;
+  float error_rate = -1.0f;  // negative: estimated from the data
 };
 
 // The tool of an input: --tool (MAP, CDM, PLM or CMP, any case), or without it the file's

@@ -36,6 +36,7 @@ gae::MapPipelineSettings SettingsOf(const MapOptions& o, const gae::ToolProfile&
   s.tool_code = tool.tool_code;
   if (!o.lod.empty() && o.lod != "auto") s.lod = lod;
   if (o.max_rf >= 0.0f) s.max_rf = o.max_rf;
+  if (o.error_rate >= 0.0f) s.error_rate = o.error_rate;
   s.fallback_lod = gae::ProfileOf(gae::MapTool::kMAP).defaults.threshold;
   s.ordering.tour = {d.ordering_method, d.ordering_by, d.ordering_option, StartsOr(d.ordering_param1),
                      d.ordering_param2};
@@ -102,7 +103,9 @@ void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const g
   std::snprintf(cap, sizeof cap, "; pairs link only below a frequency of %.2f", static_cast<double>(r.max_rf));
   std::printf("  Grouping          %s%s\n", r.lod_reason.c_str(), r.max_rf < 1.0f ? cap : "");
   if (!r.ordering_note.empty()) std::printf("  Ordering          %s\n", r.ordering_note.c_str());
-  if (r.error_rate) std::printf("  Error rate        %.4f per genotype call (estimated)\n", *r.error_rate);
+  if (r.error_rate)
+    std::printf("  Error rate        %.4f per genotype call (%s)\n", *r.error_rate,
+                r.error_rate_fixed ? "fixed by --error-rate" : "estimated");
   PrintGroups(r);
   std::printf("  Unlinked markers  %zu\n", r.unlinked.size());
   PrintNames("  Left their group ", r.dropped, r);

@@ -10,27 +10,14 @@
 
 #include "engine/order_group.h"
 #include "input/map_tool_reader.h"
+#include "multipoint/group_map.h"
 #include "twopoint/pair_table.h"
 #include "vocabulary/uniform_stream.h"
 
 namespace gae {
 
-// What a group's map holds, field for field what the multipoint engine returns, so that either
-// fills the pipeline's record.
-struct GroupLayout {
-  std::vector<int32_t> order;         // the group's markers (0-based) along the chromosome
-  std::vector<double> interval_rf;    // between order[k] and order[k + 1]
-  std::vector<double> positions_cm;   // from the first marker, by the run's mapping function
-  std::vector<int32_t> dropped;       // markers that link to nothing in the group
-  double error_rate = 0;              // per genotype call, when the method estimates it
-  double log10_likelihood = 0;
-  struct Suspect {
-    int32_t marker;      // 0-based in the group
-    int32_t individual;  // 0-based
-    double posterior;
-  };
-  std::vector<Suspect> suspects;
-};
+// A group's map, as the multipoint engine returns it; the two-point layout fills the same record.
+using GroupLayout = MultipointGroupMap;
 
 // How a group's start order is found: the tour search of the ordering stage and a ripple of
 // its result, or, for data with many dominant and recessive markers, the co-dominant markers

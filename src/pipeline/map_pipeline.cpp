@@ -67,6 +67,17 @@ GroupMapping MapOneGroup(const PairTable& pairs, const MapPipelineSettings& sett
   std::vector<int32_t> kinds;
   for (const int32_t m : markers) kinds.push_back(data.markers.categories[static_cast<size_t>(m - 1)]);
   const std::vector<int32_t> start = StartOrder(pairs, settings.ordering, markers, kinds, random, settings.log, framed);
+  // Bi-parental groups take their order and distances from the likelihood of all their markers
+  // at once, with an error model: two-point frequencies alone let each genotyping error add two
+  // crossovers and cannot tell how little a dominant and a recessive neighbour share.
+  if (settings.tool_code == kMapToolCode && markers.size() >= 2) {
+    MultipointOptions options;
+    options.error_rate = settings.error_rate;
+    options.mapping_function = data.mapping_function;
+    GroupLayout layout = MapGroupMultipoint(data.population_type, data.population_size, GroupGenotypes(data, markers),
+                                            kinds, start, options);
+    if (layout.ok) return {std::move(layout), "multipoint likelihood with an error model", true};
+  }
   return {GroupMapFromTwoPoint(pairs, data.mapping_function, markers, start),
           "two-point frequencies of neighbouring markers", false};
 }
@@ -80,6 +91,7 @@ struct PlacedGroups {
   std::string method;    // what made the groups' distances
   double error_sum = 0.0;  // estimated error rates weighed by the markers placed with them
   int64_t error_weight = 0;
+  std::vector<GenotypeCell> suspects;
 };
 
 PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
@@ -102,6 +114,8 @@ PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& sett
     }
     for (const int32_t k : layout.dropped) placed.dropped.push_back(markers[static_cast<size_t>(k)]);
     if (!layout.order.empty()) placed.group_size.push_back(static_cast<int32_t>(layout.order.size()));
+    for (const SuspectCall& call : layout.suspects)
+      placed.suspects.push_back({markers[static_cast<size_t>(call.marker)], call.individual});
     if (mapping.estimates_error_rate) {
       placed.error_sum += layout.error_rate * static_cast<double>(layout.order.size());
       placed.error_weight += static_cast<int64_t>(layout.order.size());
@@ -143,8 +157,12 @@ void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, cons
   const PlacedGroups placed = PlaceGroups(pairs, settings, data, map, random);
   record.ordering = settings.ordering;
   record.distances = placed.method;
-  if (placed.error_weight > 0) record.error_rate = placed.error_sum / static_cast<double>(placed.error_weight);
+  if (placed.error_weight > 0) {
+    record.error_rate = placed.error_sum / static_cast<double>(placed.error_weight);
+    record.error_rate_fixed = settings.error_rate.has_value();
+  }
   record.dropped = placed.dropped;
+  record.suspects = placed.suspects;
   if (settings.ordering.around_frame) {
     record.ordering_note = "co-dominant markers ordered first, the others placed where their pairs with them fit best";
     if (!placed.unframed.empty())

@@ -16,6 +16,7 @@
 #include "engine/order_group.h"
 #include "input/tool_codes.h"
 #include "pipeline/group_layout.h"
+#include "report/map_downstream.h"
 #include "report/tool_results.h"
 #include "vocabulary/uniform_stream.h"
 
@@ -30,6 +31,8 @@ struct MapPipelineSettings {
   std::optional<float> lod;
   float max_rf = 0.5f;
   float fallback_lod = 3.0f;
+  // The genotyping-error rate of the multipoint maps: estimated from the data when absent.
+  std::optional<double> error_rate;
   StartOrderOptions ordering;
   ResultSwitches switches{true, true, true, true};
   int threads = 1;  // for the pair estimates
@@ -86,7 +89,11 @@ struct MapPipelineRecord {
   std::vector<PipelineGroup> groups;  // groups of one marker included
   std::vector<int32_t> unlinked;      // 1-based, dropped markers included
   std::vector<int32_t> dropped;       // left their group: linked to nothing in it
-  std::optional<double> error_rate;   // per genotype call, when estimated
+  std::optional<double> error_rate;   // per genotype call, when the maps model errors
+  bool error_rate_fixed = false;      // given by the settings rather than estimated
+  // Calls the multipoint maps find unlikely given the whole chromosome (marker 1-based, individual
+  // 0-based): the corrected data set sets them to missing.
+  std::vector<GenotypeCell> suspects;
 
   // The results.
   int64_t genotypes_set_missing = 0;  // by the error scan, in the corrected data set

@@ -88,7 +88,8 @@ void WriteResults(const MapPipelineSettings& settings, MapToolInput& data, const
     FillLayout(data, map, group_names, layout);
     record.genotypes_set_missing = settings.tool_code == kPureLineToolCode
                                        ? WritePlmResults(layout, pairs, settings.switches, random, files)
-                                       : WriteMapResults(layout, pairs, settings.switches, random, files);
+                                       : WriteMapResults(layout, pairs, settings.switches, random, files,
+                                                                         record.error_rate ? &record.suspects : nullptr);
   }
   record.corrected_file = files.Stem() + CorrectedSuffix(settings.tool_code);
   record.files_written.insert(record.files_written.end(), files.Written().begin(), files.Written().end());

@@ -49,10 +49,34 @@ void WriteErrReport(const MapLayout& map, const LinkedData& data, const std::str
                                     data.input, corrected));
 }
 
+
+// The input genotypes with the suspect cells set to missing; `flagged` counts the calls that
+// were not missing already.
+std::string WithSuspectsMissing(const MapLayout& map, const LinkedData& data, const std::vector<GenotypeCell>& suspects,
+                                int64_t& flagged) {
+  std::vector<int64_t> row_of(static_cast<size_t>(map.num_markers) + 1, -1);
+  for (size_t k = 0; k < data.numbers.size(); ++k) row_of[static_cast<size_t>(data.numbers[k])] = static_cast<int64_t>(k);
+  std::string corrected = data.input;
+  flagged = 0;
+  for (const GenotypeCell& cell : suspects) {
+    if (cell.marker < 1 || cell.marker > map.num_markers || cell.individual < 0 ||
+        cell.individual >= map.num_individuals || row_of[static_cast<size_t>(cell.marker)] < 0)
+      continue;
+    char& call = corrected[static_cast<size_t>(row_of[static_cast<size_t>(cell.marker)] * map.num_individuals +
+                                               cell.individual)];
+    if (call != 'X') {
+      call = 'X';
+      ++flagged;
+    }
+  }
+  return corrected;
+}
+
 }  // namespace
 
+
 int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
-                                ResultFiles& files) {
+                                ResultFiles& files, const std::vector<GenotypeCell>* suspects) {
   const LinkedData data = Linked(map);
   if (write_qtl_files) {
     files.Write(".sdl", SdlText(data.record, data.input));
@@ -60,7 +84,8 @@ int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, Unif
     files.Write(".met", MetText(data.record, data.input));
   }
   int64_t flagged = 0;
-  const std::string corrected = Scanned(map, data, kBiparentalDesign, random, flagged);
+  const std::string corrected = suspects != nullptr ? WithSuspectsMissing(map, data, *suspects, flagged)
+                                                    : Scanned(map, data, kBiparentalDesign, random, flagged);
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals);
   files.Write("EC.map", EcMapText(data.record, corrected, lost));
   WriteErrReport(map, data, corrected, files);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "vocabulary/uniform_stream.h"
 #include "report/map_layout.h"
@@ -14,8 +15,15 @@ namespace gae {
 
 // Writes the .sdl, .bip and .met files when `write_qtl_files`, then scans, and writes the EC.map
 // and .err files, all through `files`. Returns the number of genotypes the scan set to missing.
+// With `suspects` (cells of the input genotypes, `marker` 1-based input number, `individual`
+// 0-based) the corrected data set sets exactly those calls to missing instead of scanning: a
+// multipoint map already weighed every call against the whole chromosome.
+struct GenotypeCell {
+  int32_t marker;
+  int32_t individual;
+};
 int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
-                                ResultFiles& files);
+                                ResultFiles& files, const std::vector<GenotypeCell>* suspects = nullptr);
 
 // The same for a four-way or eight-way pure-line map (`map.marker_class` holds the founder
 // patterns): .plq when `write_qtl_files`, then the scan with the pure-line tables, EC.plm and

@@ -15,10 +15,10 @@ void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs, const R
 }
 
 int64_t WriteMapResults(const MapLayout& map, const PairTable& pairs, const ResultSwitches& switches,
-                        UniformStream& random, ResultFiles& files) {
+                        UniformStream& random, ResultFiles& files, const std::vector<GenotypeCell>* suspects) {
   WriteSharedMapReports(map, pairs, switches, files);
   files.Write(".mtp", MtpReport(map));
-  return WriteMapDownstreamFiles(map, switches.qtl_files, random, files);
+  return WriteMapDownstreamFiles(map, switches.qtl_files, random, files, suspects);
 }
 
 int64_t WritePlmResults(const MapLayout& map, const PairTable& pairs, const ResultSwitches& switches,

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "vocabulary/uniform_stream.h"
+#include "report/map_downstream.h"
 #include "report/map_layout.h"
 #include "report/text_file.h"
 #include "twopoint/pair_table.h"
@@ -23,8 +24,9 @@ void WriteSharedMapReports(const MapLayout& map, const PairTable& pairs, const R
 
 // The shared reports, .mtp, then the error scan and its files (EC.map, .err; .sdl, .bip and
 // .met by the QTL switch). Returns the number of genotypes the scan set to missing.
+// With `suspects`, the corrected data set sets those calls to missing instead of scanning.
 int64_t WriteMapResults(const MapLayout& map, const PairTable& pairs, const ResultSwitches& switches,
-                        UniformStream& random, ResultFiles& files);
+                        UniformStream& random, ResultFiles& files, const std::vector<GenotypeCell>* suspects = nullptr);
 // The same for four-way and eight-way pure lines (EC.plm, .err; .plq by the QTL switch).
 int64_t WritePlmResults(const MapLayout& map, const PairTable& pairs, const ResultSwitches& switches,
                         UniformStream& random, ResultFiles& files);
