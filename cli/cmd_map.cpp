@@ -30,6 +30,7 @@
 #include "library_output.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
+#include "map_gates.h"
 #include "map_options.h"
 #include "map_summary_extras.h"
 #include "plot_sources.h"
@@ -183,6 +184,7 @@ void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerT
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), type);
   PrintRunSettings(file, facts.tool_code, facts.threshold, facts.default_lod, facts.starts, facts.pairs_computed);
   std::printf("  Markers read      %d\n", markers.num_markers);
+  for (const std::string& note : facts.notes) std::printf("  %s\n", note.c_str());
   PrintUninformative(markers);
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
@@ -273,8 +275,9 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
 struct MapOptions {
   std::string file, tool, lod, order = "default";
   float max_rf = -1.0f;
-  bool plots = false, tsv = false;
+  bool plots = false, tsv = false, force = false;
   float min_lod = 3.0f;
+  std::vector<std::string> switch_alleles;
 };
 
 int RunMap(const MapOptions& o) {
@@ -298,6 +301,8 @@ int RunMap(const MapOptions& o) {
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
+  std::vector<std::string> notes;
+  if (CheckBeforePairs(file, tool.tool_code, o.force, notes) != 0) return 1;
   if (const int status = run.check(file, markers); status != 0) {
     ExplainRefusal(file, tool.tool_code, status);
     return 1;
@@ -307,15 +312,19 @@ int RunMap(const MapOptions& o) {
   // them; only the grouping threshold of MAP and the number of random starts may be chosen on
   // the command line.
   const gae::StageDefaults& d = tool.defaults;
-  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty()};
+  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty(), {}};
   float& threshold = facts.threshold;
   std::string grouping_note;
   // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
   if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
   // The clonal and pure-line tools keep their own threshold, a recombination frequency.
   if (by_lod && !ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
+  if (CheckPairFile(file, tool.tool_code, markers, threshold, o.force, notes) != 0) return 1;
+  facts.notes = std::move(notes);
   LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
+  map.loci = gae::ReadLocusTableBeside(file);
+  for (int k = 0; k < markers.num_markers; ++k) map.marker_names.push_back(markers.Name(k));
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
@@ -401,6 +410,13 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                 "<stem>.pairs.tsv (marker, marker, frequency, LOD), tab-separated");
   cmd->add_option("--min-lod", o.min_lod, "Pairs in <stem>.pairs.tsv: only those of at least this LOD")
       ->capture_default_str();
+  cmd->add_flag("--force", o.force,
+                "Map even when the data fit another population type better, or alleles look switched");
+  cmd->add_option("--switch-alleles", o.switch_alleles,
+                  "Markers to map with their alleles the other way round (NAME,NAME,...): written to <stem>_sw.map, "
+                  "which is mapped")
+      ->delimiter(',')
+      ->allow_extra_args(false);
   cmd->callback([&exit_code] {
     const bool consensus = IsConsensus(o.file, o.tool);
     if (consensus && (!o.lod.empty() || o.order != "default" || o.max_rf >= 0.0f)) {
@@ -415,6 +431,13 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                    "random starts (--seed still chooses them)\n", gae::kConsensusStarts);
       exit_code = 2;
       return;
+    }
+    if (!consensus && !o.switch_alleles.empty()) {
+      o.file = WriteSwitchedCopy(o.file, o.switch_alleles);
+      if (o.file.empty()) {
+        exit_code = 1;
+        return;
+      }
     }
     exit_code = consensus ? RunConsensus(o.file) : RunMap(o);
     const std::string_view kind = consensus ? gae::ProfileOf(gae::MapTool::kCMP).letters : ToolOfFile(o.file, o.tool).Profile().letters;

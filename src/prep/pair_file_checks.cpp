@@ -1,0 +1,81 @@
+#include "prep/pair_file_checks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "twopoint/pairwise_frame.h"
+
+namespace gae {
+
+namespace {
+
+// The conflicts of the markers under `anchors` as they stand.
+std::vector<AnchorConflict> Conflicts(const PairTable& pairs, const std::vector<int32_t>& anchors, float threshold) {
+  std::vector<AnchorConflict> found;
+  const auto n = static_cast<int64_t>(anchors.size());
+  const int32_t groups = anchors.empty() ? 0 : *std::max_element(anchors.begin(), anchors.end());
+  std::vector<float> best(static_cast<std::size_t>(std::max(groups, 0)) + 1);
+  std::vector<int> partner(best.size());
+  for (int64_t i = 1; i <= n; ++i) {
+    const int32_t own = anchors[static_cast<std::size_t>(i - 1)];
+    if (own <= 0) continue;
+    std::fill(best.begin(), best.end(), 0.0f);
+    for (int64_t j = 1; j <= n; ++j) {
+      const int32_t group = anchors[static_cast<std::size_t>(j - 1)];
+      if (j == i || group <= 0) continue;
+      const float lod = -pairs.First(i, j);
+      if (!std::isnan(lod) && lod > best[static_cast<std::size_t>(group)]) {
+        best[static_cast<std::size_t>(group)] = lod;
+        partner[static_cast<std::size_t>(group)] = static_cast<int>(j);
+      }
+    }
+    const auto strongest = std::max_element(best.begin(), best.end()) - best.begin();
+    const float lod = best[static_cast<std::size_t>(strongest)];
+    if (strongest != own && lod > threshold && lod > best[static_cast<std::size_t>(own)])
+      found.push_back({static_cast<int>(i), own, static_cast<int32_t>(strongest), best[static_cast<std::size_t>(own)],
+                       lod, partner[static_cast<std::size_t>(strongest)]});
+  }
+  return found;
+}
+
+}  // namespace
+
+// A misplaced marker pulls the markers it links to into conflict with their own, right, group.
+// So the clearest case (the weakest link into its own group) is named first and freed, and the
+// rest judged again without it.
+std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<const int32_t> anchors,
+                                            float threshold) {
+  std::vector<int32_t> working(anchors.begin(), anchors.end());
+  std::vector<AnchorConflict> named;
+  for (;;) {
+    const std::vector<AnchorConflict> found = Conflicts(pairs, working, threshold);
+    if (found.empty()) break;
+    const auto clearest = std::min_element(found.begin(), found.end(), [](const AnchorConflict& a, const AnchorConflict& b) {
+      return a.lod_own - a.lod_other < b.lod_own - b.lod_other;
+    });
+    named.push_back(*clearest);
+    working[static_cast<std::size_t>(clearest->marker - 1)] = 0;
+  }
+  std::sort(named.begin(), named.end(), [](const AnchorConflict& a, const AnchorConflict& b) { return a.marker < b.marker; });
+  return named;
+}
+
+std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold) {
+  std::vector<std::pair<int, int>> high;
+  for (int64_t i = 2; i <= num_markers; ++i)
+    for (int64_t j = 1; j < i; ++j)
+      if (pairs.Second(i, j) > kHighFrequency && -pairs.First(i, j) > threshold) high.emplace_back(static_cast<int>(i), static_cast<int>(j));
+  std::vector<int> named;
+  std::vector<int> count(static_cast<std::size_t>(num_markers) + 1);
+  while (!high.empty()) {
+    std::fill(count.begin(), count.end(), 0);
+    for (const auto& [i, j] : high) ++count[static_cast<std::size_t>(i)], ++count[static_cast<std::size_t>(j)];
+    const int marker = static_cast<int>(std::max_element(count.begin(), count.end()) - count.begin());
+    named.push_back(marker);
+    std::erase_if(high, [marker](const std::pair<int, int>& p) { return p.first == marker || p.second == marker; });
+  }
+  return named;
+}
+
+}  // namespace gae

@@ -1,0 +1,34 @@
+// Checks of a finished pairwise file against what the input claims. Anchors tie markers to
+// groups before any pair is looked at, so a marker anchored to the wrong chromosome is mapped
+// there, far off its end; and a marker whose alleles were scored the other way round shows a
+// frequency near 1 with its neighbours, which no ordering can place. Both are found in the
+// pairs and named, on every run, whether the file was computed now or reused.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "twopoint/pair_table.h"
+
+namespace gae {
+
+struct AnchorConflict {
+  int marker = 0;               // 1-based
+  int32_t own = 0, other = 0;   // anchor groups
+  float lod_own = 0, lod_other = 0;  // the strongest link into each (0 when none)
+  int partner_other = 0;        // the marker of that strongest link into `other`, 1-based
+};
+
+// Markers anchored to one group whose strongest link of LOD above `threshold` goes to a marker
+// anchored to another group. `anchors`: one per marker, 0 for none.
+std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<const int32_t> anchors,
+                                            float threshold);
+
+// Markers whose alleles look switched: those that take part in pairs of a frequency above the
+// pair file's warning level and a LOD above `threshold` (a frequency near 1 on weak evidence
+// says nothing), the marker with the most such pairs named first, until every such pair has a
+// named marker. 1-based.
+std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold);
+
+}  // namespace gae
