@@ -31,6 +31,7 @@
 #include "lod_tree_view.h"
 #include "map_check.h"
 #include "map_gates.h"
+#include "trait_templates.h"
 #include "map_options.h"
 #include "map_summary_extras.h"
 #include "plot_sources.h"
@@ -368,6 +369,8 @@ int RunMap(const MapOptions& o) {
     return 1;
   }
   times.push_back({"reports and scan", clock.Lap()});
+  if (const std::string filled = FillQtlFiles(file); !filled.empty())
+    facts.notes.push_back(filled);
   if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),
                                [&](int marker) { return markers.Name(marker - 1); }, o.min_lod))
     return 1;

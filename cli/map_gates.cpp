@@ -102,7 +102,7 @@ int CheckPairFile(const std::string& file, int tool_code, const MarkerTable& mar
     list += (list.empty() ? "" : ",") + names.back();
   }
   const std::string words = "alleles look switched in " + NameList(names) +
-                            " (recombination frequencies above 0.9 at LOD above the threshold with other markers)";
+                            " (recombination frequencies above 0.5 at LOD above the threshold with linked markers)";
   if (!force) {
     std::fprintf(stderr, "%s: %s\n  hint: --switch-alleles %s maps them the other way round; --force maps as they are\n",
                  file.c_str(), words.c_str(), list.c_str());

@@ -50,7 +50,7 @@ void PrintFilesWritten(const std::string& stem, const std::vector<const char*>& 
   std::printf("\n");
   std::string templates;
   for (const char* suffix : {".bip", ".met"})
-    if (Exists(stem + suffix)) templates += " " + stem + suffix;
+    if (Exists(stem + suffix) && !Exists(stem + ".traits.tsv")) templates += " " + stem + suffix;
   if (!templates.empty())
     std::printf("  Templates        %s (add the phenotypes before a QTL run)\n", templates.c_str());
   if (num_mapped > kMatrixMarkers)

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "twopoint/pairwise_frame.h"
 
 namespace gae {
 
@@ -61,19 +60,33 @@ std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<co
   return named;
 }
 
+// A marker whose strongest link is to the recombinant side (a frequency above 1/2) is read as
+// switched; switching it turns the side of all its pairs, which can clear its neighbours, so the
+// clearest marker is named first and the rest judged again.
 std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold) {
-  std::vector<std::pair<int, int>> high;
-  for (int64_t i = 2; i <= num_markers; ++i)
-    for (int64_t j = 1; j < i; ++j)
-      if (pairs.Second(i, j) > kHighFrequency && -pairs.First(i, j) > threshold) high.emplace_back(static_cast<int>(i), static_cast<int>(j));
+  std::vector<bool> switched(static_cast<std::size_t>(num_markers) + 1, false);
   std::vector<int> named;
-  std::vector<int> count(static_cast<std::size_t>(num_markers) + 1);
-  while (!high.empty()) {
-    std::fill(count.begin(), count.end(), 0);
-    for (const auto& [i, j] : high) ++count[static_cast<std::size_t>(i)], ++count[static_cast<std::size_t>(j)];
-    const int marker = static_cast<int>(std::max_element(count.begin(), count.end()) - count.begin());
-    named.push_back(marker);
-    std::erase_if(high, [marker](const std::pair<int, int>& p) { return p.first == marker || p.second == marker; });
+  for (int64_t round = 0; round < num_markers; ++round) {
+    int best_marker = 0;
+    float best_margin = 0.0f;
+    for (int64_t i = 1; i <= num_markers; ++i) {
+      float parental = 0.0f, recombinant = 0.0f;
+      for (int64_t j = 1; j <= num_markers; ++j) {
+        if (j == i) continue;
+        const float lod = -pairs.First(i, j), rec = pairs.Second(i, j);
+        if (std::isnan(lod) || std::isnan(rec) || rec == 0.5f) continue;
+        const bool high = (rec > 0.5f) != (switched[static_cast<std::size_t>(i)] != switched[static_cast<std::size_t>(j)]);
+        float& side = high ? recombinant : parental;
+        side = std::max(side, lod);
+      }
+      if (recombinant > threshold && recombinant - parental > best_margin) {
+        best_margin = recombinant - parental;
+        best_marker = static_cast<int>(i);
+      }
+    }
+    if (best_marker == 0) break;
+    switched[static_cast<std::size_t>(best_marker)] = !switched[static_cast<std::size_t>(best_marker)];
+    named.push_back(best_marker);
   }
   return named;
 }

@@ -1,7 +1,7 @@
 // Checks of a finished pairwise file against what the input claims. Anchors tie markers to
 // groups before any pair is looked at, so a marker anchored to the wrong chromosome is mapped
 // there, far off its end; and a marker whose alleles were scored the other way round shows a
-// frequency near 1 with its neighbours, which no ordering can place. Both are found in the
+// frequency above 1/2 with its neighbours, which no ordering can place. Both are found in the
 // pairs and named, on every run, whether the file was computed now or reused.
 #pragma once
 
@@ -25,10 +25,9 @@ struct AnchorConflict {
 std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<const int32_t> anchors,
                                             float threshold);
 
-// Markers whose alleles look switched: those that take part in pairs of a frequency above the
-// pair file's warning level and a LOD above `threshold` (a frequency near 1 on weak evidence
-// says nothing), the marker with the most such pairs named first, until every such pair has a
-// named marker. 1-based.
+// Markers whose alleles look switched: those whose strongest link, of LOD above `threshold`,
+// shows more recombinants than parental types (a frequency above 1/2), named one at a time, the
+// clearest first, each judged as if the markers named before it were switched. 1-based.
 std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold);
 
 }  // namespace gae
