@@ -132,16 +132,53 @@ std::string CodesSeen(const Table& rows, const std::vector<std::size_t>& markers
   return Quoted(seen);
 }
 
+// The table in the plain layout, whichever layout the file has. The rotated layout starts with
+// a phenotype row: a name, then blanks where a marker row has its chromosome (and position),
+// then values. The plain layout's first row is all names.
+Table PlainTable(const std::string& text, char& separator, bool& rotated) {
+  Table rows = ReadTable(text, separator);
+  rotated = rows.size() >= 2 && rows[0].size() >= 2 && rows[0][1].text.empty() && !rows[1][0].text.empty();
+  return rotated ? Transposed(rows) : rows;
+}
+
 }  // namespace
+
+std::optional<RqtlCodes> InferRqtlCodes(const std::string& text) {
+  char separator = ',';
+  bool rotated = false;
+  const Table rows = PlainTable(text, separator, rotated);
+  if (rows.size() < 3) return std::nullopt;
+  std::vector<std::size_t> markers;
+  for (std::size_t c = 0; c < rows[0].size(); ++c)
+    if (!rows[1][c].text.empty()) markers.push_back(c);
+  std::vector<std::string> codes;
+  for (std::size_t r = 2; r < rows.size(); ++r)
+    for (const std::size_t c : markers) {
+      const std::string& code = rows[r][c].text;
+      if (code.empty() || code == "-" || code == "NA" || IsNumber(code)) continue;
+      if (std::find(codes.begin(), codes.end(), code) == codes.end()) codes.push_back(code);
+      if (codes.size() > 5) return std::nullopt;
+    }
+  // R/qtl writes the heterozygote as allele 1 then allele 2, the homozygotes doubled and the
+  // partial scores as "not" and a homozygote: one heterozygote of two letters tells all.
+  std::string het;
+  for (const std::string& code : codes)
+    if (code.size() == 2 && code[0] != code[1]) {
+      if (!het.empty()) return std::nullopt;
+      het = code;
+    }
+  if (het.empty()) return std::nullopt;
+  const std::string aa(2, het[0]), bb(2, het[1]);
+  const RqtlCodes inferred{aa, het, bb, "not " + bb, "not " + aa};
+  for (const std::string& code : codes)
+    if (std::find(inferred.begin(), inferred.end(), code) == inferred.end()) return std::nullopt;
+  return inferred;
+}
 
 bool ParseRqtlCsv(const std::string& text, const std::string& file, const RqtlCodes& codes, RqtlCross& out,
                   std::string& error) {
   out = RqtlCross{};
-  Table rows = ReadTable(text, out.separator);
-  // The rotated layout starts with a phenotype row: a name, then blanks where a marker row has
-  // its chromosome (and position), then values. The plain layout's first row is all names.
-  out.rotated = rows.size() >= 2 && rows[0].size() >= 2 && rows[0][1].text.empty() && !rows[1][0].text.empty();
-  if (out.rotated) rows = Transposed(rows);
+  Table rows = PlainTable(text, out.separator, out.rotated);
   if (rows.size() < 3) {
     error = file + ": an R/qtl csv file has a row of names, a row of chromosomes and a row per individual";
     return false;

@@ -40,6 +40,11 @@ using RqtlCodes = std::array<std::string, 5>;
 bool ParseRqtlCsv(const std::string& text, const std::string& file, const RqtlCodes& codes, RqtlCross& out,
                   std::string& error);
 
+// The codes of a file that R/qtl's write.cross wrote with its own allele names ("BB", "BA",
+// "not AA"): taken from its one heterozygote code. nullopt when the codes do not follow that
+// pattern.
+std::optional<RqtlCodes> InferRqtlCodes(const std::string& text);
+
 // The anchor of each marker: its chromosome's number in order of first appearance (with
 // `by_chromosome`), else 0 (free).
 std::vector<int> RqtlAnchors(const RqtlCross& cross, bool by_chromosome);

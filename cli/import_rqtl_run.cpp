@@ -37,7 +37,7 @@ struct ImportOptions {
   std::string file, out, pop;
   std::vector<std::string> genotypes{"A", "H", "B", "D", "C"};
   std::vector<std::string> switch_alleles;
-  bool anchors = false, keep_x = false, drop_bad = false, force = false;
+  bool anchors = false, keep_x = false, drop_bad = false, force = false, genotypes_given = false;
   int mapping_function = 1;
 };
 
@@ -115,8 +115,12 @@ bool HandleBadMarkers(RqtlCross& cross, int type, bool drop, const std::string& 
   }
   if (drop && (!refused.empty() || !single.empty())) {
     KeepMarkers(cross, [&](std::size_t m) { return !bad[m]; });
-    if (!refused.empty()) std::printf("  dropped %zu markers the MAP reader refuses: %s\n", refused.size(), NameList(refused).c_str());
-    if (!single.empty()) std::printf("  dropped %zu markers of one genotype class: %s\n", single.size(), NameList(single).c_str());
+    if (!refused.empty())
+      std::printf("  dropped %zu marker%s the MAP reader refuses: %s\n", refused.size(), refused.size() == 1 ? "" : "s",
+                  NameList(refused).c_str());
+    if (!single.empty())
+      std::printf("  dropped %zu marker%s of one genotype class: %s\n", single.size(), single.size() == 1 ? "" : "s",
+                  NameList(single).c_str());
   } else if (!single.empty()) {
     std::printf("  %zu markers show one genotype class and cannot be placed: %s (--drop-bad-markers leaves them out)\n",
                 single.size(), NameList(single).c_str());
@@ -186,12 +190,22 @@ int RunImport(ImportOptions o) {
   RqtlCross cross;
   std::string error;
   const RqtlCodes codes{o.genotypes[0], o.genotypes[1], o.genotypes[2], o.genotypes[3], o.genotypes[4]};
+  std::string codes_note;
   if (!ParseRqtlCsv(text.str(), o.file, codes, cross, error)) {
-    std::fprintf(stderr, "%s\n", error.c_str());
-    return 1;
+    // Codes left at their default: a file in R/qtl's own allele names is read by them.
+    const std::optional<RqtlCodes> inferred = o.genotypes_given ? std::nullopt : InferRqtlCodes(text.str());
+    std::string ignored;
+    if (!inferred || !ParseRqtlCsv(text.str(), o.file, *inferred, cross, ignored)) {
+      std::fprintf(stderr, "%s\n", error.c_str());
+      return 1;
+    }
+    const RqtlCodes& c = *inferred;
+    codes_note = "  genotype codes taken from the file: --genotypes " + c[0] + " " + c[1] + " " + c[2] + " \"" + c[3] +
+                 "\" \"" + c[4] + "\"\n";
   }
   std::printf("%s: R/qtl %s file, separated by %s\n", o.file.c_str(), cross.rotated ? "csvr (rotated)" : "csv",
               cross.separator == '\t' ? "tabs" : cross.separator == ';' ? "semicolons" : "commas");
+  std::printf("%s", codes_note.c_str());
   if (!cross.renamed.empty())
     std::printf("  names with blanks, which the MAP grammar splits, renamed: %s\n", NameList(cross.renamed, 5).c_str());
   LeaveOutX(cross, o.keep_x);
@@ -279,7 +293,10 @@ void RegisterRqtlImport(CLI::App& import, int& exit_code) {
   rqtl->add_option("--mapping-function", o.mapping_function, "1 Kosambi, 2 Haldane, 3 Morgan")
       ->check(CLI::Range(1, 3))
       ->capture_default_str();
-  rqtl->callback([&exit_code] { exit_code = RunImport(o); });
+  rqtl->callback([&exit_code, rqtl] {
+    o.genotypes_given = rqtl->count("--genotypes") > 0;
+    exit_code = RunImport(o);
+  });
 }
 
 }  // namespace gaecli

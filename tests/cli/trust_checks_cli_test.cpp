@@ -206,6 +206,16 @@ TEST_F(TrustChecks, NamesChromosomesTraitsAndTheXChromosomeAreKept) {
   EXPECT_THAT(ReadText("cross.bip"), HasSubstr("\nyield               10 10.25 10.5 10.75 11 "));
   r = GaengineErrApart("import rqtl cross.csv --pop f2 --keep-x -o withx.map");
   EXPECT_THAT(r.out, HasSubstr("18 markers"));
+  // A file in R/qtl's own allele names is read by them; --genotypes takes five codes and leaves
+  // the next option alone.
+  std::string named = "id,M1,M2,M3\n,1,1,1\n";
+  for (const char* row : {"1,BB,BA,AA", "2,BA,AA,BB", "3,AA,BB,BA", "4,BA,BA,BA", "5,BB,BA,AA", "6,BA,-,BA"})
+    named += std::string(row) + "\n";
+  WriteText("named.csv", named);
+  r = GaengineErrApart("import rqtl named.csv --pop f2 -o named.map");
+  ASSERT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_THAT(r.out, HasSubstr("--genotypes BB BA AA \"not AA\" \"not BB\""));
+  EXPECT_THAT(ReadText("named.map"), HasSubstr("\nM1" + std::string(34, ' ') + "A H B H A H\n"));
   // --genotypes takes five codes and leaves the next option alone.
   EXPECT_EQ(GaengineErrApart("import rqtl cross.csv --pop f2 --genotypes A H B D C --keep-x -o g.map").exit_code, 0);
 }

@@ -19,7 +19,9 @@ BredCross BreedCross(int type, int chromosomes, int per_chromosome, int individu
       for (std::size_t m = 0; m < positions.size(); ++m) letters[m] += BiparentalLetter(plant, static_cast<int>(m));
     }
     for (std::size_t m = 0; m < positions.size(); ++m) {
-      cross.names.push_back("C" + std::to_string(c) + "M" + std::to_string(m + 1));
+      std::string name = "C";
+      name.append(std::to_string(c)).append("M").append(std::to_string(m + 1));
+      cross.names.push_back(name);
       cross.chromosomes.push_back(std::to_string(c));
       cross.positions.push_back(positions[m]);
       cross.letters.push_back(letters[m]);
@@ -45,7 +47,9 @@ std::string RqtlText(const BredCross& cross, char separator, bool rotated) {
   for (std::size_t i = 0; i < cross.trait.size(); ++i) {
     char value[32];
     std::snprintf(value, sizeof value, "%.2f", cross.trait[i]);
-    std::vector<std::string> row{"ind" + std::to_string(i + 1), value};
+    std::string id = "ind";
+    id.append(std::to_string(i + 1));
+    std::vector<std::string> row{id, value};
     for (const std::string& letters : cross.letters) row.push_back(letters[i] == 'X' ? "-" : std::string(1, letters[i]));
     rows.push_back(row);
   }
