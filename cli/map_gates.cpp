@@ -84,10 +84,10 @@ int CheckPairFile(const std::string& file, int tool_code, const MarkerTable& mar
   if (!conflicts.empty()) {
     for (const gae::AnchorConflict& c : conflicts)
       std::fprintf(stderr,
-                   "%s: marker %s is anchored to group %d, but links to group %d (LOD %s with %s; its strongest "
-                   "link into group %d has LOD %s)\n",
+                   "%s: marker %s is anchored to group %d, but links to group %d (LOD %s with %s, %d markers above "
+                   "the threshold; in group %d %d markers, LOD %s at most)\n",
                    file.c_str(), markers.Name(c.marker - 1).c_str(), c.own, c.other, Lod(c.lod_other).c_str(),
-                   markers.Name(c.partner_other - 1).c_str(), c.own, Lod(c.lod_own).c_str());
+                   markers.Name(c.partner_other - 1).c_str(), c.links_other, c.own, c.links_own, Lod(c.lod_own).c_str());
     std::fprintf(stderr,
                  "  hint: anchors tie markers to groups whatever their pairs say; correct the marker's anchor in the "
                  "anchor section (0 frees it), or import without --anchors\n");

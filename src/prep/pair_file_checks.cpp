@@ -9,31 +9,34 @@ namespace gae {
 
 namespace {
 
-// The conflicts of the markers under `anchors` as they stand.
+// The conflicts of the markers under `anchors` as they stand. A group's claim on a marker is
+// the number of its markers linked above the threshold, so that a block of misplaced markers,
+// linked among themselves, still counts for little against the group they came from.
 std::vector<AnchorConflict> Conflicts(const PairTable& pairs, const std::vector<int32_t>& anchors, float threshold) {
   std::vector<AnchorConflict> found;
   const auto n = static_cast<int64_t>(anchors.size());
   const int32_t groups = anchors.empty() ? 0 : *std::max_element(anchors.begin(), anchors.end());
-  std::vector<float> best(static_cast<std::size_t>(std::max(groups, 0)) + 1);
-  std::vector<int> partner(best.size());
+  const std::size_t slots = static_cast<std::size_t>(std::max(groups, 0)) + 1;
+  std::vector<float> best(slots);
+  std::vector<int> partner(slots), links(slots);
   for (int64_t i = 1; i <= n; ++i) {
     const int32_t own = anchors[static_cast<std::size_t>(i - 1)];
     if (own <= 0) continue;
     std::fill(best.begin(), best.end(), 0.0f);
+    std::fill(links.begin(), links.end(), 0);
     for (int64_t j = 1; j <= n; ++j) {
-      const int32_t group = anchors[static_cast<std::size_t>(j - 1)];
-      if (j == i || group <= 0) continue;
+      const auto group = static_cast<std::size_t>(std::max(anchors[static_cast<std::size_t>(j - 1)], 0));
+      if (j == i || group == 0) continue;
       const float lod = -pairs.First(i, j);
-      if (!std::isnan(lod) && lod > best[static_cast<std::size_t>(group)]) {
-        best[static_cast<std::size_t>(group)] = lod;
-        partner[static_cast<std::size_t>(group)] = static_cast<int>(j);
-      }
+      if (std::isnan(lod)) continue;
+      links[group] += lod > threshold;
+      if (lod > best[group]) best[group] = lod, partner[group] = static_cast<int>(j);
     }
-    const auto strongest = std::max_element(best.begin(), best.end()) - best.begin();
-    const float lod = best[static_cast<std::size_t>(strongest)];
-    if (strongest != own && lod > threshold && lod > best[static_cast<std::size_t>(own)])
-      found.push_back({static_cast<int>(i), own, static_cast<int32_t>(strongest), best[static_cast<std::size_t>(own)],
-                       lod, partner[static_cast<std::size_t>(strongest)]});
+    const auto most = static_cast<std::size_t>(std::max_element(links.begin(), links.end()) - links.begin());
+    const auto mine = static_cast<std::size_t>(own);
+    if (most != mine && links[most] > links[mine])
+      found.push_back({static_cast<int>(i), own, static_cast<int32_t>(most), best[mine], best[most], partner[most],
+                       links[mine], links[most]});
   }
   return found;
 }
@@ -41,8 +44,8 @@ std::vector<AnchorConflict> Conflicts(const PairTable& pairs, const std::vector<
 }  // namespace
 
 // A misplaced marker pulls the markers it links to into conflict with their own, right, group.
-// So the clearest case (the weakest link into its own group) is named first and freed, and the
-// rest judged again without it.
+// So the clearest case (the fewest links into its own group against the other) is named first
+// and freed, and the rest judged again without it.
 std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<const int32_t> anchors,
                                             float threshold) {
   std::vector<int32_t> working(anchors.begin(), anchors.end());
@@ -51,7 +54,8 @@ std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<co
     const std::vector<AnchorConflict> found = Conflicts(pairs, working, threshold);
     if (found.empty()) break;
     const auto clearest = std::min_element(found.begin(), found.end(), [](const AnchorConflict& a, const AnchorConflict& b) {
-      return a.lod_own - a.lod_other < b.lod_own - b.lod_other;
+      const int by_links = (a.links_own - a.links_other) - (b.links_own - b.links_other);
+      return by_links != 0 ? by_links < 0 : a.lod_own - a.lod_other < b.lod_own - b.lod_other;
     });
     named.push_back(*clearest);
     working[static_cast<std::size_t>(clearest->marker - 1)] = 0;

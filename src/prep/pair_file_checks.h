@@ -18,10 +18,12 @@ struct AnchorConflict {
   int32_t own = 0, other = 0;   // anchor groups
   float lod_own = 0, lod_other = 0;  // the strongest link into each (0 when none)
   int partner_other = 0;        // the marker of that strongest link into `other`, 1-based
+  int links_own = 0, links_other = 0;  // markers of each group linked above the threshold
 };
 
-// Markers anchored to one group whose strongest link of LOD above `threshold` goes to a marker
-// anchored to another group. `anchors`: one per marker, 0 for none.
+// Markers anchored to one group that are linked above `threshold` to more markers of another
+// anchored group than of their own, named one at a time (each judged as if those named before
+// were free). `anchors`: one per marker, 0 for none.
 std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<const int32_t> anchors,
                                             float threshold);
 
