@@ -142,6 +142,22 @@ TEST_F(TrustChecks, TheFixesTheMessagesNameMapTheData) {
   EXPECT_THAT(r.out, HasSubstr("2 markers, 5 individuals"));
 }
 
+TEST_F(TrustChecks, ADistortedMarkerIsListedAndForceMapsAWrongDesignWithAWord) {
+  BredCross cross = BreedCross(7, 1, 8, 150, 61);
+  std::replace(cross.letters[2].begin(), cross.letters[2].end(), 'B', 'A');  // selection against P2
+  WriteText("skew.csv", RqtlText(cross));
+  ASSERT_EQ(GaengineErrApart("import rqtl skew.csv --pop f2 -o skew.map").exit_code, 0);
+  CommandRun r = GaengineErrApart("map --seed 1 skew.map");
+  ASSERT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_THAT(r.out, HasSubstr("  Distorted         1 (reject the 1:2:1 of an F2, p < 0.001): C1M3\n"));
+  WriteText("f2.csv", RqtlText(BreedCross(7, 1, 8, 150, 62)));
+  ASSERT_EQ(GaengineErrApart("import rqtl f2.csv --pop 4 --force -o ril.map").exit_code, 0);
+  EXPECT_EQ(GaengineErrApart("map ril.map").exit_code, 1);
+  r = GaengineErrApart("map --force ril.map");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_THAT(r.out, HasSubstr("  Design            mapped as declared (--force): "));
+}
+
 // Every layout of one cross writes the same MAP file, whose letters are the bred ones.
 TEST_F(TrustChecks, EveryLayoutOfOneCrossWritesTheSameMapFile) {
   const BredCross cross = BreedCross(7, 2, 6, 60, 41);
