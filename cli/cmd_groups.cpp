@@ -11,6 +11,7 @@
 #include "lod_tree_view.h"
 #include "frame/tool_profile.h"
 #include "map_check.h"
+#include "map_gates.h"
 #include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -22,10 +23,13 @@ struct GroupsOptions {
   std::string file;
   float from = 2.0f, to = 15.0f, step = 1.0f;
   int largest = 10;
+  bool force = false;
 };
 
 int RunGroups(const GroupsOptions& o) {
   MarkerTable markers;
+  std::vector<std::string> notes;  // the tree prints no summary: a distortion list is the map's
+  if (CheckBeforePairs(o.file, gae::ProfileOf(gae::MapTool::kMAP).tool_code, o.force, notes) != 0) return 1;
   if (const int status = CheckMapFile(o.file, markers); status != 0) {
     ExplainRefusal(o.file, gae::ProfileOf(gae::MapTool::kMAP).tool_code, status);
     return 1;
@@ -63,6 +67,7 @@ void RegisterGroupsCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("--to", options.to, "Highest LOD threshold")->capture_default_str();
   cmd->add_option("--step", options.step, "Step between thresholds")->capture_default_str()->check(CLI::PositiveNumber);
   cmd->add_option("--largest", options.largest, "How many of the largest group sizes to list")->capture_default_str();
+  cmd->add_flag("--force", options.force, "Build the tree even when the data fit another population type better");
   cmd->callback([&exit_code] { exit_code = RunGroups(options); });
 }
 

@@ -10,6 +10,7 @@
 #include "engine/order_group.h"
 #include "frame/tool_profile.h"
 #include "map_command.h"
+#include "map_gates.h"
 #include "run_settings.h"
 
 namespace gaecli {
@@ -60,6 +61,13 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                 "<stem>.pairs.tsv (marker, marker, frequency, LOD), tab-separated");
   cmd->add_option("--min-lod", o.min_lod, "Pairs in <stem>.pairs.tsv: only those of at least this LOD")
       ->capture_default_str();
+  cmd->add_flag("--force", o.force,
+                "Map even when the data fit another population type better, or alleles look switched");
+  cmd->add_option("--switch-alleles", o.switch_alleles,
+                  "Markers to map with their alleles the other way round (NAME,NAME,...): written to <stem>_sw.map, "
+                  "which is mapped")
+      ->delimiter(',')
+      ->allow_extra_args(false);
   cmd->callback([&exit_code] {
     const gae::ToolProfile& tool = InputTool(o.file, o.tool);
     const bool consensus = tool.id == gae::MapTool::kCMP;
@@ -75,6 +83,13 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                    "random starts (--seed still chooses them)\n", gae::kConsensusStarts);
       exit_code = 2;
       return;
+    }
+    if (!consensus && !o.switch_alleles.empty()) {
+      o.file = WriteSwitchedCopy(o.file, o.switch_alleles);
+      if (o.file.empty()) {
+        exit_code = 1;
+        return;
+      }
     }
     exit_code = consensus ? RunConsensus(o.file) : o.front_end ? RunFrontEndMap(o) : RunPipelineMap(o);
     if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, std::string(tool.letters));

@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "frame/tool_profile.h"
 #include "map_check.h"
+#include "map_gates.h"
 #include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -15,10 +16,16 @@ namespace gaecli {
 void RegisterPairsCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("pairs", "Check a MAP input file and compute its pairwise file");
   static std::string file;
-  static bool show_markers = false;
+  static bool show_markers = false, force = false;
   cmd->add_option("file", file, "MAP input file")->required();
   cmd->add_flag("--markers", show_markers, "Print the marker table");
+  cmd->add_flag("--force", force, "Compute the pairs even when the data fit another population type better");
   cmd->callback([&exit_code] {
+    std::vector<std::string> notes;  // no summary here: the map lists distorted markers
+    if (CheckBeforePairs(file, gae::ProfileOf(gae::MapTool::kMAP).tool_code, force, notes) != 0) {
+      exit_code = 1;
+      return;
+    }
     MarkerTable t;
     const int status = CheckMapFile(file, t);
     if (status != 0) {

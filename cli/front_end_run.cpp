@@ -22,6 +22,8 @@
 #include "library_output.h"
 #include "lod_tree_view.h"
 #include "map_check.h"
+#include "map_gates.h"
+#include "trait_templates.h"
 #include "map_command.h"
 #include "map_options.h"
 #include "map_summary_extras.h"
@@ -163,6 +165,7 @@ void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerT
   std::printf("  Pipeline          front end: the exports' default sequence, as the desktop program runs it\n");
   PrintRunSettings(file, facts.tool_code, facts.threshold, facts.default_lod, facts.starts, facts.pairs_computed);
   std::printf("  Markers read      %d\n", markers.num_markers);
+  for (const std::string& note : facts.notes) std::printf("  %s\n", note.c_str());
   PrintUninformative(markers);
   if (!grouping_note.empty()) std::printf("  Grouping          %s\n", grouping_note.c_str());
   const gae::MapModel& m = map.model;
@@ -273,6 +276,8 @@ int RunFrontEndMap(const MapOptions& o) {
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
+  std::vector<std::string> notes;
+  if (CheckBeforePairs(file, tool.tool_code, o.force, notes) != 0) return 1;
   if (const int status = run.check(file, markers); status != 0) {
     ExplainRefusal(file, tool.tool_code, status);
     return 1;
@@ -282,15 +287,19 @@ int RunFrontEndMap(const MapOptions& o) {
   // them; only the grouping threshold of MAP and the number of random starts may be chosen on
   // the command line.
   const gae::StageDefaults& d = tool.defaults;
-  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty()};
+  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty(), {}};
   float& threshold = facts.threshold;
   std::string grouping_note;
   // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
   if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
   // The clonal and pure-line tools keep their own threshold, a recombination frequency.
   if (by_lod && !ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
+  if (CheckPairFile(file, tool.tool_code, markers, threshold, o.force, notes) != 0) return 1;
+  facts.notes = std::move(notes);
   LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
+  map.loci = gae::ReadLocusTableBeside(file);
+  for (int k = 0; k < markers.num_markers; ++k) map.marker_names.push_back(markers.Name(k));
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
@@ -334,6 +343,7 @@ int RunFrontEndMap(const MapOptions& o) {
     return 1;
   }
   times.push_back({"reports and scan", clock.Lap()});
+  if (const std::string filled = FillQtlFiles(file); !filled.empty()) facts.notes.push_back(filled);
   if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),
                                [&](int marker) { return markers.Name(marker - 1); }, o.min_lod))
     return 1;

@@ -14,6 +14,8 @@ struct MapOptions {
   bool plots = false, tsv = false, front_end = false;
   float min_lod = 3.0f;
   float error_rate = -1.0f;  // negative: estimated from the data
+  bool force = false;        // map even when the data fit another design or alleles look switched
+  std::vector<std::string> switch_alleles;
 };
 
 // The tool of an input: --tool (MAP, CDM, PLM or CMP, any case), or without it the file's

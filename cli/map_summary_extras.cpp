@@ -53,7 +53,11 @@ void PrintFilesWritten(const std::string& stem, const std::vector<const char*>& 
 void PrintFileLists(const std::vector<std::string>& files, int num_mapped) {
   std::string results, templates;
   for (const std::string& path : files)
-    (path.ends_with(".bip") || path.ends_with(".met") ? templates : results) += " " + path;
+    if (!path.ends_with(".bip") && !path.ends_with(".met")) {
+      results += " " + path;
+    } else if (!Exists(path.substr(0, path.size() - 4) + ".traits.tsv")) {  // phenotypes already filled in
+      templates += " " + path;
+    }
   std::printf("  Files written    %s\n", results.c_str());
   if (!templates.empty())
     std::printf("  Templates        %s (add the phenotypes before a QTL run)\n", templates.c_str());

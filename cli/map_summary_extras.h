@@ -18,6 +18,7 @@ struct RunFacts {
   int starts = 5;
   bool pairs_computed = false;
   bool default_lod = true;
+  std::vector<std::string> notes;  // lines of the checks before mapping, each a label and its words
 };
 
 int OneMarkerGroups(const gae::MapModel& m);

@@ -13,7 +13,9 @@
 #include "library_output.h"
 #include "pipeline/map_pipeline.h"
 #include "report/text_file.h"
+#include "map_gates.h"
 #include "run_settings.h"
+#include "trait_templates.h"
 #include "tsv_export.h"
 #include "twopoint/pair_store_writer.h"
 #include "user_errors.h"
@@ -83,7 +85,8 @@ void PrintParentalMaps(const gae::MapPipelineRecord& r) {
   }
 }
 
-void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const gae::MapPipelineRecord& r) {
+void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const gae::MapPipelineRecord& r,
+                  const std::vector<std::string>& notes) {
   std::printf("\nSummary of %s\n", file.c_str());
   const std::string_view name = gae::PopulationName(DesignOf(tool.id), r.population_type);
   std::printf("  Population        %s (type %d)\n", name.empty() ? "?" : std::string(name).c_str(), r.population_type);
@@ -95,6 +98,7 @@ void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const g
   PrintRandomSettings(r.ordering.tour.starts, false);
   std::printf("  Pair file         %s\n", r.pairs_computed ? "computed in this run" : "reused from an earlier run");
   std::printf("  Markers read      %d\n", r.NumMarkers());
+  for (const std::string& note : notes) std::printf("  %s\n", note.c_str());
   if (!r.uninformative.empty()) {
     const std::string label = "  Uninformative     " + std::to_string(r.uninformative.size()) + " (one genotype class only):";
     PrintNames(label.c_str(), r.uninformative, r);
@@ -157,7 +161,12 @@ int RunPipelineMap(const MapOptions& o) {
     std::fprintf(stderr, "%s: %s\n", o.file.c_str(), problem.c_str());
     return 1;
   }
+  std::vector<std::string> notes;
+  if (CheckBeforePairs(o.file, tool.tool_code, o.force, notes) != 0) return 1;
   gae::MapPipelineSettings settings = SettingsOf(o, tool, lod);
+  settings.check_pairs = [&](const gae::MapPipelineRecord& so_far, const std::vector<int32_t>& anchors) {
+    return CheckPairFile(o.file, tool.tool_code, so_far.marker_names, anchors, so_far.lod_threshold, o.force, notes) == 0;
+  };
   LogRunSettings(tool.tool_code, settings.ordering.tour.starts);
   gae::UniformStream random;
   gae::MapPipelineRecord record;
@@ -169,6 +178,7 @@ int RunPipelineMap(const MapOptions& o) {
     record = gae::RunMapPipeline(settings, random);
     progress.Stop();
   }
+  if (record.stopped_by_check) return 1;
   if (!record.Ok()) {
     if (record.failure > 0) ExplainRefusal(o.file, tool.tool_code, record.failure);
     else std::fprintf(stderr, "%s: %s\n", o.file.c_str(), record.failure_text.c_str());
@@ -185,7 +195,8 @@ int RunPipelineMap(const MapOptions& o) {
     record.files_written.push_back(gae::ResultStem(o.file) + ".map.tsv");
     record.files_written.push_back(gae::ResultStem(o.file) + ".pairs.tsv");
   }
-  PrintSummary(o.file, tool, record);
+  if (const std::string filled = FillQtlFiles(o.file); !filled.empty()) notes.push_back(filled);
+  PrintSummary(o.file, tool, record, notes);
   return 0;
 }
 

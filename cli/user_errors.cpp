@@ -19,6 +19,7 @@
 #include "input/marker_section.h"
 #include "input/tool_codes.h"
 #include "library_output.h"
+#include "refusal_extras.h"
 
 namespace gaecli {
 
@@ -285,6 +286,9 @@ void ExplainRefusal(const std::string& file, int tool_code, int status) {
     if (name.size() >= gae::kMarkerNameWidth)
       e.hints.push_back("names are cut to " + std::to_string(gae::kMarkerNameWidth) + " characters: two names that agree that far count as one");
   }
+  if (map_tool && status == 2209) e.message = BadMarkerMessage(file, tool_code, IntOf(v, "MarkerID"));
+  if (status >= 2001 && status <= 2019)
+    if (const std::string look = FileLooksLike(file); !look.empty()) e.message = file + ": " + look;
   if (e.message.empty() && ::access(file.c_str(), R_OK) != 0) e.message = file + ": no such file, or it cannot be read";
   if (e.message.empty()) {
     const std::size_t text = line.find(": ");

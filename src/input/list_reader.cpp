@@ -77,6 +77,20 @@ bool InputFile::NextItem(std::string_view& item) {
   return true;
 }
 
+int InputFile::ItemsLeftOnLine() const {
+  int items = 0;
+  for (std::size_t at = pos_; at < text_.size() && text_[at] != '\n';) {
+    if (IsSeparator(text_[at])) {
+      ++at;
+      continue;
+    }
+    if (text_[at] == '!') break;
+    ++items;
+    while (at < text_.size() && !IsSeparator(text_[at]) && text_[at] != '\n') ++at;
+  }
+  return items;
+}
+
 void InputFile::EndRead() {
   const std::size_t end = text_.find('\n', pos_);
   pos_ = end == std::string::npos ? text_.size() : end + 1;

@@ -33,6 +33,9 @@ class InputFile {
 
   // 1-based number of the line the reader stands on (for diagnostics of our own).
   int LineNumber() const;
+  // Items that remain on the current line before its end or a '!' item, which EndRead would
+  // drop (for checks of our own that a row holds no more than the reader takes).
+  int ItemsLeftOnLine() const;
 
  private:
   std::string text_;

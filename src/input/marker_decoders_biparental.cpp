@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "input/biparental_calls.h"
 #include "input/marker_decoders.h"
 
 namespace gae {
@@ -61,11 +62,28 @@ const TokenTable& BiparentalTokens() {
   return table;
 }
 
+}  // namespace
+
+char BiparentalTokenLetter(std::string_view item) { return BiparentalTokens()(MarkerToken(item)); }
+
+std::string_view LegalBiparentalLetters(int32_t population_type) {
+  return RuleOf(GroupOf(population_type)).legal;
+}
+
+char FoldBiparentalLetter(int32_t population_type, char letter) {
+  const GroupRule rule = RuleOf(GroupOf(population_type));
+  if (std::string_view(rule.legal).find(letter) == std::string_view::npos) return '\0';
+  return letter == rule.from ? rule.to : letter;
+}
+
 // 1 codominant, 12 dominant (P1 and F1 alike), 10 recessive (F1 and P2 alike), 0 impossible.
-int32_t CategoryOf(Group group, const std::array<int64_t, 128>& n, int64_t total) {
+int32_t BiparentalCategory(int32_t population_type, std::span<const char> letters) {
+  std::array<int64_t, 128> n{};
+  for (const char letter : letters) ++n[static_cast<unsigned char>(letter) & 127];
+  const auto total = static_cast<int64_t>(letters.size());
   const int64_t a = n['A'], h = n['H'], b = n['B'], d = n['D'], r = n['R'], x = n['X'];
   if (x == total) return 0;
-  switch (group) {
+  switch (GroupOf(population_type)) {
     case Group::kBackcrossP1:
       return a + h + x == total ? 1 : (d + x == total ? 12 : 0);
     case Group::kBackcrossP2:
@@ -80,8 +98,6 @@ int32_t CategoryOf(Group group, const std::array<int64_t, 128>& n, int64_t total
   return 0;
 }
 
-}  // namespace
-
 bool DecodeBiparental(int32_t population_type, const MarkerRow& row, std::span<char> letters,
                       int32_t& category) {
   const TokenTable& tokens = BiparentalTokens();
@@ -91,19 +107,15 @@ bool DecodeBiparental(int32_t population_type, const MarkerRow& row, std::span<c
       return MarkerFailure(2202, row.marker, static_cast<int>(l + 1), row.tokens[l].Text());
   }
 
-  const Group group = GroupOf(population_type);
-  const GroupRule rule = RuleOf(group);
-  const std::string_view legal(rule.legal);
-  std::array<int64_t, 128> count{};
+  const GroupRule rule = RuleOf(GroupOf(population_type));
   for (std::size_t l = 0; l < letters.size(); ++l) {
-    char& letter = letters[l];
-    if (legal.find(letter) == std::string_view::npos)
-      return MarkerFailure(rule.code, row.marker, static_cast<int>(l + 1), std::string(1, letter));
-    if (letter == rule.from) letter = rule.to;
-    ++count[static_cast<unsigned char>(letter)];
+    const char folded = FoldBiparentalLetter(population_type, letters[l]);
+    if (folded == '\0')
+      return MarkerFailure(rule.code, row.marker, static_cast<int>(l + 1), std::string(1, letters[l]));
+    letters[l] = folded;
   }
 
-  category = CategoryOf(group, count, static_cast<int64_t>(letters.size()));
+  category = BiparentalCategory(population_type, letters);
   // One code covers a marker with no data and one that mixes classes the population cannot
   // tell apart (say D with A in an F2).
   if (category == 0) return MarkerFailure(2209, row.marker, 0, " ");

@@ -9,6 +9,8 @@
 #include "input/map_tool_reader.h"
 #include "pipeline/group_layout.h"
 #include "pipeline/pipeline_steps.h"
+#include "prep/group_names_from_loci.h"
+#include "prep/locus_table.h"
 #include "twopoint/pair_store_file.h"
 #include "vocabulary/message_code.h"
 
@@ -202,10 +204,19 @@ MapPipelineRecord RunMapPipeline(const MapPipelineSettings& settings, UniformStr
   MapModel map;
   GroupByLod(store.Table(), settings, data.anchors, map, record);
   record.stage_seconds.emplace_back("grouping", clock.Lap());
+  if (settings.check_pairs && !settings.check_pairs(record, data.anchors)) {
+    record.failure = -1;
+    record.failure_text = "stopped by the checks of the pairs";
+    record.stopped_by_check = true;
+    return record;
+  }
   MapGroups(store.Table(), settings, data, map, random, record);
   record.stage_seconds.emplace_back("ordering and distances", clock.Lap());
   std::vector<std::string> names(static_cast<size_t>(map.num_groups), std::string(19, ' '));
   NameGroups(map.num_groups, map.group_status.data(), names);
+  // An imported file's groups carry the names of the chromosomes most of their markers come from.
+  if (const std::optional<LocusTable> loci = ReadLocusTableBeside(settings.input_path))
+    NameGroupsByChromosome(*loci, record.marker_names, map.group, names[0].size(), names);
   DescribeGroups(map, names, record);
   WriteResults(settings, data, map, names, store.Table(), random, record);
   record.stage_seconds.emplace_back("reports and scan", clock.Lap());

@@ -22,6 +22,8 @@
 
 namespace gae {
 
+struct MapPipelineRecord;
+
 struct MapPipelineSettings {
   std::string input_path;
   int32_t tool_code = kMapToolCode;  // 104 bi-parental, 20 clonal F1 or double cross, 30 pure lines
@@ -41,6 +43,9 @@ struct MapPipelineSettings {
   // Told before the pairs are estimated (not when a complete pair file is reused): the file and
   // the size it will reach, for a display of progress. May be empty.
   std::function<void(const std::string& pair_file, int64_t bytes)> pairs_starting;
+  // The caller's checks of the pairs once the threshold stands (anchors the pairs deny,
+  // switched alleles): false stops the run before anything is ordered or written. May be empty.
+  std::function<bool(const MapPipelineRecord& so_far, const std::vector<int32_t>& anchors)> check_pairs;
 };
 
 struct PipelineGroup {
@@ -63,6 +68,7 @@ struct MapPipelineRecord {
   // catalogue line said why) or -1 with `failure_text`.
   int32_t failure = 0;
   std::string failure_text;
+  bool stopped_by_check = false;  // the caller's check of the pairs said why
 
   // The data.
   int32_t tool_code = kMapToolCode;

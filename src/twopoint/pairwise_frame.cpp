@@ -7,13 +7,6 @@
 
 namespace gae {
 
-namespace {
-
-// A frequency above the 32-bit 0.9 is suspicious: the pair is written all the same.
-constexpr float kHighFrequency = 0.9f;
-
-}  // namespace
-
 bool RunPairwiseFrame(const std::string& lrd_name, const PairwiseFrame& frame) {
   if (PairStoreIsComplete(lrd_name, frame.num_markers, frame.record_length)) return true;
 

@@ -10,6 +10,10 @@
 
 namespace gae {
 
+// A frequency above the 32-bit 0.9 is suspicious (alleles switched in one of the two markers):
+// the pair is written all the same, with a warning.
+inline constexpr float kHighFrequency = 0.9f;
+
 struct PairwiseFrame {
   int record_length = 2;     // 4-byte words per record
   int64_t num_markers = 0;

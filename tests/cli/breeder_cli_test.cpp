@@ -205,7 +205,7 @@ TEST_F(BreederCommand, AnRqtlCsvBecomesAMapFileWithTheSameGenotypeCounts) {
     csv += "\n";
   }
   WriteText("cross.csv", csv);
-  CommandRun r = GaengineErrApart("import rqtl --pop F2 --anchors cross.csv -o cross.map");
+  CommandRun r = GaengineErrApart("import rqtl --pop F2 --anchors --keep-x cross.csv -o cross.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
   EXPECT_THAT(r.out, HasSubstr("6 markers, 40 individuals"));
   EXPECT_THAT(r.out, HasSubstr("1=1 X=2"));
@@ -225,7 +225,11 @@ TEST_F(BreederCommand, AnRqtlCsvBecomesAMapFileWithTheSameGenotypeCounts) {
   EXPECT_THAT(r.err, HasSubstr("typo.csv line 3, marker D2, individual 1: 'Q' is none of the genotype codes"));
   r = GaengineErrApart("import rqtl --pop P1BC1F1 cross.csv -o bc.map");
   EXPECT_EQ(r.exit_code, 1);
-  EXPECT_THAT(r.err, HasSubstr("'B' is not a genotype code of a P1BC1F1 (A H D X)"));
+  EXPECT_THAT(r.err, HasSubstr("% of calls are B, which a P1BC1F1 cannot show; an F2"));
+  r = GaengineErrApart("import rqtl --pop P1BC1F1 --force cross.csv -o bc.map");
+  EXPECT_EQ(r.exit_code, 1);
+  EXPECT_THAT(r.err, HasSubstr("D1: it shows B, which a P1BC1F1 cannot show"));
+  EXPECT_FALSE(testing::FileExists("bc.map"));
   EXPECT_EQ(GaengineErrApart("import rqtl --pop F9 cross.csv").exit_code, 2);
 }
 
