@@ -1,5 +1,6 @@
 #include "twopoint/pure_line.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace gae {
@@ -170,17 +171,29 @@ PureLinePairClasses BuildPairClasses(int founders, int32_t first_pattern, int32_
   return out;
 }
 
-// The EM takes its sums in the order the estimate is defined in: cell by cell, in cell order,
-// with Q = N(head) P / sum for each cell of a class of several cells. What it saves keeps every
-// bit: a split is computed once for each class and kind (every cell of a kind in a class gets
-// the same Q), a cell of a class without lines, whose Q is 0, adds nothing to a sum and is left
-// out of the running sums, and a pair whose r rises past 1/2 is settled at once (below).
-PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& classes,
-                                      const float* class_counts) {
-  PureLineEstimate out;
-  if (PureLineFounders(type) == 0 || classes.num_classes == 0) return out;
+namespace {
+
+// The EM of up to kPureLineLanes pairs that share their class table, side by side: each pair is
+// a lane with its own r, rounds and stop, and every operation is done lane by lane, so a lane
+// computes exactly what the pair alone would. The lanes keep the floating-point units busy
+// while one pair's long running sums wait on themselves.
+
+// The EM takes its sums in the order the estimate is defined in: cell by cell, in cell order, with
+// Q = N(head) P / sum for each cell of a class of several cells. What it saves keeps every bit:
+// a split is computed once for each class and kind (every cell of a kind in a class gets the
+// same Q), a cell of a class without lines in any lane, whose Q is 0, adds nothing to a sum and
+// is left out of the running sums (in a lane where its class is empty it adds an exact 0), and
+// a pair whose r rises past 1/2 is settled at once (below).
+template <int L>
+void EstimateLanes(int type, const PureLinePairClasses& classes, const float* const* class_counts,
+                   int pairs, PureLineEstimate* out) {
+  using LaneFloats = std::array<float, L>;
   const int num_cells = classes.founders * classes.founders;
   const int num_classes = classes.num_classes;
+  std::array<LaneFloats, kMaxFounders * kMaxFounders> lines{};  // by class
+  std::array<bool, kMaxFounders * kMaxFounders> any_lines{};
+  for (int k = 0; k < pairs; ++k)
+    for (int c = 0; c < num_classes; ++c) any_lines[c] = any_lines[c] || class_counts[k][c] != 0.0f;
 
   // Q of each class and kind lives at slot 4 class + kind. The cells that carry lines, in cell
   // order, as slots: all of them for n', and those of each named kind for D0, D1, D2.
@@ -190,7 +203,7 @@ PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& class
   std::array<int, 3> num_of_kind{};
   for (int cell = 0; cell < num_cells; ++cell) {
     const int c = classes.cell_class[cell], kind = classes.cell_kind[cell];
-    if (class_counts[c] == 0.0f) continue;
+    if (!any_lines[c]) continue;
     const auto slot = static_cast<uint8_t>(4 * c + kind);
     all[num_all++] = slot;
     if (kind < 3) of_kind[kind][num_of_kind[kind]++] = slot;
@@ -203,19 +216,20 @@ PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& class
   };
   std::array<Multi, kMaxFounders * kMaxFounders> multi{};
   struct Split {
-    uint8_t multi, kind, slot;
-    float lines;
+    uint8_t multi, kind, slot, cls;
   };
   std::array<Split, 4 * kMaxFounders * kMaxFounders> splits{};
   int num_multi = 0, num_splits = 0, num_kinds = 0;
   uint8_t single_kinds = 0;  // the kinds of the one-cell classes, as bits
-  std::array<float, 4 * kMaxFounders * kMaxFounders> q{};
+  std::array<uint8_t, kMaxFounders * kMaxFounders> single_slots{};  // the slots of their Q
+  int num_singles = 0;
+  std::array<LaneFloats, 4 * kMaxFounders * kMaxFounders> q{};
   for (int c = 0; c < num_classes; ++c) {
     const PureLineClass& cls = classes.classes[c];
     if (cls.cells == 1) {
       const int kind = classes.cell_kind[cls.head];
       single_kinds |= static_cast<uint8_t>(1u << kind);
-      q[4 * c + kind] = class_counts[c];
+      single_slots[num_singles++] = static_cast<uint8_t>(4 * c + kind);
       continue;
     }
     uint8_t present = 0;
@@ -225,79 +239,148 @@ PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& class
       kinds[num_kinds++] = kind;
       present |= static_cast<uint8_t>(1u << kind);
     }
-    if (class_counts[c] != 0.0f)
+    if (any_lines[c])
       for (int kind = 0; kind < 4; ++kind)
         if (present & (1u << kind))
           splits[num_splits++] = {static_cast<uint8_t>(num_multi), static_cast<uint8_t>(kind),
-                                  static_cast<uint8_t>(4 * c + kind), class_counts[c]};
+                                  static_cast<uint8_t>(4 * c + kind), static_cast<uint8_t>(c)};
     ++num_multi;
   }
 
+  enum Stop : uint8_t { kRunning, kSettled, kUninformative, kPastHalfStop, kIdle };
+  std::array<Stop, L> stop;
+  stop.fill(kIdle);
+  std::array<int, L> rounds{}, pair_of{};
+  std::array<SplitSums, L> sums{};
+  LaneFloats next{}, old{};
+  std::array<LaneFloats, kMaxFounders * kMaxFounders> class_sum{};
   const float flat = 1.0f / static_cast<float>(num_classes);
-  float next = 0.25f, old = 0.0f;
-  int rounds = 0;
-  bool uninformative = false;
-  SplitSums sums;
-  std::array<float, kMaxFounders * kMaxFounders> class_sum{};
-  while (std::fabs(next - old) > kTolerance && rounds < kMaxRounds) {
-    old = next;
-    ++rounds;
-    const std::array<float, 4> p = PureLineKindChances(type, old);
+  // A lane whose pair has stopped hands in its estimate and takes the next pair.
+  auto finish = [&](int l) {
+    PureLineEstimate& e = out[pair_of[l]];
+    e = PureLineEstimate{};
+    if (stop[l] == kPastHalfStop) return;
+    float r = (stop[l] == kUninformative || rounds[l] >= kMaxRounds) ? 0.5f : next[l];
+    float lod = PureLineLod(type, sums[l], r);
+    if (r < 0.0f && r > -0.5f) r = 0.0f;
+    if (r > 0.5f) {
+      r = 0.5f;
+      lod = 0.0f;
+    }
+    if (lod < 0.0f) lod = 0.0f;
+    // The inbred line's frequency R = 2r / (1 + 2r) back to r per meiosis.
+    if (type == 2 && r > 0.0f) r = r / (2.0f * (1.0f - r));
+    e = {r, lod};
+  };
+  int waiting = 0;  // the next pair to take a lane
+  auto load = [&](int l) {
+    if (waiting == pairs) {
+      stop[l] = kIdle;
+      return;
+    }
+    pair_of[l] = waiting;
+    const float* counts = class_counts[waiting++];
+    for (int c = 0; c < num_classes; ++c) lines[c][l] = counts[c];
+    for (int k = 0; k < num_singles; ++k) q[single_slots[k]][l] = counts[single_slots[k] / 4];
+    stop[l] = kRunning;
+    rounds[l] = 0;
+    sums[l] = SplitSums{};
+    next[l] = 0.25f;
+    old[l] = 0.0f;
+  };
+  for (int l = 0; l < L; ++l) load(l);
+  for (;;) {
+    bool any = false;
+    for (int l = 0; l < L; ++l) {
+      if (stop[l] == kRunning && !(std::fabs(next[l] - old[l]) > kTolerance && rounds[l] < kMaxRounds))
+        stop[l] = kSettled;
+      if (stop[l] != kRunning && stop[l] != kIdle) {
+        finish(l);
+        load(l);
+      }
+      if (stop[l] != kRunning) continue;
+      any = true;
+      old[l] = next[l];
+      ++rounds[l];
+    }
+    if (!any) break;
+    std::array<LaneFloats, 4> p;
+    for (int l = 0; l < L; ++l) {
+      const std::array<float, 4> chances = PureLineKindChances(type, old[l]);
+      for (int kind = 0; kind < 4; ++kind) p[kind][l] = chances[kind];
+    }
     // E-step.
-    bool all_flat = true;
+    std::array<bool, L> all_flat;
+    all_flat.fill(true);
     for (int kind = 0; kind < 4; ++kind)
-      if ((single_kinds & (1u << kind)) && std::fabs(p[kind] - flat) > kTolerance) all_flat = false;
+      if (single_kinds & (1u << kind))
+        for (int l = 0; l < L; ++l)
+          if (std::fabs(p[kind][l] - flat) > kTolerance) all_flat[l] = false;
     for (int m = 0; m < num_multi; ++m) {
-      float sum = 0.0f;
+      LaneFloats sum{};
       const uint8_t* kind = kinds.data() + multi[m].first;
-      for (int k = 0; k < multi[m].cells; ++k) sum += p[kind[k]];
+      for (int k = 0; k < multi[m].cells; ++k)
+        for (int l = 0; l < L; ++l) sum[l] += p[kind[k]][l];
       class_sum[m] = sum;
-      if (std::fabs(sum - flat) > kTolerance) all_flat = false;
+      for (int l = 0; l < L; ++l)
+        if (std::fabs(sum[l] - flat) > kTolerance) all_flat[l] = false;
     }
     // Every class as likely as every other, whatever the founder cells: the pair carries no
     // information on r.
-    if (all_flat) {
-      uninformative = true;
-      break;
-    }
+    for (int l = 0; l < L; ++l)
+      if (stop[l] == kRunning && all_flat[l]) stop[l] = kUninformative;
     // A class all of whose founder cells are impossible at this r (the iteration can reach the
     // edge r = 0 or r = 1 only when such a class is empty) would read 0 x 0 / 0: it has no
     // lines to split, so its cells get nothing. That is the limit of its split as r nears the
     // edge, and it lets the iteration settle at the edge: r = 0 with its LOD, or an r past 1/2
-    // that is reported as 1/2 with LOD 0. An empty class's cells are not among the live ones.
+    // that is reported as 1/2 with LOD 0.
     for (int k = 0; k < num_splits; ++k) {
       const Split& s = splits[k];
-      const float sum = class_sum[s.multi];
-      q[s.slot] = sum > 0.0f ? s.lines * p[s.kind] / sum : 0.0f;
+      const LaneFloats& sum = class_sum[s.multi];
+      const LaneFloats& n = lines[s.cls];
+      for (int l = 0; l < L; ++l) q[s.slot][l] = sum[l] > 0.0f ? n[l] * p[s.kind][l] / sum[l] : 0.0f;
     }
     // M-step.
-    float total = 0.0f, d0 = 0.0f, d1 = 0.0f, d2 = 0.0f;
-    for (int k = 0; k < num_all; ++k) total += q[all[k]];
-    for (int k = 0; k < num_of_kind[0]; ++k) d0 += q[of_kind[0][k]];
-    for (int k = 0; k < num_of_kind[1]; ++k) d1 += q[of_kind[1][k]];
-    for (int k = 0; k < num_of_kind[2]; ++k) d2 += q[of_kind[2][k]];
-    sums = {total, {d0, d1, d2}};
-    next = MStep(type, sums);
-    // A rising r past 1/2 (but for the eight-way inbred lines' root, which never passes 1/2)
-    // ends as a pair reported unlinked, r 1/2 and LOD 0, whatever rounds remain: a larger r moves
-    // every class's split towards the kinds of more recombination, which raises the next r, so
-    // the rounds keep rising (by far more than their rounding could undo) until they settle,
-    // run out or find the pair uninformative, and each of those reports exactly that.
-    if (type != 4 && next > old && next > kPastHalf) return out;
+    LaneFloats total{}, d0{}, d1{}, d2{};
+    for (int k = 0; k < num_all; ++k)
+      for (int l = 0; l < L; ++l) total[l] += q[all[k]][l];
+    for (int k = 0; k < num_of_kind[0]; ++k)
+      for (int l = 0; l < L; ++l) d0[l] += q[of_kind[0][k]][l];
+    for (int k = 0; k < num_of_kind[1]; ++k)
+      for (int l = 0; l < L; ++l) d1[l] += q[of_kind[1][k]][l];
+    for (int k = 0; k < num_of_kind[2]; ++k)
+      for (int l = 0; l < L; ++l) d2[l] += q[of_kind[2][k]][l];
+    for (int l = 0; l < L; ++l) {
+      if (stop[l] != kRunning) continue;
+      sums[l] = {total[l], {d0[l], d1[l], d2[l]}};
+      next[l] = MStep(type, sums[l]);
+      // A rising r past 1/2 (but for the eight-way inbred lines' root, which never passes 1/2)
+      // ends as a pair reported unlinked, r 1/2 and LOD 0, whatever rounds remain: a larger r
+      // moves every class's split towards the kinds of more recombination, which raises the
+      // next r, so the rounds keep rising (by far more than their rounding could undo) until
+      // they settle, run out or find the pair uninformative, and each reports exactly that.
+      if (type != 4 && next[l] > old[l] && next[l] > kPastHalf) stop[l] = kPastHalfStop;
+    }
   }
-  float r = (uninformative || rounds >= kMaxRounds) ? 0.5f : next;
-  float lod = PureLineLod(type, sums, r);
+}
 
-  if (r < 0.0f && r > -0.5f) r = 0.0f;
-  if (r > 0.5f) {
-    r = 0.5f;
-    lod = 0.0f;
+}  // namespace
+
+void EstimatePureLinePairs(int type, const PureLinePairClasses& classes, const float* const* class_counts,
+                           int pairs, PureLineEstimate* out) {
+  if (PureLineFounders(type) == 0 || classes.num_classes == 0) {
+    for (int k = 0; k < pairs; ++k) out[k] = PureLineEstimate{};
+    return;
   }
-  if (lod < 0.0f) lod = 0.0f;
-  // The inbred line's frequency R = 2r / (1 + 2r) back to r per meiosis.
-  if (type == 2 && r > 0.0f) r = r / (2.0f * (1.0f - r));
-  out.rec_freq = r;
-  out.lod = lod;
+  // A pair alone takes the one-lane form, which does the same operations without the idle lanes.
+  if (pairs == 1) EstimateLanes<1>(type, classes, class_counts, 1, out);
+  else EstimateLanes<kPureLineLanes>(type, classes, class_counts, pairs, out);
+}
+
+PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& classes,
+                                      const float* class_counts) {
+  PureLineEstimate out;
+  EstimatePureLinePairs(type, classes, &class_counts, 1, &out);
   return out;
 }
 

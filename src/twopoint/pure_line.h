@@ -73,6 +73,11 @@ struct PureLineEstimate {
 // negative, and a 4PRIL frequency is brought back from the inbred line's scale.
 PureLineEstimate EstimatePureLinePair(int population_type, const PureLinePairClasses& classes,
                                       const float* class_counts);
+// The same for `pairs` pairs that share `classes`, the counts of pair k at class_counts[k]. The
+// pairs are estimated side by side, kPureLineLanes at a time, each exactly as alone.
+inline constexpr int kPureLineLanes = 8;
+void EstimatePureLinePairs(int population_type, const PureLinePairClasses& classes,
+                           const float* const* class_counts, int pairs, PureLineEstimate* out);
 
 // The pair from its two columns of founder letters (A to D or A to H; any other letter is
 // missing). The first entry serves types 1 and 2, the second types 3 and 4.
