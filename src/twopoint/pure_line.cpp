@@ -12,7 +12,31 @@ constexpr int kMaxRounds = 1001;
 // Clear of 1/2 by far more than the rounding of one EM step.
 constexpr float kPastHalf = 0.501f;
 
-float Clamp01(float p) { return p > 1.0f ? 1.0f : (p < 0.0f ? 0.0f : p); }
+// The chances of the four kinds at r, for one pair (T float) or for lanes of pairs (T a vector
+// of floats, each lane computed exactly as the float alone).
+inline void Clamp01(float& p) { p = p > 1.0f ? 1.0f : (p < 0.0f ? 0.0f : p); }
+template <class T>
+void Clamp01(T& p) {
+  const T zero{}, one = zero + 1.0f;
+  p = p > one ? one : (p < zero ? zero : p);
+}
+template <class T>
+void KindChances(int population_type, const T& r, std::array<T, 4>& p) {
+  const T c = 1.0f - r, zero{};
+  p.fill(zero);
+  switch (population_type) {
+    case 1: p = {c * c / 4.0f, r * c / 4.0f, zero, r / 8.0f}; break;
+    case 2: p = {0.25f - 3.0f * r / 8.0f, r / 8.0f, zero, r / 8.0f}; break;
+    case 3: p = {c * c * c / 8.0f, r * (c * c) / 8.0f, r * c / 16.0f, r / 32.0f}; break;
+    case 4: {
+      const T w = 1.0f + 2.0f * r;
+      p = {c * c / (8.0f * w), r * c / (8.0f * w), r / (16.0f * w), r / (16.0f * w)};
+      break;
+    }
+    default: break;
+  }
+  for (T& x : p) Clamp01(x);
+}
 
 // Sums of the split counts that the M-step and the LOD need, each taken cell by cell in cell
 // order: their rounding is part of the estimate.
@@ -107,20 +131,8 @@ int PureLineCellKind(int founders, int a, int b) {
 }
 
 std::array<float, 4> PureLineKindChances(int population_type, float r) {
-  const float c = 1.0f - r;
-  std::array<float, 4> p{};
-  switch (population_type) {
-    case 1: p = {c * c / 4.0f, r * c / 4.0f, 0.0f, r / 8.0f}; break;
-    case 2: p = {0.25f - 3.0f * r / 8.0f, r / 8.0f, 0.0f, r / 8.0f}; break;
-    case 3: p = {c * c * c / 8.0f, r * (c * c) / 8.0f, r * c / 16.0f, r / 32.0f}; break;
-    case 4: {
-      const float w = 1.0f + 2.0f * r;
-      p = {c * c / (8.0f * w), r * c / (8.0f * w), r / (16.0f * w), r / (16.0f * w)};
-      break;
-    }
-    default: break;
-  }
-  for (float& x : p) x = Clamp01(x);
+  std::array<float, 4> p;
+  KindChances(population_type, r, p);
   return p;
 }
 
@@ -185,9 +197,23 @@ namespace {
 // is left out of the running sums (in a lane where its class is empty it adds an exact 0), and
 // a pair whose r rises past 1/2 is settled at once (below).
 template <int L>
+struct Lanes;
+template <>
+struct Lanes<1> {
+  typedef float Floats __attribute__((vector_size(4)));
+  typedef int32_t Mask __attribute__((vector_size(4)));
+};
+template <>
+struct Lanes<4> {
+  typedef float Floats __attribute__((vector_size(16)));
+  typedef int32_t Mask __attribute__((vector_size(16)));
+};
+
+template <int L>
 void EstimateLanes(int type, const PureLinePairClasses& classes, const float* const* class_counts,
                    int pairs, PureLineEstimate* out) {
-  using LaneFloats = std::array<float, L>;
+  using LaneFloats = typename Lanes<L>::Floats;
+  using LaneMask = typename Lanes<L>::Mask;
   const int num_cells = classes.founders * classes.founders;
   const int num_classes = classes.num_classes;
   std::array<LaneFloats, kMaxFounders * kMaxFounders> lines{};  // by class
@@ -305,30 +331,27 @@ void EstimateLanes(int type, const PureLinePairClasses& classes, const float* co
     }
     if (!any) break;
     std::array<LaneFloats, 4> p;
-    for (int l = 0; l < L; ++l) {
-      const std::array<float, 4> chances = PureLineKindChances(type, old[l]);
-      for (int kind = 0; kind < 4; ++kind) p[kind][l] = chances[kind];
-    }
+    KindChances(type, old, p);
     // E-step.
-    std::array<bool, L> all_flat;
-    all_flat.fill(true);
+    LaneMask not_flat{};
+    const LaneFloats zero{};
+    auto off_flat = [&](const LaneFloats& sum) {
+      const LaneFloats d = sum - flat;
+      not_flat |= (d > kTolerance) | (d < -kTolerance);
+    };
     for (int kind = 0; kind < 4; ++kind)
-      if (single_kinds & (1u << kind))
-        for (int l = 0; l < L; ++l)
-          if (std::fabs(p[kind][l] - flat) > kTolerance) all_flat[l] = false;
+      if (single_kinds & (1u << kind)) off_flat(p[kind]);
     for (int m = 0; m < num_multi; ++m) {
       LaneFloats sum{};
       const uint8_t* kind = kinds.data() + multi[m].first;
-      for (int k = 0; k < multi[m].cells; ++k)
-        for (int l = 0; l < L; ++l) sum[l] += p[kind[k]][l];
+      for (int k = 0; k < multi[m].cells; ++k) sum += p[kind[k]];
       class_sum[m] = sum;
-      for (int l = 0; l < L; ++l)
-        if (std::fabs(sum[l] - flat) > kTolerance) all_flat[l] = false;
+      off_flat(sum);
     }
     // Every class as likely as every other, whatever the founder cells: the pair carries no
     // information on r.
     for (int l = 0; l < L; ++l)
-      if (stop[l] == kRunning && all_flat[l]) stop[l] = kUninformative;
+      if (stop[l] == kRunning && not_flat[l] == 0) stop[l] = kUninformative;
     // A class all of whose founder cells are impossible at this r (the iteration can reach the
     // edge r = 0 or r = 1 only when such a class is empty) would read 0 x 0 / 0: it has no
     // lines to split, so its cells get nothing. That is the limit of its split as r nears the
@@ -336,20 +359,15 @@ void EstimateLanes(int type, const PureLinePairClasses& classes, const float* co
     // that is reported as 1/2 with LOD 0.
     for (int k = 0; k < num_splits; ++k) {
       const Split& s = splits[k];
-      const LaneFloats& sum = class_sum[s.multi];
-      const LaneFloats& n = lines[s.cls];
-      for (int l = 0; l < L; ++l) q[s.slot][l] = sum[l] > 0.0f ? n[l] * p[s.kind][l] / sum[l] : 0.0f;
+      const LaneFloats sum = class_sum[s.multi];
+      q[s.slot] = sum > zero ? lines[s.cls] * p[s.kind] / sum : zero;
     }
     // M-step.
     LaneFloats total{}, d0{}, d1{}, d2{};
-    for (int k = 0; k < num_all; ++k)
-      for (int l = 0; l < L; ++l) total[l] += q[all[k]][l];
-    for (int k = 0; k < num_of_kind[0]; ++k)
-      for (int l = 0; l < L; ++l) d0[l] += q[of_kind[0][k]][l];
-    for (int k = 0; k < num_of_kind[1]; ++k)
-      for (int l = 0; l < L; ++l) d1[l] += q[of_kind[1][k]][l];
-    for (int k = 0; k < num_of_kind[2]; ++k)
-      for (int l = 0; l < L; ++l) d2[l] += q[of_kind[2][k]][l];
+    for (int k = 0; k < num_all; ++k) total += q[all[k]];
+    for (int k = 0; k < num_of_kind[0]; ++k) d0 += q[of_kind[0][k]];
+    for (int k = 0; k < num_of_kind[1]; ++k) d1 += q[of_kind[1][k]];
+    for (int k = 0; k < num_of_kind[2]; ++k) d2 += q[of_kind[2][k]];
     for (int l = 0; l < L; ++l) {
       if (stop[l] != kRunning) continue;
       sums[l] = {total[l], {d0[l], d1[l], d2[l]}};

@@ -75,7 +75,7 @@ PureLineEstimate EstimatePureLinePair(int population_type, const PureLinePairCla
                                       const float* class_counts);
 // The same for `pairs` pairs that share `classes`, the counts of pair k at class_counts[k]. The
 // pairs are estimated side by side, kPureLineLanes at a time, each exactly as alone.
-inline constexpr int kPureLineLanes = 8;
+inline constexpr int kPureLineLanes = 4;
 void EstimatePureLinePairs(int population_type, const PureLinePairClasses& classes,
                            const float* const* class_counts, int pairs, PureLineEstimate* out);
 
