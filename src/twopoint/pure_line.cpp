@@ -185,17 +185,8 @@ PureLinePairClasses BuildPairClasses(int founders, int32_t first_pattern, int32_
 
 namespace {
 
-// The EM of up to kPureLineLanes pairs that share their class table, side by side: each pair is
-// a lane with its own r, rounds and stop, and every operation is done lane by lane, so a lane
-// computes exactly what the pair alone would. The lanes keep the floating-point units busy
-// while one pair's long running sums wait on themselves.
-
-// The EM takes its sums in the order the estimate is defined in: cell by cell, in cell order, with
-// Q = N(head) P / sum for each cell of a class of several cells. What it saves keeps every bit:
-// a split is computed once for each class and kind (every cell of a kind in a class gets the
-// same Q), a cell of a class without lines in any lane, whose Q is 0, adds nothing to a sum and
-// is left out of the running sums (in a lane where its class is empty it adds an exact 0), and
-// a pair whose r rises past 1/2 is settled at once (below).
+// Vectors of floats, one lane per pair: every operation on them is done lane by lane, exactly
+// as on a float alone.
 template <int L>
 struct Lanes;
 template <>
@@ -209,6 +200,17 @@ struct Lanes<4> {
   typedef int32_t Mask __attribute__((vector_size(16)));
 };
 
+// The EM of pairs that share their class table, L at a time side by side: each pair is a lane
+// with its own r, rounds and stop, a lane whose pair has stopped takes the next one, and a lane
+// computes exactly what the pair alone would. The lanes keep the floating-point units busy while
+// one pair's long running sums wait on themselves.
+//
+// The EM takes its sums in the order the estimate is defined in: cell by cell, in cell order,
+// with Q = N(head) P / sum for each cell of a class of several cells. What it saves keeps every
+// bit: a split is computed once for each class and kind (every cell of a kind in a class gets
+// the same Q), a cell of a class without lines in any pair, whose Q is 0, adds nothing to a sum
+// and is left out of the running sums (in a lane where its class is empty it adds an exact 0),
+// and a pair whose r rises past 1/2 is settled at once (below).
 template <int L>
 void EstimateLanes(int type, const PureLinePairClasses& classes, const float* const* class_counts,
                    int pairs, PureLineEstimate* out) {
