@@ -1,6 +1,7 @@
 // gaengine snp FILE -o OUT: SNP calls of parents and progeny to the input file of a map tool.
-// The library's check validates the file and logs to SNP.log; the same conversion then gives
-// the letters that the written file carries.
+// The file's parents' section tells the design (--tool-code may only confirm it); the library's
+// check validates the file and logs to SNP.log; the same conversion then gives the letters that
+// the written file carries.
 #include <cctype>
 #include <cstdio>
 #include <optional>
@@ -20,6 +21,7 @@
 #include "frame/tool_profile.h"
 #include "prep/snp_calls.h"
 #include "prep/snp_conversion.h"
+#include "prep/snp_design.h"
 #include "prep/snp_reader.h"
 
 namespace gaecli {
@@ -47,10 +49,21 @@ int Fail(const std::string& file, int status) {
   return 1;
 }
 
-int RunSnp(const std::string& file, std::string out, int tool_code) {
+// `requested`: the --tool-code given, or 0.
+int RunSnp(const std::string& file, std::string out, int requested) {
   const PathArg path(file);
   int num_markers = 0, status = 0;
   std::optional<LibraryOutput> quiet(std::in_place);
+  const gae::SnpDesignChoice design = gae::ChooseSnpDesign(file, requested == 0 ? 0 : gae::SnpMode(requested));
+  if (design.mode == 0 && design.num_parents > 0) {
+    quiet.reset();
+    std::fprintf(stderr, "%s: refused: %s\n", file.c_str(), design.why.c_str());
+    return 1;
+  }
+  // A file whose parents cannot be counted goes to the check, which says what is wrong with it.
+  const int tool_code = design.mode == 0 || design.mode == gae::kTwoParentMode
+                            ? (requested != 0 ? requested : kBiparentalRowsCode)
+                            : design.mode;
   SNPFindNumMarkers(tool_code, path.Len(), path.Data(), &num_markers, &status);
   if (status != 0) return quiet.reset(), Fail(file, status);
   std::vector<int> names(static_cast<std::size_t>(num_markers) * 35), anchors(num_markers),
@@ -87,6 +100,7 @@ int RunSnp(const std::string& file, std::string out, int tool_code) {
     std::fprintf(stderr, "%s: cannot be written\n", out.c_str());
     return 1;
   }
+  std::printf("%s: %s\n", file.c_str(), design.why.c_str());
   std::printf("%s: %d markers read, %zu kept, %zu deleted\n", file.c_str(), num_markers,
               record.names.size(), static_cast<std::size_t>(num_markers) - record.names.size());
   std::printf("%s input file written: %s\n", std::string(TargetTool(tool_code).letters).c_str(), out.c_str());
@@ -98,12 +112,13 @@ int RunSnp(const std::string& file, std::string out, int tool_code) {
 void RegisterSnpCommand(CLI::App& app, int& exit_code) {
   auto* cmd = app.add_subcommand("snp", "Convert SNP calls of parents and progeny to a map tool's input file");
   static std::string file, out;
-  static int tool_code = kBiparentalRowsCode;
+  static int tool_code = 0;
   cmd->add_option("file", file, "SNP input file")->required();
   cmd->add_option("-o,--output", out, "Input file to write (default: FILE less its extension, .map/.cdm/.plm)");
   cmd->add_option("--tool-code", tool_code,
-                  "Design: " + DesignCodesHelp())
-      ->capture_default_str();
+                  "Design: " + DesignCodesHelp() +
+                      ". The parents per marker tell it (2 MAP, 4 CDM or four-way PLM, 8 eight-way PLM); "
+                      "a code they contradict is refused");
   cmd->callback([&exit_code] { exit_code = RunSnp(file, out, tool_code); });
 }
 

@@ -1,6 +1,5 @@
 #include "report/clonal_downstream.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "errorscan/err_report.h"
@@ -78,17 +77,12 @@ int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pai
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals, kClonalLetters);
   files.Write("EC.cdm", EcCdmText(record, category_texts, corrected, lost));
   files.Write(".hap", phased.text);
-  if (write_qtl_file) {
-    // The QTL file keeps every linked marker of the map, in one phase. A marker that the scan
-    // has left without segregation goes there as read, so that the file stays readable.
-    std::string for_qtl = phased.genotypes;
-    CopyFlags(before_scan, scanned, for_qtl);
-    const int64_t n = map.num_individuals;
-    for (std::size_t m = 0; m < lost.size(); ++m)
-      if (lost[m] != 0)
-        std::copy_n(phased.genotypes.begin() + m * n, n, for_qtl.begin() + m * n);
-    files.Write(".cdq", CdqText(record, phased.new_categories, for_qtl));
-  }
+  // The QTL file carries the genotypes as read, as every tool's QTL files do: the scan's flags
+  // are random draws against the map, meant for a second mapping run (EC.cdm), and would make
+  // a QTL analysis depend on the random stream. Only the phase is put right: a clonal parent's
+  // two homologues have no names of their own, and an allele effect along a chromosome means
+  // something only when every marker calls the same homologue A (and C).
+  if (write_qtl_file) files.Write(".cdq", CdqText(record, phased.new_categories, phased.genotypes));
   files.Write(".err",
                 ErrReportText(map.num_individuals, record.marker_names, numbers, input, corrected));
   return flagged;

@@ -1,6 +1,6 @@
 // What follows the reports of a clonal F1 or double-cross map: the genotyping-error scan of
 // the linked markers, the corrected data set EC.cdm, the linkage phases .hap, the QTL file
-// .cdq with the genotypes brought into one phase, and the .err report.
+// .cdq with the genotypes as read brought into one phase, and the .err report.
 #pragma once
 
 #include <cstdint>

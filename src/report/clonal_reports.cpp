@@ -212,7 +212,8 @@ std::string ClonalMtpReport(const ClonalLayout& map) {
                            "Chi-Square", "Pr>ChiSq", "Category"})
     out += A(word, 12);
   out += "\n";
-  for (int32_t m = 1; m <= map.num_markers; ++m) {
+  for (int32_t row = 0; row < map.num_mapped; ++row) {
+    const int32_t m = map.order[row];
     const ClonalCounts counts = CountClonalTypes(map.TypesOf(m), map.num_individuals);
     const ClonalSegregation test = ClonalSegregationChiSquare(Category(map, m), counts);
     out += I(m, 12) + " " + A(TrimRight(map.marker_names[m - 1]), 35);

@@ -1,8 +1,8 @@
 // The reports of a clonal F1 or double-cross map. Beside the combined map (.sum, .lod, .rec,
 // .dis from the combined frequency) each parent gets its own: the first parent's (.sumf,
 // .lodf, .recf, .disf) leaves out the A=B markers, which do not segregate in it, and the
-// second parent's (.summ, ...) the C=D markers. .mtp lists every marker with its twelve type
-// counts and segregation test; .hap gives both parents' linkage phases along each chromosome.
+// second parent's (.summ, ...) the C=D markers. .mtp lists the linked markers with their twelve
+// type counts and segregation test; .hap gives both parents' linkage phases along each chromosome.
 //
 // `map.category` holds the categories 1 to 5 and `map.types` the stored letters A to K, X.
 // The pair table reads records of seven words (score, combined frequency, the two parents'
@@ -34,7 +34,8 @@ enum class ClonalMatrix { kLod, kRec, kDis };
 std::string ClonalMatrixReport(const ClonalLayout& map, const PairTable& pairs, ClonalView view,
                                ClonalMatrix which);
 
-// Every marker in input order with its twelve counts, segregation test and category.
+// One row for each linked marker in map order (numbered by its place in the input), with its
+// twelve counts, segregation test and category; unlinked and deleted markers are not listed.
 std::string ClonalMtpReport(const ClonalLayout& map);
 
 // Each linked marker's phase in each parent (map order): +1 in the phase of the first marker of

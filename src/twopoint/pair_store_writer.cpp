@@ -67,11 +67,16 @@ void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float*
                    int64_t* not_a_number) {
   int64_t i = 0, j = 0;
   PairOfRecord(first, i, j);
-  for (int64_t n = 0; n < count; ++n) {
-    float* record = out + n * job.record_length;
-    job.estimate(i, j, record);
-    if (job.record_length >= 2 && KeepAsUnlinked(job, record)) ++*not_a_number;
-    if (++j == i) {
+  for (int64_t n = 0; n < count;) {
+    const int64_t run = job.estimate_row ? std::min(count - n, i - j) : 1;
+    float* records = out + n * job.record_length;
+    if (job.estimate_row) job.estimate_row(i, j, run, records);
+    else job.estimate(i, j, records);
+    for (int64_t k = 0; k < run; ++k)
+      if (job.record_length >= 2 && KeepAsUnlinked(job, records + k * job.record_length)) ++*not_a_number;
+    n += run;
+    j += run;
+    if (j == i) {
       ++i;
       j = 1;
     }

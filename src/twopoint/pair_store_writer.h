@@ -33,6 +33,9 @@ struct PairStoreJob {
   int64_t block_records = int64_t{1} << 18;  // records per thread held at once
   // Fills the record of the pair (i, j), i > j, 1-based. Called from several threads at once.
   std::function<void(int64_t i, int64_t j, float* record)> estimate;
+  // When given, used in place of `estimate`: fills the `count` consecutive records of row i
+  // from the pair (i, j) on (all of them pairs of the row), so that pairs can be taken together.
+  std::function<void(int64_t i, int64_t j, int64_t count, float* records)> estimate_row;
   // Sees every record in record order, on the calling thread, before it is written: warnings
   // go here, and so does whatever must follow record order (a draw from the random stream).
   std::function<void(int64_t i, int64_t j, float* record)> inspect;

@@ -19,7 +19,8 @@ bool RunPairwiseFrame(const std::string& lrd_name, const PairwiseFrame& frame) {
   job.num_markers = frame.num_markers;
   job.record_length = frame.record_length;
   job.threads = frame.threads;
-  job.estimate = frame.prepare();
+  if (frame.prepare_rows) job.estimate_row = frame.prepare_rows();
+  else job.estimate = frame.prepare();
   job.inspect = [&frame](int64_t i, int64_t j, float* record) {
     if (frame.in_order) frame.in_order(i, j, record);
     if (record[1] > kHighFrequency) {

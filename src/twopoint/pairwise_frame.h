@@ -24,6 +24,10 @@ struct PairwiseFrame {
   // words are minus the LOD and the recombination frequency.
   using Estimator = std::function<void(int64_t i, int64_t j, float* record)>;
   std::function<Estimator()> prepare;
+  // When given, used in place of `prepare`: the estimator it returns fills the `count`
+  // consecutive records of row i from the pair (i, j) on, so that it can take pairs together.
+  using RowEstimator = std::function<void(int64_t i, int64_t j, int64_t count, float* records)>;
+  std::function<RowEstimator()> prepare_rows;
   // When given: sees each record on the calling thread in record order, after its estimate and
   // before the warning and the write. What must follow record order whatever the threads (a
   // draw from the random stream) goes here.

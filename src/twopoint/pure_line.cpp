@@ -1,5 +1,6 @@
 #include "twopoint/pure_line.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace gae {
@@ -11,31 +12,38 @@ constexpr int kMaxRounds = 1001;
 // Clear of 1/2 by far more than the rounding of one EM step.
 constexpr float kPastHalf = 0.501f;
 
-float Clamp01(float p) { return p > 1.0f ? 1.0f : (p < 0.0f ? 0.0f : p); }
-
-// Sums of the split counts that the M-step and the LOD need.
-struct SplitSums {
-  float total = 0.0f;  // n'
-  std::array<float, 4> by_kind{};  // D0, D1, D2 and the rest
-};
-
-// Type 4: the root of a r^2 + b r + c = 0 that maximises the likelihood, the smallest in
-// 0..0.5. The stable form of the two roots avoids cancelling b against the square root.
-float EightWayInbredRoot(float a, float b, float c) {
-  if (a == 0.0f) return b == 0.0f ? 0.5f : -c / b;
-  const float disc = b * b - 4.0f * a * c;
-  if (disc < 0.0f) return 0.5f;
-  const float q = -0.5f * (b + std::copysign(std::sqrt(disc), b));
-  float best = 0.5f;
-  bool found = false;
-  for (float root : {q != 0.0f ? q / a : 0.0f, q != 0.0f ? c / q : -b / a}) {
-    if (root >= 0.0f && root <= 0.5f && (!found || root < best)) {
-      best = root;
-      found = true;
-    }
-  }
-  return best;
+// The chances of the four kinds at r, for one pair (T float) or for lanes of pairs (T a vector
+// of floats, each lane computed exactly as the float alone).
+inline void Clamp01(float& p) { p = p > 1.0f ? 1.0f : (p < 0.0f ? 0.0f : p); }
+template <class T>
+void Clamp01(T& p) {
+  const T zero{}, one = zero + 1.0f;
+  p = p > one ? one : (p < zero ? zero : p);
 }
+template <class T>
+void KindChances(int population_type, const T& r, std::array<T, 4>& p) {
+  const T c = 1.0f - r, zero{};
+  p.fill(zero);
+  switch (population_type) {
+    case 1: p = {c * c / 4.0f, r * c / 4.0f, zero, r / 8.0f}; break;
+    case 2: p = {0.25f - 3.0f * r / 8.0f, r / 8.0f, zero, r / 8.0f}; break;
+    case 3: p = {c * c * c / 8.0f, r * (c * c) / 8.0f, r * c / 16.0f, r / 32.0f}; break;
+    case 4: {
+      const T w = 1.0f + 2.0f * r;
+      p = {c * c / (8.0f * w), r * c / (8.0f * w), r / (16.0f * w), r / (16.0f * w)};
+      break;
+    }
+    default: break;
+  }
+  for (T& x : p) Clamp01(x);
+}
+
+// Sums of the split counts that the M-step and the LOD need, each taken cell by cell in cell
+// order: their rounding is part of the estimate.
+struct SplitSums {
+  float total = 0.0f;              // n'
+  std::array<float, 3> by_kind{};  // D0, D1, D2
+};
 
 float MStep(int type, const SplitSums& q) {
   const float n = q.total, d0 = q.by_kind[0], d1 = q.by_kind[1], d2 = q.by_kind[2];
@@ -54,7 +62,7 @@ float MStep(int type, const SplitSums& q) {
     }
     default: {
       const float s1 = n - d0, s2 = 2.0f * d0 + d1, s3 = n;
-      return EightWayInbredRoot(2.0f * s3 - 2.0f * s1 - 2.0f * s2, s1 - s2 - 2.0f * s3, s1);
+      return PureLineInbredRoot(2.0f * s3 - 2.0f * s1 - 2.0f * s2, s1 - s2 - 2.0f * s3, s1);
     }
   }
 }
@@ -98,6 +106,23 @@ int DigitOf(int founders, int32_t pattern, int founder) {
 
 }  // namespace
 
+float PureLineInbredRoot(float a, float b, float c) {
+  if (a == 0.0f) return b == 0.0f ? 0.5f : -c / b;
+  // The stable form of the two roots avoids cancelling b against the square root.
+  const float disc = b * b - 4.0f * a * c;
+  if (disc < 0.0f) return 0.5f;
+  const float q = -0.5f * (b + std::copysign(std::sqrt(disc), b));
+  float best = 0.5f;
+  bool found = false;
+  for (float root : {q != 0.0f ? q / a : 0.0f, q != 0.0f ? c / q : -b / a}) {
+    if (root >= 0.0f && root <= 0.5f && (!found || root < best)) {
+      best = root;
+      found = true;
+    }
+  }
+  return best;
+}
+
 int PureLineCellKind(int founders, int a, int b) {
   if (a == b) return kSameFounder;
   if ((a - 1) / 2 == (b - 1) / 2) return kSisterFounders;
@@ -106,20 +131,8 @@ int PureLineCellKind(int founders, int a, int b) {
 }
 
 std::array<float, 4> PureLineKindChances(int population_type, float r) {
-  const float c = 1.0f - r;
-  std::array<float, 4> p{};
-  switch (population_type) {
-    case 1: p = {c * c / 4.0f, r * c / 4.0f, 0.0f, r / 8.0f}; break;
-    case 2: p = {0.25f - 3.0f * r / 8.0f, r / 8.0f, 0.0f, r / 8.0f}; break;
-    case 3: p = {c * c * c / 8.0f, r * c * c / 8.0f, r * c / 16.0f, r / 32.0f}; break;
-    case 4: {
-      const float w = 1.0f + 2.0f * r;
-      p = {c * c / (8.0f * w), r * c / (8.0f * w), r / (16.0f * w), r / (16.0f * w)};
-      break;
-    }
-    default: break;
-  }
-  for (float& x : p) x = Clamp01(x);
+  std::array<float, 4> p;
+  KindChances(population_type, r, p);
   return p;
 }
 
@@ -141,120 +154,253 @@ std::array<uint8_t, kMaxFounders> FounderHeads(int founders, int32_t pattern) {
 PureLinePairClasses BuildPairClasses(int founders, int32_t first_pattern, int32_t second_pattern) {
   PureLinePairClasses out;
   out.founders = founders;
+  const int num_cells = founders * founders;
   const auto rows = FounderHeads(founders, first_pattern);
   const auto cols = FounderHeads(founders, second_pattern);
   // Class number of each head cell, -1 until the class is opened; classes in head-cell order.
   std::array<int, kMaxFounders * kMaxFounders> index{};
   index.fill(-1);
-  for (int a = 0; a < founders; ++a) {
-    for (int b = 0; b < founders; ++b) {
-      const int head = rows[a] * founders + cols[b];
-      if (head == a * founders + b) index[head] = out.num_classes++;
-    }
+  for (int cell = 0; cell < num_cells; ++cell) {
+    const int a = cell / founders, b = cell % founders;
+    const int head = rows[a] * founders + cols[b];
+    if (head == cell) index[head] = out.num_classes++;
+    out.cell_class[cell] = static_cast<uint8_t>(index[head]);
+    out.cell_kind[cell] = static_cast<uint8_t>(PureLineCellKind(founders, a + 1, b + 1));
+    PureLineClass& cls = out.classes[index[head]];
+    cls.head = static_cast<uint8_t>(head);
+    ++cls.cells;
   }
-  for (int a = 0; a < founders; ++a) {
-    for (int b = 0; b < founders; ++b) {
-      const int head = rows[a] * founders + cols[b];
-      PureLineClass& cls = out.classes[index[head]];
-      cls.head = static_cast<uint8_t>(head);
-      ++cls.cells;
-      ++cls.kinds[PureLineCellKind(founders, a + 1, b + 1)];
-    }
-  }
+  int next = 0;
   for (int c = 0; c < out.num_classes; ++c) {
-    PureLineClass& cls = out.classes[c];
-    int k = 0;
-    while (k < out.num_compositions && !(out.compositions[k].cells == cls.cells &&
-                                         out.compositions[k].kinds[0] == cls.kinds[0] &&
-                                         out.compositions[k].kinds[1] == cls.kinds[1] &&
-                                         out.compositions[k].kinds[2] == cls.kinds[2] &&
-                                         out.compositions[k].kinds[3] == cls.kinds[3]))
-      ++k;
-    if (k == out.num_compositions) {
-      PureLineComposition& comp = out.compositions[out.num_compositions++];
-      comp.cells = cls.cells;
-      for (int kind = 0; kind < 4; ++kind) comp.kinds[kind] = static_cast<float>(cls.kinds[kind]);
-    }
-    cls.composition = static_cast<uint8_t>(k);
+    out.classes[c].first = static_cast<uint8_t>(next);
+    next += out.classes[c].cells;
+  }
+  std::array<int, kMaxFounders * kMaxFounders> filled{};
+  for (int cell = 0; cell < num_cells; ++cell) {
+    const int c = out.cell_class[cell];
+    out.class_cells[out.classes[c].first + filled[c]++] = static_cast<uint8_t>(cell);
   }
   return out;
+}
+
+namespace {
+
+// Vectors of floats, one lane per pair: every operation on them is done lane by lane, exactly
+// as on a float alone.
+template <int L>
+struct Lanes;
+template <>
+struct Lanes<1> {
+  typedef float Floats __attribute__((vector_size(4)));
+  typedef int32_t Mask __attribute__((vector_size(4)));
+};
+template <>
+struct Lanes<4> {
+  typedef float Floats __attribute__((vector_size(16)));
+  typedef int32_t Mask __attribute__((vector_size(16)));
+};
+
+// The EM of pairs that share their class table, L at a time side by side: each pair is a lane
+// with its own r, rounds and stop, a lane whose pair has stopped takes the next one, and a lane
+// computes exactly what the pair alone would. The lanes keep the floating-point units busy while
+// one pair's long running sums wait on themselves.
+//
+// The EM takes its sums in the order the estimate is defined in: cell by cell, in cell order,
+// with Q = N(head) P / sum for each cell of a class of several cells. What it saves keeps every
+// bit: a split is computed once for each class and kind (every cell of a kind in a class gets
+// the same Q), a cell of a class without lines in any pair, whose Q is 0, adds nothing to a sum
+// and is left out of the running sums (in a lane where its class is empty it adds an exact 0),
+// and a pair whose r rises past 1/2 is settled at once (below).
+template <int L>
+void EstimateLanes(int type, const PureLinePairClasses& classes, const float* const* class_counts,
+                   int pairs, PureLineEstimate* out) {
+  using LaneFloats = typename Lanes<L>::Floats;
+  using LaneMask = typename Lanes<L>::Mask;
+  const int num_cells = classes.founders * classes.founders;
+  const int num_classes = classes.num_classes;
+  std::array<LaneFloats, kMaxFounders * kMaxFounders> lines{};  // by class
+  std::array<bool, kMaxFounders * kMaxFounders> any_lines{};
+  for (int k = 0; k < pairs; ++k)
+    for (int c = 0; c < num_classes; ++c) any_lines[c] = any_lines[c] || class_counts[k][c] != 0.0f;
+
+  // Q of each class and kind lives at slot 4 class + kind. The cells that carry lines, in cell
+  // order, as slots: all of them for n', and those of each named kind for D0, D1, D2.
+  std::array<uint8_t, kMaxFounders * kMaxFounders> all{};
+  std::array<std::array<uint8_t, kMaxFounders * kMaxFounders>, 3> of_kind{};
+  int num_all = 0;
+  std::array<int, 3> num_of_kind{};
+  for (int cell = 0; cell < num_cells; ++cell) {
+    const int c = classes.cell_class[cell], kind = classes.cell_kind[cell];
+    if (!any_lines[c]) continue;
+    const auto slot = static_cast<uint8_t>(4 * c + kind);
+    all[num_all++] = slot;
+    if (kind < 3) of_kind[kind][num_of_kind[kind]++] = slot;
+  }
+  // The classes of several cells, with the kinds of their cells in cell order, and the splits
+  // that their lines need: one for each kind present in a class that has lines.
+  std::array<uint8_t, kMaxFounders * kMaxFounders> kinds{};
+  struct Multi {
+    uint8_t first, cells;
+  };
+  std::array<Multi, kMaxFounders * kMaxFounders> multi{};
+  struct Split {
+    uint8_t multi, kind, slot, cls;
+  };
+  std::array<Split, 4 * kMaxFounders * kMaxFounders> splits{};
+  int num_multi = 0, num_splits = 0, num_kinds = 0;
+  uint8_t single_kinds = 0;  // the kinds of the one-cell classes, as bits
+  std::array<uint8_t, kMaxFounders * kMaxFounders> single_slots{};  // the slots of their Q
+  int num_singles = 0;
+  std::array<LaneFloats, 4 * kMaxFounders * kMaxFounders> q{};
+  for (int c = 0; c < num_classes; ++c) {
+    const PureLineClass& cls = classes.classes[c];
+    if (cls.cells == 1) {
+      const int kind = classes.cell_kind[cls.head];
+      single_kinds |= static_cast<uint8_t>(1u << kind);
+      single_slots[num_singles++] = static_cast<uint8_t>(4 * c + kind);
+      continue;
+    }
+    uint8_t present = 0;
+    multi[num_multi] = {static_cast<uint8_t>(num_kinds), cls.cells};
+    for (int k = 0; k < cls.cells; ++k) {
+      const uint8_t kind = classes.cell_kind[classes.class_cells[cls.first + k]];
+      kinds[num_kinds++] = kind;
+      present |= static_cast<uint8_t>(1u << kind);
+    }
+    if (any_lines[c])
+      for (int kind = 0; kind < 4; ++kind)
+        if (present & (1u << kind))
+          splits[num_splits++] = {static_cast<uint8_t>(num_multi), static_cast<uint8_t>(kind),
+                                  static_cast<uint8_t>(4 * c + kind), static_cast<uint8_t>(c)};
+    ++num_multi;
+  }
+
+  enum Stop : uint8_t { kRunning, kSettled, kUninformative, kPastHalfStop, kIdle };
+  std::array<Stop, L> stop;
+  stop.fill(kIdle);
+  std::array<int, L> rounds{}, pair_of{};
+  std::array<SplitSums, L> sums{};
+  LaneFloats next{}, old{};
+  std::array<LaneFloats, kMaxFounders * kMaxFounders> class_sum{};
+  const float flat = 1.0f / static_cast<float>(num_classes);
+  // A lane whose pair has stopped hands in its estimate and takes the next pair.
+  auto finish = [&](int l) {
+    PureLineEstimate& e = out[pair_of[l]];
+    e = PureLineEstimate{};
+    if (stop[l] == kPastHalfStop) return;
+    float r = (stop[l] == kUninformative || rounds[l] >= kMaxRounds) ? 0.5f : next[l];
+    float lod = PureLineLod(type, sums[l], r);
+    if (r < 0.0f && r > -0.5f) r = 0.0f;
+    if (r > 0.5f) {
+      r = 0.5f;
+      lod = 0.0f;
+    }
+    if (lod < 0.0f) lod = 0.0f;
+    // The inbred line's frequency R = 2r / (1 + 2r) back to r per meiosis.
+    if (type == 2 && r > 0.0f) r = r / (2.0f * (1.0f - r));
+    e = {r, lod};
+  };
+  int waiting = 0;  // the next pair to take a lane
+  auto load = [&](int l) {
+    if (waiting == pairs) {
+      stop[l] = kIdle;
+      return;
+    }
+    pair_of[l] = waiting;
+    const float* counts = class_counts[waiting++];
+    for (int c = 0; c < num_classes; ++c) lines[c][l] = counts[c];
+    for (int k = 0; k < num_singles; ++k) q[single_slots[k]][l] = counts[single_slots[k] / 4];
+    stop[l] = kRunning;
+    rounds[l] = 0;
+    sums[l] = SplitSums{};
+    next[l] = 0.25f;
+    old[l] = 0.0f;
+  };
+  for (int l = 0; l < L; ++l) load(l);
+  for (;;) {
+    bool any = false;
+    for (int l = 0; l < L; ++l) {
+      if (stop[l] == kRunning && !(std::fabs(next[l] - old[l]) > kTolerance && rounds[l] < kMaxRounds))
+        stop[l] = kSettled;
+      if (stop[l] != kRunning && stop[l] != kIdle) {
+        finish(l);
+        load(l);
+      }
+      if (stop[l] != kRunning) continue;
+      any = true;
+      old[l] = next[l];
+      ++rounds[l];
+    }
+    if (!any) break;
+    std::array<LaneFloats, 4> p;
+    KindChances(type, old, p);
+    // E-step.
+    LaneMask not_flat{};
+    const LaneFloats zero{};
+    auto off_flat = [&](const LaneFloats& sum) {
+      const LaneFloats d = sum - flat;
+      not_flat |= (d > kTolerance) | (d < -kTolerance);
+    };
+    for (int kind = 0; kind < 4; ++kind)
+      if (single_kinds & (1u << kind)) off_flat(p[kind]);
+    for (int m = 0; m < num_multi; ++m) {
+      LaneFloats sum{};
+      const uint8_t* kind = kinds.data() + multi[m].first;
+      for (int k = 0; k < multi[m].cells; ++k) sum += p[kind[k]];
+      class_sum[m] = sum;
+      off_flat(sum);
+    }
+    // Every class as likely as every other, whatever the founder cells: the pair carries no
+    // information on r.
+    for (int l = 0; l < L; ++l)
+      if (stop[l] == kRunning && not_flat[l] == 0) stop[l] = kUninformative;
+    // A class all of whose founder cells are impossible at this r (the iteration can reach the
+    // edge r = 0 or r = 1 only when such a class is empty) would read 0 x 0 / 0: it has no
+    // lines to split, so its cells get nothing. That is the limit of its split as r nears the
+    // edge, and it lets the iteration settle at the edge: r = 0 with its LOD, or an r past 1/2
+    // that is reported as 1/2 with LOD 0.
+    for (int k = 0; k < num_splits; ++k) {
+      const Split& s = splits[k];
+      const LaneFloats sum = class_sum[s.multi];
+      q[s.slot] = sum > zero ? lines[s.cls] * p[s.kind] / sum : zero;
+    }
+    // M-step.
+    LaneFloats total{}, d0{}, d1{}, d2{};
+    for (int k = 0; k < num_all; ++k) total += q[all[k]];
+    for (int k = 0; k < num_of_kind[0]; ++k) d0 += q[of_kind[0][k]];
+    for (int k = 0; k < num_of_kind[1]; ++k) d1 += q[of_kind[1][k]];
+    for (int k = 0; k < num_of_kind[2]; ++k) d2 += q[of_kind[2][k]];
+    for (int l = 0; l < L; ++l) {
+      if (stop[l] != kRunning) continue;
+      sums[l] = {total[l], {d0[l], d1[l], d2[l]}};
+      next[l] = MStep(type, sums[l]);
+      // A rising r past 1/2 (but for the eight-way inbred lines' root, which never passes 1/2)
+      // ends as a pair reported unlinked, r 1/2 and LOD 0, whatever rounds remain: a larger r
+      // moves every class's split towards the kinds of more recombination, which raises the
+      // next r, so the rounds keep rising (by far more than their rounding could undo) until
+      // they settle, run out or find the pair uninformative, and each reports exactly that.
+      if (type != 4 && next[l] > old[l] && next[l] > kPastHalf) stop[l] = kPastHalfStop;
+    }
+  }
+}
+
+}  // namespace
+
+void EstimatePureLinePairs(int type, const PureLinePairClasses& classes, const float* const* class_counts,
+                           int pairs, PureLineEstimate* out) {
+  if (PureLineFounders(type) == 0 || classes.num_classes == 0) {
+    for (int k = 0; k < pairs; ++k) out[k] = PureLineEstimate{};
+    return;
+  }
+  // A pair alone takes the one-lane form, which does the same operations without the idle lanes.
+  if (pairs == 1) EstimateLanes<1>(type, classes, class_counts, 1, out);
+  else EstimateLanes<kPureLineLanes>(type, classes, class_counts, pairs, out);
 }
 
 PureLineEstimate EstimatePureLinePair(int type, const PureLinePairClasses& classes,
                                       const float* class_counts) {
   PureLineEstimate out;
-  if (PureLineFounders(type) == 0 || classes.num_classes == 0) return out;
-
-  // A class of one cell keeps its count whatever r is: its share of the sums is fixed. The
-  // classes of more cells are taken together by composition.
-  SplitSums fixed;
-  std::array<float, kMaxFounders * kMaxFounders> pooled{};
-  for (int c = 0; c < classes.num_classes; ++c) {
-    const PureLineClass& cls = classes.classes[c];
-    fixed.total += class_counts[c];
-    if (cls.cells == 1) {
-      for (int k = 0; k < 4; ++k)
-        if (cls.kinds[k] != 0) fixed.by_kind[k] += class_counts[c];
-    } else {
-      pooled[cls.composition] += class_counts[c];
-    }
-  }
-  const int n_comp = classes.num_compositions;
-  const PureLineComposition* comp = classes.compositions.data();
-  const float flat = 1.0f / static_cast<float>(classes.num_classes);
-
-  float next = 0.25f, old = 0.0f;
-  int rounds = 0;
-  bool uninformative = false, past_half = false;
-  SplitSums q = fixed;
-  while (std::fabs(next - old) > kTolerance && rounds < kMaxRounds) {
-    old = next;
-    ++rounds;
-    const std::array<float, 4> p = PureLineKindChances(type, old);
-    // E-step. A founder cell's chance depends on its kind alone, so a class hands each kind its
-    // count times (cells of that kind x chance) over the class's sum of chances.
-    bool all_flat = true;
-    std::array<float, 4> share{};
-    for (int s = 0; s < n_comp; ++s) {
-      const float sum = comp[s].kinds[0] * p[0] + comp[s].kinds[1] * p[1] +
-                        comp[s].kinds[2] * p[2] + comp[s].kinds[3] * p[3];
-      if (std::fabs(sum - flat) > kTolerance) all_flat = false;
-      // A class that is impossible at this r has no count to split (the iteration reaches such
-      // an r only when the class is empty); its cells then get nothing.
-      if (comp[s].cells == 1 || pooled[s] == 0.0f || !(sum > 0.0f)) continue;
-      const float f = pooled[s] / sum;
-      for (int k = 0; k < 4; ++k) share[k] += f * comp[s].kinds[k];
-    }
-    // Every class as likely as every other, whatever the founder cells: the pair carries no
-    // information on r.
-    if (all_flat) {
-      uninformative = true;
-      break;
-    }
-    for (int k = 0; k < 4; ++k) q.by_kind[k] = fixed.by_kind[k] + share[k] * p[k];
-    next = MStep(type, q);
-    // In one parameter the EM step is monotone (a larger r shifts every class's split towards
-    // the recombinant kinds), so a rising sequence past 1/2 ends past 1/2: the pair is reported
-    // unlinked whatever rounds remain. The eight-way inbred root never passes 1/2.
-    if (type != 4 && next > old && next > kPastHalf) {
-      past_half = true;
-      break;
-    }
-  }
-  if (past_half) return out;
-  float r = (uninformative || rounds >= kMaxRounds) ? 0.5f : next;
-  float lod = PureLineLod(type, q, r);
-
-  if (r < 0.0f && r > -0.5f) r = 0.0f;
-  if (r > 0.5f) {
-    r = 0.5f;
-    lod = 0.0f;
-  }
-  if (lod < 0.0f) lod = 0.0f;
-  // The inbred line's frequency R = 2r / (1 + 2r) back to r per meiosis.
-  if (type == 2 && r > 0.0f) r = r / (2.0f * (1.0f - r));
-  out.rec_freq = r;
-  out.lod = lod;
+  EstimatePureLinePairs(type, classes, &class_counts, 1, &out);
   return out;
 }
 

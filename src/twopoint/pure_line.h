@@ -40,26 +40,24 @@ std::array<float, 4> PureLineKindChances(int population_type, float r);
 // of each merged set, which is where the reader's letters put its count. It depends only on the
 // two patterns, of which a data set has few, so it is built once per pattern pair.
 struct PureLineClass {
-  uint8_t head = 0;                  // 0-based cell F (a - 1) + (b - 1)
-  uint8_t cells = 0;                 // founder cells in the class
-  std::array<uint8_t, 4> kinds{};    // how many of them are of each kind
-  uint8_t composition = 0;           // index into the table's distinct compositions
-};
-// Classes with the same number of founder cells of each kind split their counts alike, so the
-// EM runs over the distinct compositions (a handful per pattern pair), each with the summed
-// count of its classes.
-struct PureLineComposition {
-  std::array<float, 4> kinds{};  // founder cells of each kind
-  int cells = 0;
+  uint8_t head = 0;   // 0-based cell F (a - 1) + (b - 1)
+  uint8_t cells = 0;  // founder cells in the class
+  uint8_t first = 0;  // its cells are class_cells[first] onwards, in cell order
 };
 struct PureLinePairClasses {
   int founders = 0;
-  int num_classes = 0;
+  int num_classes = 0;  // classes in the order of their head cells
   std::array<PureLineClass, kMaxFounders * kMaxFounders> classes{};
-  int num_compositions = 0;
-  std::array<PureLineComposition, kMaxFounders * kMaxFounders> compositions{};
+  std::array<uint8_t, kMaxFounders * kMaxFounders> class_cells{};
+  // Of each founder cell: its class and its kind.
+  std::array<uint8_t, kMaxFounders * kMaxFounders> cell_class{};
+  std::array<uint8_t, kMaxFounders * kMaxFounders> cell_kind{};
 };
 PureLinePairClasses BuildPairClasses(int founders, int32_t first_pattern, int32_t second_pattern);
+
+// The eight-way inbred lines' frequency from the sums of the split counts: the smallest root in
+// 0..0.5 of a r^2 + b r + c = 0 (-c / b when a is 0; 0.5 when there is none).
+float PureLineInbredRoot(float a, float b, float c);
 
 // The 0-based allele group (the first founder that shares the allele) of each founder.
 std::array<uint8_t, kMaxFounders> FounderHeads(int founders, int32_t pattern);
@@ -75,6 +73,11 @@ struct PureLineEstimate {
 // negative, and a 4PRIL frequency is brought back from the inbred line's scale.
 PureLineEstimate EstimatePureLinePair(int population_type, const PureLinePairClasses& classes,
                                       const float* class_counts);
+// The same for `pairs` pairs that share `classes`, the counts of pair k at class_counts[k]. The
+// pairs are estimated side by side, kPureLineLanes at a time, each exactly as alone.
+inline constexpr int kPureLineLanes = 4;
+void EstimatePureLinePairs(int population_type, const PureLinePairClasses& classes,
+                           const float* const* class_counts, int pairs, PureLineEstimate* out);
 
 // The pair from its two columns of founder letters (A to D or A to H; any other letter is
 // missing). The first entry serves types 1 and 2, the second types 3 and 4.

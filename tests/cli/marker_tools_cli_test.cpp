@@ -32,24 +32,61 @@ int MarkersReadBack(const std::string& path, int tool_code) {
 class MarkerToolsCommand : public testing::InTempDir {};
 
 TEST_F(MarkerToolsCommand, SnpFilesBecomeInputFilesOfTheirMapTools) {
-  testing::CommandRun r = Gaengine("snp " + testing::SourcePath("examples/f2_parents_progeny.snp") + " -o f2.map");
-  ASSERT_EQ(r.exit_code, 0) << r.out;
-  EXPECT_THAT(r.out, HasSubstr("8 markers read, 8 kept, 0 deleted"));
-  EXPECT_THAT(testing::ReadText("f2.map"), HasSubstr("!*****Anchor information"));
-  r = Gaengine("--seed 5 map f2.map");
+  // Each bundled file, without a design given, becomes the input file of the design its parents
+  // make, named after it, and that tool's reader takes it.
+  const struct {
+    const char* example;
+    const char* written;
+    int tool_code, markers;
+    const char* told;
+  } designs[] = {
+      {"f2_parents_progeny.snp", "f2_parents_progeny.map", 104, 8, "2 parents per marker: two inbred parents (MAP)"},
+      {"double_cross_parents_progeny.snp", "double_cross_parents_progeny.cdm", 20, 7,
+       "4 parents per marker: a clonal F1 or double cross (CDM), the progeny being mostly heterozygous"},
+      {"eight_way_ril_parents_progeny.snp", "eight_way_ril_parents_progeny.plm", 30, 8,
+       "8 parents per marker: four- or eight-way pure lines (PLM)"},
+  };
+  for (const auto& d : designs) {
+    testing::WriteText(d.example, testing::ReadText(testing::SourcePath(std::string("examples/") + d.example)));
+    const testing::CommandRun r = Gaengine(std::string("snp ") + d.example);
+    ASSERT_EQ(r.exit_code, 0) << r.out;
+    EXPECT_THAT(r.out, HasSubstr(d.told));
+    EXPECT_EQ(MarkersReadBack(d.written, d.tool_code), d.markers) << d.written;
+  }
+  EXPECT_THAT(testing::ReadText("eight_way_ril_parents_progeny.plm"), HasSubstr("ABABAABB EW01"));
+  testing::CommandRun r = Gaengine("--seed 5 map f2_parents_progeny.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("Linkage groups    1"));
 
-  r = Gaengine("snp " + testing::SourcePath("examples/double_cross_parents_progeny.snp") +
-               " --tool-code 20 -o dc.cdm");
+  // Four founders of pure lines: homozygous lines tell them from a double cross.
+  testing::WriteText("four.snp",
+                     "2\n1\n1\n2\n6\n1\nM1 AA TT AA TT\nM2 AA AA TT TT\n"
+                     "M1 AA TT TT AA AA TT\nM2 AA TT AA TT NN AA\nM1 0\nM2 0\n");
+  r = Gaengine("snp four.snp");
   ASSERT_EQ(r.exit_code, 0) << r.out;
-  EXPECT_THAT(r.out, HasSubstr("non-polymorphism! MarkerID=6"));
-  EXPECT_EQ(MarkersReadBack("dc.cdm", 20), 7);
-  r = Gaengine("snp " + testing::SourcePath("examples/eight_way_ril_parents_progeny.snp") +
-               " --tool-code 30 -o ew.plm");
-  ASSERT_EQ(r.exit_code, 0) << r.out;
-  EXPECT_EQ(MarkersReadBack("ew.plm", 30), 8);
-  EXPECT_THAT(testing::ReadText("ew.plm"), HasSubstr("ABABAABB EW01"));
+  EXPECT_THAT(r.out, HasSubstr("the progeny being homozygous lines"));
+  EXPECT_EQ(MarkersReadBack("four.plm", 30), 2);
+
+  // A design the parents contradict, or parents no design has, is refused with the reason, and
+  // nothing is written.
+  const struct {
+    std::string command, reason;
+  } refusals[] = {
+      {"snp eight_way_ril_parents_progeny.snp --tool-code 20 -o no.cdm",
+       "8 parents per marker do not make a clonal F1 or double cross (CDM)"},
+      {"snp f2_parents_progeny.snp --tool-code 30 -o no.plm", "2 parents per marker do not make four- or eight-way pure lines (PLM)"},
+      {"snp double_cross_parents_progeny.snp --tool-code 2 -o no.map", "4 parents per marker do not make two inbred parents (MAP)"},
+      {"snp three.snp -o no.map", "3 parents per marker: no design has that many"},
+      {"snp eight_as_four.snp -o no.plm", "with population type 2: eight founders make type 3 (8PDH) or 4 (8PRIL)"},
+  };
+  testing::WriteText("three.snp", "7\n1\n1\n1\n2\n1\nM1 AA TT AA\nM1 AA AT\nM1 0\n");
+  testing::WriteText("eight_as_four.snp", "2\n1\n1\n1\n2\n1\nM1 AA TT AA TT AA TT AA TT\nM1 AA TT\nM1 0\n");
+  for (const auto& refusal : refusals) {
+    r = Gaengine(refusal.command);
+    EXPECT_EQ(r.exit_code, 1) << refusal.command;
+    EXPECT_THAT(r.out, HasSubstr(refusal.reason)) << refusal.command;
+  }
+  for (const char* name : {"no.cdm", "no.plm", "no.map"}) EXPECT_FALSE(testing::FileExists(name)) << name;
 
   testing::WriteText("bad.snp", "7\n1\n1\n1\n2\n5\nM1 AA TT\nM1 AA AT\nM1 0\n");
   r = Gaengine("snp bad.snp");

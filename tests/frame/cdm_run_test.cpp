@@ -101,6 +101,34 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
     for (int t = 0; t < 11; ++t) EXPECT_LE(corrected.sizes[t][k], read.sizes[t][i]);
   }
   EXPECT_EQ(CallOnPath(CheckErrorCDQ, "sim.cdq"), 0);
+
+  // The QTL file holds the genotypes as bred, each marker in the phase .hap gives it: its row
+  // is the bred row with A and B, or C and D, or both exchanged. The scan's flags (there are
+  // some) go to the corrected data set only.
+  const auto qtl = testing::MarkerRowCells("sim.cdq", 300);
+  ASSERT_EQ(qtl.size(), 12u);
+  auto exchange = [](std::string type, bool ab, bool cd) {
+    for (char& c : type) {
+      if (ab && (c == 'A' || c == 'B')) c = c == 'A' ? 'B' : 'A';
+      else if (cd && (c == 'C' || c == 'D')) c = c == 'C' ? 'D' : 'C';
+    }
+    return type;
+  };
+  int flagged = 0;
+  for (int i = 0; i < 12; ++i) {
+    const auto row = qtl.find(markers[listing[i]].name);
+    ASSERT_NE(row, qtl.end()) << markers[listing[i]].name;
+    bool in_one_phase = false;
+    for (int way = 0; way < 4; ++way) {
+      std::vector<std::string> phased;
+      for (const std::string& t : types[listing[i]]) phased.push_back(exchange(t, way & 1, way & 2));
+      in_one_phase = in_one_phase || phased == row->second;
+    }
+    EXPECT_TRUE(in_one_phase) << row->first;
+    for (int k = 0; k < 12; ++k)
+      if (corrected.Name(k) == read.Name(i)) flagged += corrected.sizes[11][k] - read.sizes[11][i];
+  }
+  EXPECT_GT(flagged, 0);
 }
 
 // Every refusal of the clonal reader and of its header, each with its line (what a stop leaves

@@ -76,6 +76,16 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
     ASSERT_EQ(again.status, 0);
     for (int anchor : again.anchor) EXPECT_TRUE(anchor == 1 || anchor == 2) << anchor;
     EXPECT_EQ(testing::CallOnPath(CheckErrorPLQ, stem + ".plq"), 0);
+    // The QTL file holds the letters as bred; the scan's flags go to EC.plm only.
+    const auto qtl = testing::MarkerRowCells(stem + ".plq", lines);
+    ASSERT_EQ(qtl.size(), 16u);
+    for (int m = 0; m < n; ++m) {
+      const auto row = qtl.find(data.names[m]);
+      ASSERT_NE(row, qtl.end()) << data.names[m];
+      std::string letters;
+      for (const std::string& cell : row->second) letters += cell;
+      EXPECT_EQ(letters, data.letters[m]) << data.names[m];
+    }
   }
 }
 

@@ -105,10 +105,36 @@ TEST(ClonalReports, ParentalPositionsComeFromTheParentOrFromTheMap) {
   EXPECT_EQ(mtp[2].substr(216), "         A=B");
 }
 
+TEST(ClonalReports, MarkerTableListsTheLinkedMarkersInMapOrder) {
+  ClonalLayout map = SmallMap();
+  map.num_mapped = 4;
+  map.num_unlinked = 1;
+  map.order = {3, 1, 5, 2, 4, 6};  // P4 unlinked, Q2 deleted
+  map.chromosome_sizes = {2, 2};
+  map.position = {0.0f, 5.0f, 0.0f, 2.0f};
+  const std::vector<std::string> mtp = Lines(ClonalMtpReport(map));
+  ASSERT_EQ(mtp.size(), 5u);
+  // Each row: the input number, the name, and the marker's own counts (AC, ..., XD, ...).
+  const struct {
+    int number;
+    const char* name;
+    int ac, xc, xd;
+  } rows[] = {{3, "P3", 1, 0, 0}, {1, "P1", 1, 0, 0}, {5, "Q1", 0, 2, 2}, {2, "P2", 0, 2, 2}};
+  for (int k = 0; k < 4; ++k) {
+    const std::string& line = mtp[k + 1];
+    EXPECT_EQ(Field(line, 0, 12), rows[k].number) << k;
+    EXPECT_EQ(line.substr(13, 35), std::string(33, ' ') + rows[k].name) << k;
+    EXPECT_EQ(Field(line, 48, 12), rows[k].ac) << k;
+    EXPECT_EQ(Field(line, 96, 12), rows[k].xc) << k;
+    EXPECT_EQ(Field(line, 108, 12), rows[k].xd) << k;
+  }
+}
+
 TEST(ClonalReports, SegregationTestByHand) {
   ClonalLayout map = SmallMap();
   map.num_individuals = 100;
-  map.num_markers = 1;
+  map.num_markers = map.num_mapped = 1;
+  map.order = {1};
   map.category = {1};
   const std::string types = std::string(10, 'A') + std::string(20, 'B') + std::string(30, 'C') + std::string(40, 'D');
   map.types.assign(types.begin(), types.end());

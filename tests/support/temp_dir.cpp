@@ -67,4 +67,17 @@ std::vector<std::pair<int, std::string>> SumMapRows(const std::string& path) {
   return rows;
 }
 
+std::map<std::string, std::vector<std::string>> MarkerRowCells(const std::string& path, int individuals) {
+  std::map<std::string, std::vector<std::string>> rows;
+  for (const std::string& line : ReadLines(path)) {
+    if (line.empty() || line[0] == '!') continue;
+    std::istringstream in(line);
+    std::vector<std::string> tokens;
+    for (std::string t; in >> t;) tokens.push_back(t);
+    if (static_cast<int>(tokens.size()) == individuals + 2)
+      rows[tokens[1]] = std::vector<std::string>(tokens.begin() + 2, tokens.end());
+  }
+  return rows;
+}
+
 }  // namespace gae::testing

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,5 +32,8 @@ bool FileExists(const std::string& path);
 std::string SourcePath(const std::string& relative);
 // The map section of a written .sum: (chromosome number, trimmed marker name) in map order.
 std::vector<std::pair<int, std::string>> SumMapRows(const std::string& path);
+// The marker rows of a written input file (category, name, one cell per individual): the
+// cells by marker name. Rows of another length (chromosomes, positions, anchors) are passed over.
+std::map<std::string, std::vector<std::string>> MarkerRowCells(const std::string& path, int individuals);
 
 }  // namespace gae::testing

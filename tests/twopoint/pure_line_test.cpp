@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <map>
 #include <random>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "support/bred_data_sets.h"
+#include "support/literal_pure_line.h"
 #include "twopoint/pure_line.h"
 
 namespace gae {
@@ -122,6 +124,48 @@ TEST(PureLineEstimator, EmReachesTheMaximumOfTheObservedLikelihood) {
   }
 }
 
+// The engine's EM against the literal iteration, bit for bit, on random tables: lines drawn at
+// any r up to past 1/2, tables of a few lines, lines all in one kind of cell, and letters thrown
+// at random (which also fill cells that the reader never fills).
+TEST(PureLineEstimator, EmEqualsTheLiteralIterationBitForBit) {
+  std::mt19937_64 rng(30);
+  int differ = 0;
+  for (int trial = 0; trial < 20000; ++trial) {
+    const int type = 1 + static_cast<int>(rng() % 4), f = Founders(type);
+    const int32_t p1 = rng() % 8 == 0 ? (f == 4 ? 1234 : 12345678) : testing::RandomPattern(f, rng);
+    const int32_t p2 = rng() % 8 == 0 ? (f == 4 ? 1234 : 12345678) : testing::RandomPattern(f, rng);
+    const int lines = rng() % 6 == 0 ? static_cast<int>(rng() % 6) : 20 + static_cast<int>(rng() % 300);
+    std::string x, y;
+    switch (rng() % 4) {
+      case 0:  // letters at random
+        for (int i = 0; i < lines; ++i) {
+          x += static_cast<char>('A' + rng() % (f + 1));
+          y += static_cast<char>('A' + rng() % (f + 1));
+        }
+        break;
+      case 1:  // every line in a same-founder cell, or every line in another
+        for (int i = 0; i < lines; ++i) {
+          const auto a = static_cast<uint8_t>(rng() % f);
+          const auto b = static_cast<uint8_t>(trial % 2 == 0 ? a : (a + f / 2) % f);
+          x += testing::ObservedLetter(f, p1, a);
+          y += testing::ObservedLetter(f, p2, b);
+        }
+        break;
+      default:
+        DrawLines(type, (type == 2 ? 0.6 : 0.75) * static_cast<double>(rng() % 1000) / 1000.0, lines, p1, p2, rng, x, y);
+    }
+    const PureLineEstimate fast = Estimate(type, p1, p2, x, y);
+    const PureLineEstimate literal = testing::LiteralPureLinePair(type, lines, p1, p2, x.data(), y.data());
+    if (std::bit_cast<uint32_t>(fast.rec_freq) != std::bit_cast<uint32_t>(literal.rec_freq) ||
+        std::bit_cast<uint32_t>(fast.lod) != std::bit_cast<uint32_t>(literal.lod)) {
+      if (++differ <= 5)
+        ADD_FAILURE() << "type " << type << " patterns " << p1 << " " << p2 << " lines " << x << " / " << y << ": r "
+                      << fast.rec_freq << " vs " << literal.rec_freq << ", LOD " << fast.lod << " vs " << literal.lod;
+    }
+  }
+  EXPECT_EQ(differ, 0);
+}
+
 TEST(PureLineEstimator, RecoversTheFrequencyOfBredLines) {
   // Two markers 12 cM apart (r = 0.107 per meiosis), 1500 lines of each population type,
   // scored once with every founder told apart and once through shared alleles.
@@ -178,6 +222,14 @@ TEST(PureLineEstimator, EdgesOfTheIteration) {
       {"4PRIL by hand", 2, 1234, 1234, repeat("ABCD", 8), repeat("ABCD", 5) + repeat("BADC", 3), 0.25f / 1.5f, kAnyLod},
       {"letters of a founder beyond the population, and X, count nowhere", 1, 1234, 1234, d + "XEXH", d + "AAAA",
        0.0f, kParental},
+      // Founders 1 and 2 alike at the first marker: the empty class of cells (1, 1) and (2, 1)
+      // is impossible at r = 1, where the iteration goes, and its split reads 0 x 0 / 0.
+      {"every line recombinant beside an empty class impossible at r = 1", 1, 1123, 1234,
+       repeat("AACD", 10), repeat("CDAB", 10), 0.5f, 0.0f},
+      // Founders 3 and 4 alike: the empty classes of cells (1, 3) and (1, 4), and so on, are
+      // impossible at r = 0.
+      {"every line in a same-founder cell beside empty classes impossible at r = 0", 1, 1233, 1233,
+       repeat("AB", 20), repeat("AB", 20), 0.0f, kParental},
   };
   for (const Edge& e : edges) {
     const PureLineEstimate got = Estimate(e.type, e.p1, e.p2, e.x, e.y);
