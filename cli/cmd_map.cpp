@@ -33,6 +33,7 @@
 #include "map_options.h"
 #include "map_summary_extras.h"
 #include "plot_sources.h"
+#include "run_guard.h"
 #include "run_settings.h"
 #include "tsv_export.h"
 #include "user_errors.h"
@@ -295,6 +296,8 @@ int RunMap(const MapOptions& o) {
     std::fprintf(stderr, "%s: %s\n", file.c_str(), problem.c_str());
     return 1;
   }
+  RunScope scope;
+  if (!scope.Begin(file, {run.suffixes.begin(), run.suffixes.end()})) return 1;
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
@@ -358,6 +361,7 @@ int RunMap(const MapOptions& o) {
     ExplainRefusal(file, tool.tool_code, status);
     return 1;
   }
+  if (!ResultsWritten(file, tool.letters)) return 1;
   times.push_back({"reports and scan", clock.Lap()});
   if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),
                                [&](int marker) { return markers.Name(marker - 1); }, o.min_lod))
@@ -395,6 +399,7 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                   "0.5 with --lod auto)")
       ->check(CLI::Range(0.0f, 1.0f));
   RegisterStartsOption(*cmd);
+  RegisterGuardOptions(*cmd);
   cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->add_flag("--tsv", o.tsv,
                 "Also write the map as <stem>.map.tsv (group, marker, position, interval) and the pairs as "

@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <new>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -48,6 +49,9 @@ int main(int argc, char** argv) {
     // Help and version end with status 0; every other usage error with 2.
     const int code = app.exit(e);
     return code == 0 ? 0 : 2;
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "gaengine: not enough memory for this file\n");
+    return 1;
   }
   return exit_code;
 }

@@ -1,3 +1,4 @@
+#include "run_guard.h"
 #include "map_check.h"
 
 #include <sys/stat.h>
@@ -12,6 +13,7 @@
 #include "commands.h"
 #include "gaengine.h"
 #include "library_output.h"
+#include "frame/tool_profile.h"
 #include "pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -57,6 +59,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
     MAPFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
   }
   if (status != 0) return status;
+  if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
   for (auto* v : {&t.anchor, &t.size_a, &t.size_h, &t.size_b, &t.size_x, &t.category}) v->assign(n, 0);
@@ -65,7 +68,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   const std::string lrd = gae::PairStoreName(path);
   const std::string fingerprint = [&] {
     const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
-    return InputFingerprint(path);
+    return PairFingerprint("MAP", gae::ProfileOf(gae::MapTool::kMAP).record_length, InputFingerprint(path));
   }();
   if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
@@ -88,20 +91,27 @@ int CheckCdmFile(const std::string& path, MarkerTable& t) {
   int n = 0, status = 0;
   CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
   if (status != 0) return status;
+  if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
   for (auto* v : {&t.anchor, &t.category}) v->assign(n, 0);
   t.clonal_sizes.assign(12, std::vector<int>(n, 0));
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
+  const std::string lrd = gae::PairStoreName(path);
+  const std::string fingerprint = PairFingerprint("CDM", gae::ProfileOf(gae::MapTool::kCDM).record_length,
+                                                  FileBytesFingerprint(path));
+  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   std::atomic<bool> done{false};
-  std::thread progress(ShowProgress, gae::PairStoreName(path), 28LL * n * (n - 1) / 2, std::cref(done));
+  std::thread progress(ShowProgress, lrd, 28LL * n * (n - 1) / 2, std::cref(done));
   auto s = [&t](int k) { return t.clonal_sizes[k].data(); };
   CheckErrorCDM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), s(0), s(1), s(2),
                 s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
   done = true;
   progress.join();
+  if (status == 0) RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "run_guard.h"
 #include "gaengine.h"
 #include "library_output.h"
 #include "map_check.h"
@@ -17,6 +18,7 @@ int CheckPlmFile(const std::string& path, MarkerTable& t) {
   int n = 0, status = 0;
   PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
   if (status != 0) return status;
+  if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
   t.anchor.assign(n, 0);

@@ -14,7 +14,7 @@
 
 namespace gae {
 
-// The `PathLen` bytes at `path` up to the first NUL, trailing blanks trimmed; empty when
+// At most `PathLen` bytes at `path`, up to the first NUL, trailing blanks trimmed; empty when
 // `PathLen` is below 1.
 std::string EntryPath(int path_len, const char* path);
 
@@ -34,9 +34,21 @@ void ReportEntrySuccess(std::string_view dll_name);
 bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
                          int* status);
 
+// Whether any of the pointers is null: an export refuses such a call before it writes
+// through one.
+template <class... Pointers>
+bool AnyNull(const Pointers*... pointers) {
+  return ((pointers == nullptr) || ...);
+}
+
 // One 1118 line for each result file that was not written because it would have replaced
 // the input file.
 void ReportSkippedResults(const std::vector<std::string>& skipped);
+
+// Each file that could not be written completely: the 1101 line with the file's name in
+// place of the export's. `MessageCode` is left at 1101 when there was one. Returns whether
+// all were written.
+bool ReportUnwrittenFiles(const std::vector<std::string>& failed);
 
 // Runs an export's body inside the tool's log session. An exception (in practice a refused
 // allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program

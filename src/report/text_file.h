@@ -5,8 +5,13 @@
 
 namespace gae {
 
-// Replaces `path` with `text`. False when the file cannot be written.
+// Replaces `path` with `text`, written whole under a temporary name first. False when the
+// file cannot be written completely; the old file, if any, then stays as it was.
 bool WriteTextFile(const std::string& path, const std::string& text);
+
+// Whether a new file can be made beside `path` (whose folder must exist): false in a read-only
+// folder or file system.
+bool FolderTakesFiles(const std::string& path);
 
 // Whether two paths name one existing file (the same device and file number), however they
 // are spelled.
@@ -22,11 +27,14 @@ class ResultFiles {
   // Writes Stem() + `suffix`. False when it is not written.
   bool Write(const std::string& suffix, const std::string& text);
   const std::vector<std::string>& Skipped() const { return skipped_; }
+  // Results that could not be written completely (a full disk, a folder made read-only).
+  const std::vector<std::string>& Failed() const { return failed_; }
 
  private:
   std::string input_path_;
   std::string stem_;
   std::vector<std::string> skipped_;
+  std::vector<std::string> failed_;
 };
 
 // The stem of every result file: the input path less its last four characters (its

@@ -10,7 +10,8 @@ namespace gae {
 bool PairStoreFile::Open(const std::string& path, int record_length, int mapping_function) {
   Close();
   if (record_length < 1) return false;
-  const int fd = ::open(path.c_str(), O_RDONLY);
+  // Non-blocking: a pipe left at the name must not hold the run; it is refused below.
+  const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return false;
   struct stat info {};
   if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
