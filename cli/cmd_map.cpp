@@ -34,6 +34,7 @@
 #include "map_summary_extras.h"
 #include "plot_sources.h"
 #include "run_guard.h"
+#include "vocabulary/run_log.h"
 #include "run_settings.h"
 #include "tsv_export.h"
 #include "user_errors.h"
@@ -352,6 +353,7 @@ int RunMap(const MapOptions& o) {
   }
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
+  const gae::LogSession output_log(tool.letters);  // a report that cannot be written is named there
   if (status == 0)
     run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
                m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),

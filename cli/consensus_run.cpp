@@ -19,6 +19,7 @@
 #include "input/consensus_input.h"
 #include "report/text_file.h"
 #include "run_guard.h"
+#include "vocabulary/run_log.h"
 #include "run_settings.h"
 #include "user_errors.h"
 
@@ -190,6 +191,7 @@ int RunConsensus(const std::string& file) {
   if (status != 0) return StageFailed(file, "rippling", status);
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
+  const gae::LogSession output_log(tool.letters);  // a report that cannot be written is named there
   CMPOutput(path.Len(), path.Data(), m.num_markers, m.num_mapped, m.num_unlinked, m.num_groups,
             names.data(), m.group_size.data(), m.order.data(), m.position.data(), 1);
   quiet.reset();

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdio>
 #include <new>
 #include <string>
@@ -15,6 +16,8 @@
 #endif
 
 int main(int argc, char** argv) {
+  // A write past the file-size limit fails as on a full disk, and the run says so.
+  std::signal(SIGXFSZ, SIG_IGN);
   CLI::App app{"gaengine: linkage maps and input checks for breeding populations"};
   app.require_subcommand(1);
   // Options of the command may also follow the sub-command: `gaengine map --seed 3 f.map`.

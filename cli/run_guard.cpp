@@ -11,6 +11,7 @@
 #include "report/text_file.h"
 #include "vocabulary/frame_codes.h"
 #include "vocabulary/message_code.h"
+#include "library_output.h"
 #include "result_manifest.h"
 #include "twopoint/pair_store_writer.h"
 #include "vocabulary/path_stem.h"
@@ -100,6 +101,14 @@ bool ResultsWritten(const std::string& input, std::string_view tool_letters) {
   if (gae::MessageCode() != gae::kEntryFailed) return true;
   std::fprintf(stderr, "%s: a result file could not be written completely (a full disk?); %.*s.log names it\n",
                input.c_str(), static_cast<int>(tool_letters.size()), tool_letters.data());
+  // The library's 1101 lines that name a file rather than an export.
+  const std::string& said = LibraryTranscript();
+  const std::string mark = "DLL name=";
+  for (std::size_t at = said.find(mark); at != std::string::npos; at = said.find(mark, at + 1)) {
+    const std::size_t from = at + mark.size(), end = said.find('\n', from);
+    const std::string name = said.substr(from, end == std::string::npos ? std::string::npos : end - from);
+    if (name.rfind("DLL ", 0) != 0) std::fprintf(stderr, "  not written: %s\n", name.c_str());
+  }
   return false;
 }
 
