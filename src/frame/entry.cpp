@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "twopoint/pair_store_file.h"
+
 namespace gae {
 
 std::string EntryPath(int path_len, const char* path) {
@@ -49,6 +51,15 @@ void ReportSkippedResults(const std::vector<std::string>& skipped) {
     PrintMessage(1118, {MsgArg::Field(path)});
   }
   MessageCode() = 0;
+}
+
+bool StoreCutShort(std::string_view dll_name, int* status) {
+  if (!TakePairStoreDamage()) return false;
+  MessageCode() = kEntryFailed;
+  PrintFrameMessage(Process().pair_store.lrd_name, 0.0f, 0.0f, 0);
+  PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
+  if (status != nullptr) *status = kEntryFailed;
+  return true;
 }
 
 bool ReportUnwrittenFiles(const std::vector<std::string>& failed) {

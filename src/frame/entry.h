@@ -50,6 +50,10 @@ void ReportSkippedResults(const std::vector<std::string>& skipped);
 // all were written.
 bool ReportUnwrittenFiles(const std::vector<std::string>& failed);
 
+// Whether the pairwise file was cut short under this call: then the 1101 line names the file,
+// another names the export, and `Status` and `MessageCode` become 1101.
+bool StoreCutShort(std::string_view dll_name, int* status);
+
 // Runs an export's body inside the tool's log session. An exception (in practice a refused
 // allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program
 // never sees it.
@@ -59,6 +63,7 @@ void GuardedEntry(std::string_view tool, std::string_view dll_name, int* status,
     LogSession log(tool);
     try {
       body();
+      StoreCutShort(dll_name, status);
     } catch (...) {
       if (status != nullptr) *status = kEntryFailed;
       MessageCode() = kEntryFailed;

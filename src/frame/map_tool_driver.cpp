@@ -56,6 +56,7 @@ bool WritePairFile(MapToolPolicy& policy, const std::string& path, int threads) 
   settings.lrd_name = PairStoreName(path);
   settings.record_length = policy.Profile().record_length;
   settings.mapping_function = policy.StoreMappingFunction();
+  settings.expected_records = PairCount(policy.NumMarkers());
   // An input named like its pairwise file (cross.LRD) would be replaced by it.
   if (SameFile(settings.lrd_name, path)) {
     ReportSkippedResults({settings.lrd_name});
@@ -301,6 +302,8 @@ void AllByDefaultBody(MapToolPolicy& policy, int path_len, const char* path, int
     const std::string file_path = EntryPath(path_len, path);
     if (!ReadAndPair(policy, file_path, map, status, threads)) return;
     BuildMap(p, map);
+    // A map built on a store cut short under the run is no map: nothing is written.
+    if (StoreCutShort(p.all_by_default_name, status)) return ReleaseMapState(map);
     const bool written = NameAndWrite(policy, file_path, map);
     ReleaseMapState(map);
     if (written) ReportEntrySuccess(p.all_by_default_name);
