@@ -1,9 +1,11 @@
 #include "run_guard.h"
 #include "map_check.h"
 
+#include <glob.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <optional>
@@ -21,9 +23,19 @@ namespace gaecli {
 
 namespace {
 
-long long FileSize(const std::string& path) {
-  struct stat info {};
-  return ::stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : 0;
+// The library fills the pairwise file under a temporary name of this process and renames it
+// when complete: the size of that file is the progress.
+long long FileSize(const std::string& lrd) {
+  glob_t found {};
+  long long size = 0;
+  const std::string pattern = lrd + ".part" + std::to_string(::getpid()) + "_*";
+  if (::glob(pattern.c_str(), 0, nullptr, &found) == 0) {
+    struct stat info {};
+    for (std::size_t k = 0; k < found.gl_pathc; ++k)
+      if (::stat(found.gl_pathv[k], &info) == 0) size = std::max(size, static_cast<long long>(info.st_size));
+  }
+  ::globfree(&found);
+  return size;
 }
 
 // The library writes the records in order, so the size of the growing file is the progress.

@@ -10,6 +10,7 @@
 #include "frame/tool_profile.h"
 #include "input/consensus_input.h"
 #include "input/map_tool_reader.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -122,8 +123,7 @@ std::string ClearStalePairFile(const std::string& lrd_path, const std::string& f
 void RecordPairFileSource(const std::string& lrd_path, const std::string& fingerprint) {
   const std::string stamp = FileStamp(lrd_path);
   if (fingerprint.empty() || stamp.empty()) return;
-  std::ofstream out(FingerprintFileName(lrd_path), std::ios::trunc);
-  out << fingerprint << " " << stamp << "\n";
+  gae::WriteTextFile(FingerprintFileName(lrd_path), fingerprint + " " + stamp + "\n");
 }
 
 }  // namespace gaecli

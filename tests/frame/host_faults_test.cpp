@@ -14,17 +14,14 @@
 #include <csignal>
 #include <cstring>
 #include <functional>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "gaengine.h"
-#include "input/list_reader.h"
 #include "support/export_call.h"
 #include "support/temp_dir.h"
 #include "twopoint/pair_store_file.h"
 #include "twopoint/pair_store_writer.h"
-#include "vocabulary/fixed_format.h"
 
 namespace gae {
 namespace {
@@ -78,24 +75,6 @@ class HostLocale : public testing::InTempDir {
   void SetHostLocale() { ASSERT_NE(std::setlocale(LC_ALL, locale_.c_str()), nullptr); }
   std::string locale_;
 };
-
-TEST_F(HostLocale, NumbersReadAndWrittenWithAPointWhateverTheHostSet) {
-  std::mt19937_64 rng(31);
-  std::uniform_real_distribution<double> value(-5000.0, 5000.0);
-  std::vector<std::string> in_c;
-  std::vector<double> values;
-  for (int k = 0; k < 200; ++k) values.push_back(value(rng));
-  for (const double v : values) in_c.push_back(fmt::F(v, 12, 4));
-  SetHostLocale();
-  for (std::size_t k = 0; k < values.size(); ++k) {
-    ASSERT_EQ(fmt::F(values[k], 12, 4), in_c[k]);
-    float back = 0.0f;
-    ASSERT_TRUE(ParseReal(fmt::Trim(in_c[k]), back)) << in_c[k];
-    ASSERT_NEAR(back, values[k], 1e-3 * std::max(1.0, std::fabs(values[k]))) << in_c[k];
-  }
-  float comma = 0.0f;
-  EXPECT_FALSE(ParseReal("1,5", comma));  // the file formats know a point only
-}
 
 TEST_F(HostLocale, BundledExamplesCheckAndMapAsInTheCLocale) {
   const std::vector<std::pair<testing::PathExport, std::string>> checks = {
