@@ -113,8 +113,8 @@ int CheckCdmFile(const std::string& path, MarkerTable& t) {
   const std::string lrd = gae::PairStoreName(path);
   const std::string fingerprint = PairFingerprint("CDM", gae::ProfileOf(gae::MapTool::kCDM).record_length,
                                                   FileBytesFingerprint(path));
-  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
-    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())  // stdout is the library's here
+    std::fprintf(stderr, "%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   std::atomic<bool> done{false};
   std::thread progress(ShowProgress, lrd, 28LL * n * (n - 1) / 2, std::cref(done));
   auto s = [&t](int k) { return t.clonal_sizes[k].data(); };

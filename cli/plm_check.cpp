@@ -33,8 +33,8 @@ int CheckPlmFile(const std::string& path, MarkerTable& t) {
   const std::string lrd = gae::PairStoreName(path);
   const std::string fingerprint = PairFingerprint("PLM", gae::ProfileOf(gae::MapTool::kPLM).record_length,
                                                   FileBytesFingerprint(path));
-  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
-    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())  // stdout is the library's here
+    std::fprintf(stderr, "%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   CheckErrorPLM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), sizes[0].data(),
                 sizes[1].data(), sizes[2].data(), sizes[3].data(), sizes[4].data(), sizes[5].data(),
                 sizes[6].data(), sizes[7].data(), sizes[8].data(), t.category.data(),
