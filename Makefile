@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 # Debian packages the build, the tests and the benchmarks need.
 DEB_PACKAGES := cmake make g++ gcc binutils libgtest-dev libgmock-dev libbenchmark-dev \
-                libcli11-dev libboost-math-dev libcairo2-dev libhts-dev pkg-config
+                libcli11-dev libboost-math-dev libcairo2-dev libhts-dev pkg-config locales
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
@@ -20,6 +20,8 @@ deps:
 	  $(SUDO) env DEBIAN_FRONTEND=noninteractive apt-get update -q && \
 	  $(SUDO) env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends $$missing; \
 	fi
+	@# A decimal-comma locale, for the test that a host's locale changes no number read or written.
+	@locale -a 2>/dev/null | grep -qix 'de_DE.utf8' || $(SUDO) localedef -i de_DE -f UTF-8 de_DE.UTF-8
 
 build:
 	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release

@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "run_guard.h"
 #include "commands.h"
 #include "library_output.h"
 #include "user_errors.h"
@@ -72,6 +73,7 @@ int RunBin(const BinSettings& s) {
   int num_markers = 0, status = 0;
   std::optional<LibraryOutput> quiet(std::in_place);
   BINFindNumMarkers(s.tool_code, path.Len(), path.Data(), &num_markers, &status);
+  if (status == 0 && !DeclaredSizeFits(s.file, num_markers, "markers")) return 1;
   if (status == 0) {
     std::vector<int> names(static_cast<std::size_t>(num_markers) * 35), anchors(num_markers),
         categories(num_markers);

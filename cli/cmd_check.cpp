@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "run_guard.h"
 #include "commands.h"
 #include "gaengine.h"
 #include "library_output.h"
@@ -46,6 +47,7 @@ int CheckPrediction(const PathArg& path, std::string& summary) {
   int num_traits = 0, flag = 0;
   GSPFindNumTraits(path.Len(), path.Data(), &num_traits, &flag);
   if ((flag & 1) != 0) return 1;
+  if (!DeclaredSizeFits(path.text, num_traits, "traits")) return 1;
   std::vector<int> codes(static_cast<std::size_t>(num_traits) * 19, ' ');
   int training = 0;
   GSPFindTraitName(path.Len(), path.Data(), num_traits, codes.data(), &training, &flag);

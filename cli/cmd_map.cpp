@@ -11,6 +11,7 @@
 #include "frame/tool_profile.h"
 #include "map_command.h"
 #include "map_gates.h"
+#include "run_guard.h"
 #include "run_settings.h"
 
 namespace gaecli {
@@ -55,6 +56,7 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                 "Run the front end's default sequence of the library's exports instead of gaengine's own pipeline: "
                 "the files the desktop program would write");
   RegisterStartsOption(*cmd);
+  RegisterGuardOptions(*cmd);
   cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->add_flag("--tsv", o.tsv,
                 "Also write the map as <stem>.map.tsv (group, marker, position, interval) and the pairs as "

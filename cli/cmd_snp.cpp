@@ -11,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "run_guard.h"
 #include "commands.h"
 #include "library_output.h"
 #include "user_errors.h"
@@ -66,6 +67,7 @@ int RunSnp(const std::string& file, std::string out, int requested) {
                             : design.mode;
   SNPFindNumMarkers(tool_code, path.Len(), path.Data(), &num_markers, &status);
   if (status != 0) return quiet.reset(), Fail(file, status);
+  if (!DeclaredSizeFits(file, num_markers, "markers")) return 1;
   std::vector<int> names(static_cast<std::size_t>(num_markers) * 35), anchors(num_markers),
       codes(num_markers);
   CheckErrorSNP(tool_code, path.Len(), path.Data(), num_markers, names.data(), anchors.data(),

@@ -18,6 +18,8 @@
 #include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
 #include "report/text_file.h"
+#include "run_guard.h"
+#include "vocabulary/run_log.h"
 #include "run_settings.h"
 #include "user_errors.h"
 
@@ -86,12 +88,16 @@ int CheckConsensusFile(const std::string& file, ConsensusCheck& check) {
                       &check.num_maps, &check.num_markers, &status);
   }
   if (status != 0) return status;
+  if (!DeclaredSizeFits(file, check.num_markers, "markers") ||
+      !DeclaredSizeFits(file, static_cast<long long>(check.num_markers) * check.num_maps, "map places"))
+    return kRefusedByCommand;
   check.name_codes.assign(static_cast<size_t>(check.num_markers) * 35, 0);
   check.maps_holding.assign(check.num_markers, 0);
   check.places.assign(static_cast<size_t>(check.num_markers) * check.num_maps, 0);
   // A pairwise file of the right size is reused by the library: clear it when the maps changed.
   const std::string lrd = gae::PairStoreName(file);
-  const std::string fingerprint = gae::ConsensusFingerprint(file);
+  const std::string fingerprint =
+      gae::PairFingerprint("CMP", gae::ProfileOf(gae::MapTool::kCMP).record_length, gae::ConsensusFingerprint(file));
   if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   {
@@ -152,6 +158,8 @@ int StageFailed(const std::string& file, const char* stage, int status) {
 }  // namespace
 
 int RunConsensus(const std::string& file) {
+  RunScope scope;
+  if (!scope.Begin(file, {".sum", ".dis"})) return 1;
   ConsensusCheck check;
   if (const int status = CheckConsensusFile(file, check); status != 0) {
     ExplainRefusal(file, gae::ProfileOf(gae::MapTool::kCMP).tool_code, status);
@@ -183,9 +191,11 @@ int RunConsensus(const std::string& file) {
   if (status != 0) return StageFailed(file, "rippling", status);
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
+  const gae::LogSession output_log(tool.letters);  // a report that cannot be written is named there
   CMPOutput(path.Len(), path.Data(), m.num_markers, m.num_mapped, m.num_unlinked, m.num_groups,
             names.data(), m.group_size.data(), m.order.data(), m.position.data(), 1);
   quiet.reset();
+  if (!ResultsWritten(file, tool.letters)) return 1;
   PrintSummary(file, check, map);
   return 0;
 }

@@ -23,6 +23,8 @@
 #include "lod_tree_view.h"
 #include "map_check.h"
 #include "map_gates.h"
+#include "run_guard.h"
+#include "vocabulary/run_log.h"
 #include "trait_templates.h"
 #include "map_command.h"
 #include "map_options.h"
@@ -255,6 +257,11 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
 
 }  // namespace
 
+std::vector<std::string> ResultSuffixes(const std::string& file, const std::string& tool) {
+  const std::vector<const char*>& suffixes = ToolOfFile(file, tool).suffixes;
+  return {suffixes.begin(), suffixes.end()};
+}
+
 int RunFrontEndMap(const MapOptions& o) {
   const std::string& file = o.file;
   const std::string& lod = o.lod;
@@ -273,6 +280,8 @@ int RunFrontEndMap(const MapOptions& o) {
     std::fprintf(stderr, "%s: %s\n", file.c_str(), problem.c_str());
     return 1;
   }
+  RunScope scope;
+  if (!scope.Begin(file, {run.suffixes.begin(), run.suffixes.end()})) return 1;
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;
@@ -333,6 +342,7 @@ int RunFrontEndMap(const MapOptions& o) {
   }
   const std::vector<int> names = gae::GroupNamesToCodes(map.Names());
   const PathArg path(file);
+  const gae::LogSession output_log(tool.letters);  // a report that cannot be written is named there
   if (status == 0)
     run.output(path.Len(), path.Data(), m.num_markers, markers.anchor.data(), m.num_mapped,
                m.num_unlinked, m.num_groups, names.data(), m.group_size.data(), m.order.data(),
@@ -342,6 +352,7 @@ int RunFrontEndMap(const MapOptions& o) {
     ExplainRefusal(file, tool.tool_code, status);
     return 1;
   }
+  if (!ResultsWritten(file, tool.letters)) return 1;
   times.push_back({"reports and scan", clock.Lap()});
   if (const std::string filled = FillQtlFiles(file); !filled.empty()) facts.notes.push_back(filled);
   if (o.tsv && !WriteMapTables(file, tool.record_length, m, map.Names(),

@@ -1,4 +1,6 @@
+#include <csignal>
 #include <cstdio>
+#include <new>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -14,6 +16,8 @@
 #endif
 
 int main(int argc, char** argv) {
+  // A write past the file-size limit fails as on a full disk, and the run says so.
+  std::signal(SIGXFSZ, SIG_IGN);
   CLI::App app{"gaengine: linkage maps and input checks for breeding populations"};
   app.require_subcommand(1);
   // Options of the command may also follow the sub-command: `gaengine map --seed 3 f.map`.
@@ -48,6 +52,9 @@ int main(int argc, char** argv) {
     // Help and version end with status 0; every other usage error with 2.
     const int code = app.exit(e);
     return code == 0 ? 0 : 2;
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "gaengine: not enough memory for this file\n");
+    return 1;
   }
   return exit_code;
 }

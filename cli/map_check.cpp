@@ -1,8 +1,11 @@
+#include "run_guard.h"
 #include "map_check.h"
 
+#include <glob.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <optional>
@@ -12,6 +15,8 @@
 #include "commands.h"
 #include "gaengine.h"
 #include "library_output.h"
+#include "frame/tool_profile.h"
+#include "input/tool_codes.h"
 #include "pipeline/pair_fingerprint.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -19,9 +24,19 @@ namespace gaecli {
 
 namespace {
 
-long long FileSize(const std::string& path) {
-  struct stat info {};
-  return ::stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : 0;
+// The library fills the pairwise file under a temporary name of this process and renames it
+// when complete: the size of that file is the progress.
+long long FileSize(const std::string& lrd) {
+  glob_t found {};
+  long long size = 0;
+  const std::string pattern = lrd + ".part" + std::to_string(::getpid()) + "_*";
+  if (::glob(pattern.c_str(), 0, nullptr, &found) == 0) {
+    struct stat info {};
+    for (std::size_t k = 0; k < found.gl_pathc; ++k)
+      if (::stat(found.gl_pathv[k], &info) == 0) size = std::max(size, static_cast<long long>(info.st_size));
+  }
+  ::globfree(&found);
+  return size;
 }
 
 }  // namespace
@@ -67,6 +82,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
     MAPFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
   }
   if (status != 0) return status;
+  if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
   for (auto* v : {&t.anchor, &t.size_a, &t.size_h, &t.size_b, &t.size_x, &t.category}) v->assign(n, 0);
@@ -75,7 +91,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   const std::string lrd = gae::PairStoreName(path);
   const std::string fingerprint = [&] {
     const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
-    return gae::InputFingerprint(path);
+    return gae::PairFingerprint("MAP", gae::ProfileOf(gae::MapTool::kMAP).record_length, gae::InputFingerprint(path));
   }();
   if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())
     std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
@@ -91,25 +107,44 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   return status;
 }
 
+bool DeclaredMarkersFit(const std::string& path, int tool_code) {
+  const PathArg arg(path);
+  int n = 0, status = 0;
+  {
+    const LibraryOutput quiet(false);
+    if (tool_code == gae::kClonalToolCode) CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+    else if (tool_code == gae::kPureLineToolCode) PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+    else MAPFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  }
+  return status != 0 || DeclaredSizeFits(path, n, "markers");  // a bad header is the reader's to explain
+}
+
 int CheckCdmFile(const std::string& path, MarkerTable& t) {
   const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
   CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
   if (status != 0) return status;
+  if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
   for (auto* v : {&t.anchor, &t.category}) v->assign(n, 0);
   t.clonal_sizes.assign(12, std::vector<int>(n, 0));
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
+  const std::string lrd = gae::PairStoreName(path);
+  const std::string fingerprint = gae::PairFingerprint("CDM", gae::ProfileOf(gae::MapTool::kCDM).record_length,
+                                                       gae::FileBytesFingerprint(path));
+  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())  // stdout is the library's here
+    std::fprintf(stderr, "%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   PairProgress progress;
-  progress.Start(gae::PairStoreName(path), 28LL * n * (n - 1) / 2);
+  progress.Start(lrd, 28LL * n * (n - 1) / 2);
   auto s = [&t](int k) { return t.clonal_sizes[k].data(); };
   CheckErrorCDM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), s(0), s(1), s(2),
                 s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
   progress.Stop();
+  if (status == 0) gae::RecordPairFileSource(lrd, fingerprint);
   return status;
 }
 

@@ -42,4 +42,8 @@ int CheckCdmFile(const std::string& path, MarkerTable& table);
 // PLMFindNumMarkers, then CheckErrorPLM; the founder counts are not kept (size_x is).
 int CheckPlmFile(const std::string& path, MarkerTable& table);
 
+// False, with the reason on standard error, when the header of a MAP, CDM or PLM file (by its
+// tool code) declares more markers than the file can hold: refused before anything is allocated.
+bool DeclaredMarkersFit(const std::string& path, int tool_code);
+
 }  // namespace gaecli

@@ -14,6 +14,7 @@
 #include "pipeline/map_pipeline.h"
 #include "report/text_file.h"
 #include "map_gates.h"
+#include "run_guard.h"
 #include "run_settings.h"
 #include "trait_templates.h"
 #include "tsv_export.h"
@@ -161,6 +162,9 @@ int RunPipelineMap(const MapOptions& o) {
     std::fprintf(stderr, "%s: %s\n", o.file.c_str(), problem.c_str());
     return 1;
   }
+  RunScope scope;
+  if (!scope.Begin(o.file, ResultSuffixes(o.file, o.tool))) return 1;
+  if (!DeclaredMarkersFit(o.file, tool.tool_code)) return 1;
   std::vector<std::string> notes;
   if (CheckBeforePairs(o.file, tool.tool_code, o.force, notes) != 0) return 1;
   gae::MapPipelineSettings settings = SettingsOf(o, tool, lod);

@@ -1,3 +1,4 @@
+#include "run_guard.h"
 #include "user_errors.h"
 
 #include <unistd.h>
@@ -266,6 +267,7 @@ void AddInputNameChecks(CLI::App& app) {
 }
 
 void ExplainRefusal(const std::string& file, int tool_code, int status) {
+  if (status == kRefusedByCommand) return;  // already said
   const std::string line = LastErrorLine(status);
   const Values v = KeyedValues(status, line);
   Explanation e;

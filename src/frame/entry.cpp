@@ -1,15 +1,19 @@
 #include "frame/entry.h"
 
+#include <string.h>
+
 #include <algorithm>
+
+#include "twopoint/pair_store_file.h"
 
 namespace gae {
 
 std::string EntryPath(int path_len, const char* path) {
   if (path_len < 1 || path == nullptr) return {};
-  std::string text(path, static_cast<std::size_t>(path_len));
-  // A C or Fortran front end may pass its buffer's size: the path ends at its first NUL, or
-  // every result name would end there too, on the input itself.
-  text.resize(std::min(text.size(), text.find('\0')));
+  // A C or Fortran front end may pass its buffer's size, or more: the path ends at its first
+  // NUL, and no byte past it is read (the buffer may end there).
+  const std::size_t length = ::strnlen(path, static_cast<std::size_t>(path_len));
+  std::string text(path, length);
   const std::size_t end = text.find_last_not_of(' ');
   return end == std::string::npos ? std::string() : text.substr(0, end + 1);
 }
@@ -47,6 +51,23 @@ void ReportSkippedResults(const std::vector<std::string>& skipped) {
     PrintMessage(1118, {MsgArg::Field(path)});
   }
   MessageCode() = 0;
+}
+
+bool StoreCutShort(std::string_view dll_name, int* status) {
+  if (!TakePairStoreDamage()) return false;
+  MessageCode() = kEntryFailed;
+  PrintFrameMessage(Process().pair_store.lrd_name, 0.0f, 0.0f, 0);
+  PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);
+  if (status != nullptr) *status = kEntryFailed;
+  return true;
+}
+
+bool ReportUnwrittenFiles(const std::vector<std::string>& failed) {
+  for (const std::string& path : failed) {
+    MessageCode() = kEntryFailed;
+    PrintFrameMessage(path, 0.0f, 0.0f, 0);
+  }
+  return failed.empty();
 }
 
 }  // namespace gae

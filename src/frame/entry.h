@@ -14,7 +14,7 @@
 
 namespace gae {
 
-// The `PathLen` bytes at `path` up to the first NUL, trailing blanks trimmed; empty when
+// At most `PathLen` bytes at `path`, up to the first NUL, trailing blanks trimmed; empty when
 // `PathLen` is below 1.
 std::string EntryPath(int path_len, const char* path);
 
@@ -34,9 +34,25 @@ void ReportEntrySuccess(std::string_view dll_name);
 bool RefuseMissingArrays(bool missing, std::string_view tool, std::string_view dll_name,
                          int* status);
 
+// Whether any of the pointers is null: an export refuses such a call before it writes
+// through one.
+template <class... Pointers>
+bool AnyNull(const Pointers*... pointers) {
+  return ((pointers == nullptr) || ...);
+}
+
 // One 1118 line for each result file that was not written because it would have replaced
 // the input file.
 void ReportSkippedResults(const std::vector<std::string>& skipped);
+
+// Each file that could not be written completely: the 1101 line with the file's name in
+// place of the export's. `MessageCode` is left at 1101 when there was one. Returns whether
+// all were written.
+bool ReportUnwrittenFiles(const std::vector<std::string>& failed);
+
+// Whether the pairwise file was cut short under this call: then the 1101 line names the file,
+// another names the export, and `Status` and `MessageCode` become 1101.
+bool StoreCutShort(std::string_view dll_name, int* status);
 
 // Runs an export's body inside the tool's log session. An exception (in practice a refused
 // allocation for an absurd size) becomes the 1101 line and `Status` 1101: the host program
@@ -47,6 +63,7 @@ void GuardedEntry(std::string_view tool, std::string_view dll_name, int* status,
     LogSession log(tool);
     try {
       body();
+      StoreCutShort(dll_name, status);
     } catch (...) {
       if (status != nullptr) *status = kEntryFailed;
       MessageCode() = kEntryFailed;

@@ -1,5 +1,6 @@
 // The exports of the CDM tool (clonal F1 and double cross), each a shell over the map-tool
 // driver with the CDM policy.
+#include "frame/entry.h"
 #include "frame/cdm_tool_policy.h"
 #include "frame/map_tool_driver.h"
 #include "gaengine.h"
@@ -12,6 +13,11 @@ GAE_API void CheckErrorCDM(int PathLen, const char* Path, int NumMarkers, int* M
                            int* SizeXC, int* SizeXD, int* SizeAX, int* SizeBX, int* SizeAA,
                            int* SizeAB, int* SizeBB, int* SizeXX, int* MarkerCategory,
                            float* ChiSquare, float* Probability, int* Status) {
+  if (gae::RefuseMissingArrays(
+          NumMarkers > 0 && gae::AnyNull(MarkerNameCodes, Anchor, SizeAC, SizeAD, SizeBC, SizeBD, SizeXC, SizeXD, SizeAX,
+                                         SizeBX, SizeAA, SizeAB, SizeBB, SizeXX, MarkerCategory, ChiSquare, Probability),
+          "CDM", "DLL CheckErrorCDM", Status))
+    return;
   const gae::CdmCheckArrays out{NumMarkers, MarkerNameCodes, Anchor,
                                 {SizeAC, SizeAD, SizeBC, SizeBD, SizeXC, SizeXD, SizeAX, SizeBX, SizeAA, SizeAB, SizeBB, SizeXX},
                                 MarkerCategory, ChiSquare, Probability};
@@ -22,6 +28,7 @@ GAE_API void CDMOutput(int PathLen, const char* Path, int NumMarkers, const int*
                        int NumMapped, int NumUnlinked, int NumGroups, const int* GroupNameCodes,
                        const int* GroupSize, const int* Order, const float* Position,
                        int WriteLOD, int WriteREC, int WriteDIS, int WriteQTLFiles) {
+  if (gae::RefuseMissingArrays(NumMarkers > 0 && Anchor == nullptr, "", "DLL CDMOutput", nullptr)) return;
   gae::OutputBody(gae::CdmPolicy(), PathLen, Path,
                   {NumMarkers, Anchor, NumMapped, NumUnlinked, NumGroups, GroupNameCodes, GroupSize, Order, Position},
                   {{WriteLOD, WriteREC, WriteDIS, WriteQTLFiles}, 4});

@@ -1,5 +1,6 @@
 // The exports of the consensus-map tool (CMP), each a shell over the map-tool driver with the
 // CMP policy. CMPFindNumMarkers stands with the other marker-count exports.
+#include "frame/entry.h"
 #include "frame/cmp_tool_policy.h"
 #include "frame/map_tool_driver.h"
 #include "gaengine.h"
@@ -9,6 +10,9 @@ extern "C" {
 
 GAE_API void CheckErrorCMP(int PathLen, const char* Path, int NumChs, int NumMarkers,
                            int* MarkerNameCodes, int* NumMaps, int* MarkerPlaces, int* Status) {
+  if (gae::RefuseMissingArrays(NumMarkers > 0 && gae::AnyNull(MarkerNameCodes, NumMaps, MarkerPlaces), "CMP",
+                               "DLL CheckErrorCMP", Status))
+    return;
   const gae::CmpCheckArrays out{NumChs, NumMarkers, MarkerNameCodes, NumMaps, MarkerPlaces};
   gae::CheckErrorBody(gae::CmpPolicy(&out), PathLen, Path, Status, gae::PairStoreThreads());
 }

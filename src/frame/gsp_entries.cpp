@@ -40,7 +40,7 @@ void GuardedGspEntry(int* error_flag, Body&& body) noexcept {
 void GspFindNumTraitsEntry(int path_len, const char* path, int* num_traits, int* error_flag) {
   GuardedGspEntry(error_flag, [&] {
     GspHeader header;
-    if (!ReadHeaderOf(path_len, path, false, header)) return false;
+    if (num_traits == nullptr || !ReadHeaderOf(path_len, path, false, header)) return false;
     *num_traits = header.num_traits;
     return true;
   });
@@ -50,6 +50,7 @@ void GspFindTraitNameEntry(int path_len, const char* path, int num_traits, int* 
                            int* first_value, int* error_flag) {
   GuardedGspEntry(error_flag, [&] {
     GspHeader header;
+    if ((num_traits > 0 && names == nullptr) || first_value == nullptr) return false;
     if (!ReadHeaderOf(path_len, path, true, header)) return false;
     // The caller's extent lays the matrix out; a larger one leaves its last rows as they were.
     NamesToCodes(header.trait_names, kNameWidth, num_traits, names);

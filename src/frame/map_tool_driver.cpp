@@ -56,6 +56,7 @@ bool WritePairFile(MapToolPolicy& policy, const std::string& path, int threads) 
   settings.lrd_name = PairStoreName(path);
   settings.record_length = policy.Profile().record_length;
   settings.mapping_function = policy.StoreMappingFunction();
+  settings.expected_records = PairCount(policy.NumMarkers());
   // An input named like its pairwise file (cross.LRD) would be replaced by it.
   if (SameFile(settings.lrd_name, path)) {
     ReportSkippedResults({settings.lrd_name});
@@ -104,6 +105,8 @@ void WriteChecked(MapToolPolicy& policy, const std::string& file_path, const Fin
   ResultFiles files(file_path);
   policy.WriteResults(files, map, switches, store.Table(), Process().random);
   ReportSkippedResults(files.Skipped());
+  // A report cut short by a full disk must not pass for a result: the run ends with 1101.
+  ReportUnwrittenFiles(files.Failed());
 }
 
 // Reads the input for a whole run, timed when the tool times it, keeps its anchors and writes
@@ -128,6 +131,13 @@ bool ReadAndPair(MapToolPolicy& policy, const std::string& path, MapModel& map, 
   const std::span<const int32_t> anchors = policy.WorkingAnchors();
   const size_t n = std::min(map.anchor.size(), anchors.size());
   std::copy(anchors.begin(), anchors.begin() + static_cast<std::ptrdiff_t>(n), map.anchor.begin());
+  // A folder that takes no file would lose every result after all the work: refused first.
+  if (!FolderTakesFiles(ResultStem(path))) {
+    MessageCode() = kEntryFailed;
+    PrintFrameMessage(ResultStem(path), 0.0f, 0.0f, 0);
+    ReportEntryFailure(p.all_by_default_name, status);
+    return false;
+  }
   if (!WritePairFile(policy, path, threads)) {
     // Without its pairwise file the run has nothing to group.
     MessageCode() = kEntryFailed;
@@ -162,7 +172,7 @@ void BuildMap(const ToolProfile& p, MapModel& map) {
 }
 
 // Names the groups by their status and writes every result file of the tool.
-void NameAndWrite(MapToolPolicy& policy, const std::string& path, const MapModel& map) {
+bool NameAndWrite(MapToolPolicy& policy, const std::string& path, const MapModel& map) {
   std::vector<std::string> names(static_cast<size_t>(map.num_groups), std::string(19, ' '));
   NameGroups(map.num_groups, map.group_status.data(), names);
   const std::vector<int> name_codes = GroupNamesToCodes(names);
@@ -179,7 +189,10 @@ void NameAndWrite(MapToolPolicy& policy, const std::string& path, const MapModel
   const float t1 = CpuSeconds();
   MessageCode() = 0;
   WriteChecked(policy, path, finished, OutputSwitches::AllOn(policy.Profile().output_switches));
+  const bool written = MessageCode() == 0;
   PrintTime(policy.Profile().output_name, t1, CpuSeconds());
+  if (!written) MessageCode() = kEntryFailed;
+  return written;
 }
 
 }  // namespace
@@ -289,9 +302,12 @@ void AllByDefaultBody(MapToolPolicy& policy, int path_len, const char* path, int
     const std::string file_path = EntryPath(path_len, path);
     if (!ReadAndPair(policy, file_path, map, status, threads)) return;
     BuildMap(p, map);
-    NameAndWrite(policy, file_path, map);
+    // A map built on a store cut short under the run is no map: nothing is written.
+    if (StoreCutShort(p.all_by_default_name, status)) return ReleaseMapState(map);
+    const bool written = NameAndWrite(policy, file_path, map);
     ReleaseMapState(map);
-    ReportEntrySuccess(p.all_by_default_name);
+    if (written) ReportEntrySuccess(p.all_by_default_name);
+    else ReportEntryFailure(p.all_by_default_name, status);
   });
 }
 

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <locale.h>
 
 #include "vocabulary/fixed_format.h"
 
@@ -152,7 +153,9 @@ bool ParseReal(std::string_view item, float& value) {
   }
   errno = 0;
   char* end = nullptr;
-  const float parsed = std::strtof(text.c_str(), &end);
+  // Always the "C" locale: a host that set a decimal comma must not change how a file reads.
+  static const locale_t c_locale = ::newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
+  const float parsed = ::strtof_l(text.c_str(), &end, c_locale);
   if (end != text.c_str() + text.size()) return false;
   value = parsed;  // an overflow reads as an infinity, an underflow as zero
   return true;

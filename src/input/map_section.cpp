@@ -1,5 +1,6 @@
 #include "input/map_section.h"
 
+#include <cmath>
 #include <string_view>
 
 #include "vocabulary/fixed_format.h"
@@ -104,6 +105,17 @@ bool CheckOrder(const MapSection& map) {
   return true;
 }
 
+// A consensus is built from the maps' distances: a position that is not a finite number (NaN,
+// Inf, or a sum of intervals grown past the largest real) would stand as a gap of 1000 cM.
+bool CheckFinite(const MapSection& map, int32_t space_type) {
+  for (std::size_t c = 0; c < map.chromosomes.size(); ++c) {
+    const std::vector<float>& p = map.chromosomes[c].positions;
+    for (std::size_t j = 0; j < p.size(); ++j)
+      if (!std::isfinite(p[j])) return Fail(space_type == 1 ? 2105 : 2103, static_cast<int>(c + 1), 0, static_cast<int>(j + 1));
+  }
+  return true;
+}
+
 }  // namespace
 
 bool ReadMapSection(InputFile& in, int tool_code, int32_t num_chs, int32_t space_type,
@@ -122,6 +134,7 @@ bool ReadMapSection(InputFile& in, int tool_code, int32_t num_chs, int32_t space
                             out.chromosome_names[c], out.chromosomes.back()))
       return false;
   }
+  if (tool_code == kConsensusToolCode && !CheckFinite(out, space_type)) return false;
   if (tool_code != kConsensusToolCode && !CheckDuplicateNames(out)) return false;
   if (!CheckOrder(out)) return false;
 

@@ -10,6 +10,7 @@
 #include "input/consensus_input.h"
 #include "input/map_tool_reader.h"
 #include "input/tool_codes.h"
+#include "report/text_file.h"
 
 namespace gae {
 
@@ -91,6 +92,21 @@ std::string ConsensusFingerprint(const std::string& input_path) {
   return Hex(h);
 }
 
+std::string FileBytesFingerprint(const std::string& input_path) {
+  std::ifstream in(input_path, std::ios::binary);
+  if (!in) return {};
+  uint64_t h = kFnvOffset;
+  char block[1 << 16];
+  while (in.read(block, sizeof block) || in.gcount() > 0)
+    Hash(h, std::string(block, static_cast<std::size_t>(in.gcount())));
+  return Hex(h);
+}
+
+std::string PairFingerprint(std::string_view tool_letters, int record_length, const std::string& data) {
+  if (data.empty()) return {};
+  return std::string(tool_letters) + "/" + std::to_string(record_length) + "/" + data;
+}
+
 std::string FingerprintFileName(const std::string& lrd_path) { return lrd_path + ".source"; }
 
 std::string ClearStalePairFile(const std::string& lrd_path, const std::string& fingerprint) {
@@ -111,8 +127,7 @@ std::string ClearStalePairFile(const std::string& lrd_path, const std::string& f
 void RecordPairFileSource(const std::string& lrd_path, const std::string& fingerprint) {
   const std::string stamp = FileStamp(lrd_path);
   if (fingerprint.empty() || stamp.empty()) return;
-  std::ofstream out(FingerprintFileName(lrd_path), std::ios::trunc);
-  out << fingerprint << " " << stamp << "\n";
+  WriteTextFile(FingerprintFileName(lrd_path), fingerprint + " " + stamp + "\n");
 }
 
 }  // namespace gae

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "input/map_tool_reader.h"
 
@@ -21,6 +22,14 @@ std::string InputFingerprint(const std::string& input_path);
 std::string GenotypeFingerprint(const MapToolInput& data);
 // The fingerprint of a consensus (CMP) input file: each input map's marker names and positions.
 std::string ConsensusFingerprint(const std::string& input_path);
+
+// Every byte of an input file, for a tool whose pairs have no reader-level fingerprint here.
+std::string FileBytesFingerprint(const std::string& input_path);
+
+// What a pairwise file is kept against: the tool that wrote it and its record length (a MAP
+// and a PLM file of one stem share the .LRD name, with records of the same length), and the
+// fingerprint of the data. Empty when `data` is.
+std::string PairFingerprint(std::string_view tool_letters, int record_length, const std::string& data);
 
 // Where the fingerprint of a pairwise file is kept: its name plus ".source".
 std::string FingerprintFileName(const std::string& lrd_path);

@@ -60,7 +60,10 @@ bool EnsurePairFile(const MapPipelineSettings& settings, const MapToolInput& dat
     record.failure_text = "the input file is named like its pairwise file " + lrd;
     return false;
   }
-  const std::string fingerprint = GenotypeFingerprint(data);
+  // The fingerprint names the tool and its record length as well as the data: an x.map and an
+  // x.plm in one folder share x.LRD, and one tool must never read the other's pairs.
+  const char* tool = settings.tool_code == kClonalToolCode ? "CDM" : settings.tool_code == kPureLineToolCode ? "PLM" : "MAP";
+  const std::string fingerprint = PairFingerprint(tool, PairRecordLength(settings.tool_code), GenotypeFingerprint(data));
   record.pairs_recomputed_because = ClearStalePairFile(lrd, fingerprint);
   const int32_t words = PairRecordLength(settings.tool_code);
   record.pairs_computed = !PairStoreIsComplete(lrd, data.num_markers, words);

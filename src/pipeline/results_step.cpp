@@ -93,6 +93,11 @@ void WriteResults(const MapPipelineSettings& settings, MapToolInput& data, const
   }
   record.corrected_file = files.Stem() + CorrectedSuffix(settings.tool_code);
   record.files_written.insert(record.files_written.end(), files.Written().begin(), files.Written().end());
+  if (!files.Failed().empty()) {
+    record.failure = -1;
+    record.failure_text = "could not be written completely (is the disk full?):";
+    for (const std::string& failed : files.Failed()) record.failure_text += " " + failed;
+  }
   for (const std::string& skipped : files.Skipped())
     record.warnings.push_back(skipped + " is the input file: that result was not written");
 }

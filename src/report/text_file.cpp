@@ -1,7 +1,10 @@
 #include "report/text_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <utility>
 
@@ -9,11 +12,42 @@
 
 namespace gae {
 
+namespace {
+
+bool WriteAll(int fd, const std::string& text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t n = ::write(fd, text.data() + done, text.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    done += static_cast<std::size_t>(n);
+  }
+  return true;
+}
+
+}  // namespace
+
 bool WriteTextFile(const std::string& path, const std::string& text) {
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-  return std::fclose(file) == 0 && written;
+  // Written whole under another name, then renamed: a reader never meets half a report, a
+  // full disk leaves the old file as it was, and a link or a pipe at the name is replaced,
+  // never followed.
+  const std::string part = TemporaryName(path);
+  const int fd = ::open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (fd < 0) return false;
+  bool ok = WriteAll(fd, text);
+  ok = (::close(fd) == 0) && ok;
+  ok = ok && std::rename(part.c_str(), path.c_str()) == 0;
+  if (!ok) std::remove(part.c_str());
+  return ok;
+}
+
+bool FolderTakesFiles(const std::string& path) {
+  const std::string probe = TemporaryName(path);
+  const int fd = ::open(probe.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (fd < 0) return false;
+  ::close(fd);
+  std::remove(probe.c_str());
+  return true;
 }
 
 bool SameFile(const std::string& a, const std::string& b) {
@@ -31,7 +65,10 @@ bool ResultFiles::Write(const std::string& suffix, const std::string& text) {
     skipped_.push_back(path);
     return false;
   }
-  if (!WriteTextFile(path, text)) return false;
+  if (!WriteTextFile(path, text)) {
+    failed_.push_back(path);
+    return false;
+  }
   written_.push_back(path);
   return true;
 }

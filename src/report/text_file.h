@@ -5,8 +5,13 @@
 
 namespace gae {
 
-// Replaces `path` with `text`. False when the file cannot be written.
+// Replaces `path` with `text`, written whole under a temporary name first. False when the
+// file cannot be written completely; the old file, if any, then stays as it was.
 bool WriteTextFile(const std::string& path, const std::string& text);
+
+// Whether a new file can be made beside `path` (whose folder must exist): false in a read-only
+// folder or file system.
+bool FolderTakesFiles(const std::string& path);
 
 // Whether two paths name one existing file (the same device and file number), however they
 // are spelled.
@@ -24,12 +29,15 @@ class ResultFiles {
   const std::vector<std::string>& Skipped() const { return skipped_; }
   // The paths written, in the order they were.
   const std::vector<std::string>& Written() const { return written_; }
+  // Results that could not be written completely (a full disk, a folder made read-only).
+  const std::vector<std::string>& Failed() const { return failed_; }
 
  private:
   std::string input_path_;
   std::string stem_;
   std::vector<std::string> skipped_;
   std::vector<std::string> written_;
+  std::vector<std::string> failed_;
 };
 
 // The stem of every result file: the input path less its last four characters (its

@@ -16,6 +16,9 @@ struct PairStoreSettings {
   std::string lrd_name;          // empty until a CheckError export has written or found one
   int32_t record_length = 0;     // in 4-byte words: 2, or 7 for clonal populations
   int32_t mapping_function = 1;  // 1 Kosambi, 2 Haldane, 3 Morgan: how stored frequencies become cM
+  // The records the store must hold, once known: a file cut short since it was written is
+  // refused, not read as a map of unlinked markers.
+  int64_t expected_records = -1;
 };
 
 class PairStoreFile {
@@ -38,6 +41,10 @@ class PairStoreFile {
   bool open_ = false;
   PairTable table_;
 };
+
+// Whether a store was cut short while this process had it mapped (its lost records read as
+// zeros), since the last call; the flag is cleared.
+bool TakePairStoreDamage();
 
 // Opens the store that `settings` describe. False when there is none or it cannot be read.
 bool OpenPairStore(PairStoreFile& store, const PairStoreSettings& settings);

@@ -31,7 +31,9 @@ bool PairStoreIsComplete(const std::string& lrd_name, int64_t num_markers, int r
   const int64_t records = PairCount(num_markers);
   const int64_t record_bytes = 4 * static_cast<int64_t>(record_length);
   // Record 0 does not exist: a one-marker project never has a complete file.
-  return records >= 1 && info.st_size / record_bytes == records;
+  // A file of another tool's records (8 bytes against 28) can hold as many whole records plus
+  // a remainder: only an exact multiple is a store of this record length.
+  return records >= 1 && info.st_size % record_bytes == 0 && info.st_size / record_bytes == records;
 }
 
 int PairStoreThreads() {
@@ -86,7 +88,10 @@ void EstimateBlock(const PairStoreJob& job, int64_t first, int64_t count, float*
 }  // namespace
 
 bool WritePairStore(const PairStoreJob& job, int64_t* not_a_number) {
-  std::FILE* file = std::fopen(job.lrd_name.c_str(), "wb");
+  // Filled under a temporary name and renamed when complete: a run that maps from the old file
+  // keeps reading it whole, and no reader ever meets a half-written store.
+  const std::string part = TemporaryName(job.lrd_name);
+  std::FILE* file = std::fopen(part.c_str(), "wbx");
   if (file == nullptr) return false;
   const int64_t total = PairCount(job.num_markers);
   const int threads = std::max(1, job.threads);
@@ -133,6 +138,8 @@ bool WritePairStore(const PairStoreJob& job, int64_t* not_a_number) {
   int64_t unlinked = 0;
   for (const int64_t r : replaced) unlinked += r;
   ok = (std::fclose(file) == 0) && ok;
+  ok = ok && std::rename(part.c_str(), job.lrd_name.c_str()) == 0;
+  if (!ok) std::remove(part.c_str());
   // One line for all such pairs: a data set can hold thousands of them.
   if (unlinked > 0) {
     MessageCode() = 2806;

@@ -1,7 +1,7 @@
 #include "vocabulary/fixed_format.h"
 
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <vector>
 
 namespace gae::fmt {
@@ -39,12 +39,14 @@ std::string F(double value, int width, int decimals) {
   const bool negative = std::signbit(value);
   const double magnitude = std::fabs(value);
 
-  // The exact decimal expansion of the binary value (glibc prints it exactly), then rounding
-  // half away from zero at the wanted decimal: a tie is decided on the true value.
+  // The exact decimal expansion of the binary value, then rounding half away from zero at the
+  // wanted decimal: a tie is decided on the true value. to_chars writes a point whatever
+  // locale the host program has set.
   const int extra = 60;
   std::vector<char> buffer(400 + decimals + extra);
-  std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals + extra, magnitude);
-  std::string digits(buffer.data());
+  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude,
+                                     std::chars_format::fixed, decimals + extra);
+  std::string digits(buffer.data(), written.ptr);
   const std::size_t point = digits.find('.');
   std::string int_part = digits.substr(0, point);
   std::string frac_part = digits.substr(point + 1, decimals);

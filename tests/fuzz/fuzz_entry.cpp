@@ -106,6 +106,53 @@ void RunMapStages(int len, const char* path, int n) {
             order.data(), position.data(), 1, 1, 1, 1);
 }
 
+// The other map tools' checks with arrays of the size read, and their whole runs when small.
+void RunOtherMapTools(int len, const char* path) {
+  int n = 0, status = 0;
+  CDMFindNumMarkers(len, path, &n, &status);
+  if (status == 0 && n >= 1 && n <= kLargestWholeRun) {
+    std::vector<int> ints(static_cast<std::size_t>(n) * 35);
+    std::vector<std::vector<int>> c(13, std::vector<int>(n));
+    std::vector<float> chi(n), prob(n);
+    CheckErrorCDM(len, path, n, ints.data(), c[0].data(), c[1].data(), c[2].data(), c[3].data(), c[4].data(),
+                  c[5].data(), c[6].data(), c[7].data(), c[8].data(), c[9].data(), c[10].data(), c[11].data(),
+                  c[12].data(), c[0].data(), chi.data(), prob.data(), &status);
+    std::remove("fuzz.LRD");
+    CDMAllByDefault(len, path, &status);
+  }
+  PLMFindNumMarkers(len, path, &n, &status);
+  if (status == 0 && n >= 1 && n <= kLargestWholeRun) {
+    std::vector<int> ints(static_cast<std::size_t>(n) * 35);
+    std::vector<std::vector<int>> c(10, std::vector<int>(n));
+    std::vector<float> chi(n), prob(n);
+    CheckErrorPLM(len, path, n, ints.data(), c[0].data(), c[1].data(), c[2].data(), c[3].data(), c[4].data(),
+                  c[5].data(), c[6].data(), c[7].data(), c[8].data(), c[9].data(), c[0].data(), chi.data(),
+                  prob.data(), &status);
+    std::remove("fuzz.LRD");
+    PLMAllByDefault(len, path, &status);
+  }
+  int space_type = 0, unit = 0, chs = 0;
+  CMPFindNumMarkers(len, path, &space_type, &unit, &chs, &n, &status);
+  if (status == 0 && n >= 1 && n <= kLargestWholeRun && chs >= 1 && chs <= 50) {
+    std::vector<int> names(static_cast<std::size_t>(n) * 35), held(n), places(static_cast<std::size_t>(n) * chs);
+    CheckErrorCMP(len, path, chs, n, names.data(), held.data(), places.data(), &status);
+    std::remove("fuzz.LRD");
+    CMPAllByDefault(len, path, &status);
+  }
+  for (const int tool : {2, 20, 30}) {
+    SNPFindNumMarkers(tool, len, path, &n, &status);
+    if (status == 0 && n >= 1 && n <= kLargestWholeRun) {
+      std::vector<int> names(static_cast<std::size_t>(n) * 35), a(n), b(n);
+      CheckErrorSNP(tool, len, path, n, names.data(), a.data(), b.data(), &status);
+    }
+    BINFindNumMarkers(tool, len, path, &n, &status);
+    if (status == 0 && n >= 1 && n <= kLargestWholeRun) {
+      std::vector<int> names(static_cast<std::size_t>(n) * 35), a(n), b(n);
+      CheckErrorBIN(tool, len, path, n, names.data(), a.data(), b.data(), &status);
+    }
+  }
+}
+
 }  // namespace
 
 int RunOneInput(const uint8_t* data, std::size_t size) {
@@ -119,6 +166,7 @@ int RunOneInput(const uint8_t* data, std::size_t size) {
   }
   const int len = static_cast<int>(std::string(kInput).size());
   RunReaders(len, kInput);
+  RunOtherMapTools(len, kInput);
   int n = 0, status = 0;
   MAPFindNumMarkers(len, kInput, &n, &status);
   if (status == 0 && n >= 1 && n <= kLargestWholeRun) {

@@ -111,8 +111,13 @@ TEST_F(PairStoreWriting, OnlyAFileOfExactlyAllRecordsIsComplete) {
   EXPECT_FALSE(PairStoreIsComplete("a.LRD", 5, 2));
   EXPECT_FALSE(PairStoreIsComplete("a.LRD", 3, 2));
   EXPECT_FALSE(PairStoreIsComplete("a.LRD", 4, 7));
-  testing::WriteText("b.LRD", std::string(6 * 8 + 3, 'x'));  // a broken last record does not count
-  EXPECT_TRUE(PairStoreIsComplete("b.LRD", 4, 2));
+  testing::WriteText("b.LRD", std::string(6 * 8 + 3, 'x'));  // a broken last record: not a store
+  EXPECT_FALSE(PairStoreIsComplete("b.LRD", 4, 2));
+  // The pairs of 37 markers in 8-byte records are 5,328 bytes: 190 records of 28 bytes and 8
+  // left over, yet no store of 20 clonal markers.
+  testing::WriteText("d.LRD", std::string(666 * 8, 'x'));
+  EXPECT_TRUE(PairStoreIsComplete("d.LRD", 37, 2));
+  EXPECT_FALSE(PairStoreIsComplete("d.LRD", 20, 7));
   testing::WriteText("c.LRD", "");
   EXPECT_FALSE(PairStoreIsComplete("c.LRD", 1, 2));  // one marker: record 0 does not exist
 }
