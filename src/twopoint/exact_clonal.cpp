@@ -37,6 +37,7 @@ struct Group {
 
 struct Groups {
   int count = 0;
+  double total = 0.0;
   Group g[16];
 };
 
@@ -57,6 +58,7 @@ Groups GroupCells(const ClonalCellModel& model, const float cells[16]) {
       ++out.count;
     }
     out.g[s].n += cells[c];
+    out.total += cells[c];
   }
   return out;
 }
@@ -140,7 +142,7 @@ Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool same_pa
       }
     };
     int candidates[2];
-    const int n = ExactGridCandidates(combos[c].grid, overall, candidates);
+    const int n = ExactGridCandidates(combos[c].grid, overall, ExactGridMargin(gs.total), candidates);
     for (int k = 0; k < n; ++k) {
       const double r = RefineGridPoint(d, candidates[k]);
       const double l = LogLik(gs, Along(combos[c].pa, r), Along(combos[c].pb, r));

@@ -116,7 +116,7 @@ PureLineEstimate ExactPureLinePair(int type, const PureLinePairClasses& classes,
   float overall = sum[0];
   for (float v : sum) overall = std::max(overall, v);
   int candidates[2];
-  const int count = ExactGridCandidates(sum, overall, candidates);
+  const int count = ExactGridCandidates(sum, overall, ExactGridMargin(total), candidates);
   double best_r = 0.5, best = -std::numeric_limits<double>::infinity();
   for (int c = 0; c < count; ++c) {
     const double r = RefineGridPoint(derivatives, candidates[c]);

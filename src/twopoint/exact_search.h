@@ -16,14 +16,15 @@ inline constexpr int kExactGridPoints = kExactGridSteps + 1;
 double ExactGridPoint(int j);
 using ExactGrid = std::array<float, kExactGridPoints>;
 
-// The true maximum can sit a little above its nearest grid point, so grid points this close
-// (natural log) to the best of all are refined as well.
-inline constexpr float kExactGridMargin = 2.0f;
+// The true maximum can sit a little above its nearest grid point, by at most about n / (4 J^2)
+// in natural log for n individuals on this grid; grid points within this margin of the best of
+// all are refined as well.
+float ExactGridMargin(double individuals);
 
 // The grid points worth refining, into `out`: the best, and the best other strict local
 // maximum away from it, each only when within the margin of `overall_best` (the best of all
 // grids that compete, such as the two phases of a pair). Returns how many.
-int ExactGridCandidates(const ExactGrid& grid, float overall_best, int out[2]);
+int ExactGridCandidates(const ExactGrid& grid, float overall_best, float margin, int out[2]);
 
 // The maximum near grid point j: its neighbours bracket it.
 template <class Derivatives>
@@ -60,7 +61,7 @@ double RefineMaximum(const Derivatives& derivatives, double lo, double hi, doubl
     else b = x;
     double next = h < 0.0 ? x - g / h : 0.5 * (a + b);
     if (!(next > a && next < b)) next = 0.5 * (a + b);
-    if (std::fabs(next - x) < 1e-10 || b - a < 1e-10) return next;
+    if (std::fabs(next - x) < 1e-9 || b - a < 1e-9) return next;
     x = next;
   }
   return x;

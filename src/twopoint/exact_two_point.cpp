@@ -23,6 +23,7 @@ constexpr float kImpossible = -1e30f;
 // multiplications only.
 struct LogGrid {
   std::array<std::array<float, kGridPoints>, 9> log_p{};
+  std::array<double, 9> log_half{};  // at r = 1/2 in full precision, for the LOD's baseline
   unsigned used = 0;
 };
 
@@ -48,6 +49,7 @@ const LogGrid* GridFor(int population_type, int pair_code) {
           for (int k = 0; k < 9; ++k) {
             grid.log_p[k][j] = p[k] > 0.0 ? static_cast<float>(std::log(p[k])) : kImpossible;
             if (p[k] > 0.0) grid.used |= 1u << k;
+            if (j == kExactGridSteps && p[k] > 0.0) grid.log_half[k] = std::log(p[k]);
           }
         }
       }
@@ -78,18 +80,25 @@ ExactGrid GridLogLik(const LogGrid& grid, const float cells[9]) {
 
 // Refines the grid's candidates of one phase, keeping the best maximum found so far.
 void RefinePhase(int type, int code, const float cells[9], const ExactGrid& grid, float overall_best,
-                 PhaseMaximum& best) {
+                 float margin, PhaseMaximum& best) {
   const auto derivatives = [&](double r, double& g, double& h) {
     TwoPointModel<double>(type, code, cells, r, nullptr, &g, &h);
   };
   int candidates[2];
-  const int count = ExactGridCandidates(grid, overall_best, candidates);
+  const int count = ExactGridCandidates(grid, overall_best, margin, candidates);
   for (int c = 0; c < count; ++c) {
     PhaseMaximum m;
     m.r = RefineGridPoint(derivatives, candidates[c]);
     m.log_lik = TwoPointLogLikelihood(type, code, cells, m.r);
     if (m.log_lik > best.log_lik) best = m;
   }
+}
+
+double HalfLogLik(const LogGrid& grid, const float cells[9]) {
+  double sum = 0.0;
+  for (int k = 0; k < 9; ++k)
+    if (cells[k] != 0.0f && ((grid.used >> k) & 1u)) sum += cells[k] * grid.log_half[k];
+  return sum;
 }
 
 float GridMax(const ExactGrid& grid) {
@@ -132,15 +141,15 @@ ExactTwoPoint ExactTwoPointEstimate(int population_type, int pair_code, const fl
   const ExactGrid grid2 = GridLogLik(*second, swapped);
   const float overall = std::max(GridMax(grid1), GridMax(grid2));
   PhaseMaximum as_given, exchanged;
-  RefinePhase(population_type, pair_code, cells, grid1, overall, as_given);
-  RefinePhase(population_type, second_code, swapped, grid2, overall, exchanged);
+  const float margin = ExactGridMargin(n);
+  RefinePhase(population_type, pair_code, cells, grid1, overall, margin, as_given);
+  RefinePhase(population_type, second_code, swapped, grid2, overall, margin, exchanged);
   const bool take_exchanged = exchanged.log_lik > as_given.log_lik;
   const PhaseMaximum& best = take_exchanged ? exchanged : as_given;
   // Free recombination is tested with the phase as free as under linkage: where the two
   // readings of the alleles segregate differently (backcrosses), the better one at 1/2 is the
   // baseline, so that the LOD measures linkage and not the segregation of one marker.
-  const double at_half = std::max(TwoPointLogLikelihood(population_type, pair_code, cells, 0.5),
-                                  TwoPointLogLikelihood(population_type, second_code, swapped, 0.5));
+  const double at_half = std::max(HalfLogLik(*first, cells), HalfLogLik(*second, swapped));
   const double gain = best.log_lik - at_half;
   if (!(gain > 1e-9 * (1.0 + std::fabs(at_half)))) return out;  // nothing beats 1/2
   out.rec_freq = static_cast<float>(take_exchanged ? 1.0 - best.r : best.r);
