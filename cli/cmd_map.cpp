@@ -213,16 +213,12 @@ void PrintSummary(const std::string& file, const MapRunTool& tool, const MarkerT
   for (const auto& [stage, seconds] : times) std::printf("    %-20s %8.2f s\n", stage, seconds);
 }
 
-// The default threshold of a whole run, a LOD score, as the library's MAP profile holds it.
-float DefaultLod() { return gae::ProfileOf(gae::MapTool::kMAP).defaults.threshold; }
-
-// The LOD threshold of the run from --lod ("auto", a number, or empty for the default), with
-// the words the summary gives about it. False when the option cannot be used.
+// The LOD threshold of the run from --lod (a number, or "auto" or empty for the LOD tree's
+// choice), with the words the summary gives about it. False when the option cannot be used.
 bool ChooseThreshold(const std::string& file, const std::string& lod, int num_markers, float max_rf,
                      float& threshold, std::string& note) {
-  threshold = DefaultLod();
-  if (lod.empty()) return true;
-  if (lod != "auto") {
+  threshold = gae::LinkageRule{}.min_lod;
+  if (!lod.empty() && lod != "auto") {
     try {
       size_t used = 0;
       threshold = std::stof(lod, &used);
@@ -237,7 +233,7 @@ bool ChooseThreshold(const std::string& file, const std::string& lod, int num_ma
     return true;
   }
   std::vector<gae::LodTreeRow> rows;
-  if (!ProjectLodTree(file, num_markers, 2.0f, 15.0f, 1.0f, rows, max_rf)) {
+  if (!ProjectLodTree(file, num_markers, gae::kAutoLodLow, gae::kAutoLodHigh, gae::kAutoLodStep, rows, max_rf)) {
     std::fprintf(stderr, "%s: cannot read %s\n", file.c_str(), gae::PairStoreName(file).c_str());
     return false;
   }
@@ -245,6 +241,8 @@ bool ChooseThreshold(const std::string& file, const std::string& lod, int num_ma
   if (choice.found) {
     threshold = choice.threshold;
     note = choice.reason;
+  } else {
+    note = "LOD 3.0: the LOD tree shows no run of thresholds with steady groups";
   }
   return true;
 }
@@ -253,21 +251,6 @@ std::string CapNote(float max_rf) {
   char text[64];
   std::snprintf(text, sizeof text, "pairs link only below a frequency of %.2f", static_cast<double>(max_rf));
   return text;
-}
-
-// With the default threshold: a warning when one group holds most markers while the LOD tree
-// shows more groups that hold together over a run of higher thresholds. The tree links pairs
-// under the same frequency cap as the grouping did, so that the hint describes this run.
-std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& map, float max_rf) {
-  const gae::MapModel& m = map.model;
-  const int largest = m.group_size.empty() ? 0 : *std::max_element(m.group_size.begin(), m.group_size.end());
-  if (2 * largest <= m.num_markers) return "";
-  std::vector<gae::LodTreeRow> rows;
-  if (!ProjectLodTree(file, m.num_markers, 2.0f, 15.0f, 1.0f, rows, max_rf)) return "";
-  const AutoLod choice = ChooseLod(rows, m.num_markers);
-  if (!choice.found || choice.threshold <= DefaultLod() || choice.groups < 2) return "";
-  return "warning: one group holds " + std::to_string(largest) + " of " + std::to_string(m.num_markers) +
-         " markers at LOD 3.0, while the LOD tree gives " + choice.reason + "; try --lod auto";
 }
 
 struct MapOptions {
@@ -284,10 +267,9 @@ int RunMap(const MapOptions& o) {
   float max_rf = o.max_rf;
   const MapRunTool& run = ToolOfFile(file, o.tool);
   const gae::ToolProfile& tool = run.Profile();
-  // The LOD threshold and its tree belong to the bi-parental tool, which groups by LOD.
-  const bool by_lod = run.id == gae::MapTool::kMAP;
-  if (!by_lod && (!lod.empty() || order != "default" || max_rf >= 0.0f)) {
-    std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files; %s groups by recombination frequency\n",
+  // Ordering around a frame needs co-dominant markers, which only the bi-parental tool knows.
+  if (run.id != gae::MapTool::kMAP && order != "default") {
+    std::fprintf(stderr, "--order applies to MAP files; %s orders every group the default way\n",
                  std::string(tool.letters).c_str());
     return 2;
   }
@@ -307,29 +289,22 @@ int RunMap(const MapOptions& o) {
   // them; only the grouping threshold of MAP and the number of random starts may be chosen on
   // the command line.
   const gae::StageDefaults& d = tool.defaults;
-  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(), lod.empty()};
+  RunFacts facts{tool.tool_code, d.threshold, StartsOr(d.ordering_param1), PairFileComputed(),
+                 lod.empty() || lod == "auto"};
   float& threshold = facts.threshold;
   std::string grouping_note;
-  // --lod auto caps linkage at a frequency of 1/2 unless told otherwise.
-  if (max_rf < 0.0f) max_rf = lod == "auto" ? 0.5f : gae::kNoFrequencyCap;
-  // The clonal and pure-line tools keep their own threshold, a recombination frequency.
-  if (by_lod && !ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
+  if (max_rf < 0.0f) max_rf = gae::kDefaultMaxRf;
+  // Every tool groups by the library's linkage rule: LOD above the threshold, frequency below the cap.
+  if (!ChooseThreshold(file, lod, markers.num_markers, max_rf, threshold, grouping_note)) return 1;
   LogRunSettings(tool.tool_code, facts.starts);
   FrontEndMap map;
   gae::MapModel& m = map.model;
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
   std::optional<LibraryOutput> quiet(std::in_place);
-  const bool capped = max_rf < gae::kNoFrequencyCap;
-  if (capped) {
-    if (!GroupWithCap(threshold, max_rf, m)) return 1;
-  } else {
-    MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
-                markers.anchor.data(), m.group.data(), &status);
-  }
+  if (!GroupByLinkageRule(gae::LinkageRule{threshold, max_rf}, m)) return 1;
   map.BuildFromGroups();
-  if (lod.empty() && by_lod) grouping_note = DefaultThresholdWarning(file, map, max_rf);
-  if (capped) grouping_note += (grouping_note.empty() ? "" : "; ") + CapNote(max_rf);
+  grouping_note += (grouping_note.empty() ? "" : "; ") + CapNote(max_rf);
   times.push_back({"grouping", clock.Lap()});
   std::string ordering_note;
   if (order == "frame") {
@@ -377,8 +352,8 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("--tool", o.tool, "MAP, CDM, PLM or CMP; by default from the file's extension (.cdm, .plm, .cmp; others MAP)")
       ->check(CLI::IsMember({"MAP", "CDM", "PLM", "CMP"}, CLI::ignore_case));
   cmd->add_option("--lod", o.lod,
-                  "LOD threshold of grouping: a number, or \"auto\" for the lowest threshold of the longest "
-                  "run over which the groups stay the same (default 3)")
+                  "LOD threshold of grouping, for every tool: a number, or \"auto\" (the default) for the lowest "
+                  "threshold of the longest run over which the groups stay the same")
       ->check(CLI::Validator(
           [](const std::string& v) {
             float number = 0.0f;
@@ -391,10 +366,10 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
                   "dominant and recessive markers around them")
       ->check(CLI::IsMember({"default", "frame"}));
   cmd->add_option("--max-rf", o.max_rf,
-                  "Grouping links a pair only if its recombination frequency is also below this (default: none; "
-                  "0.5 with --lod auto)")
+                  "Grouping links a pair only if its recombination frequency is also below this (default 0.5)")
       ->check(CLI::Range(0.0f, 1.0f));
   RegisterStartsOption(*cmd);
+  RegisterFrontEndOption(*cmd);
   cmd->add_flag("--plots", o.plots, "Also draw the map chart (.map.svg) and the pairwise heat map (.rf.png)");
   cmd->add_flag("--tsv", o.tsv,
                 "Also write the map as <stem>.map.tsv (group, marker, position, interval) and the pairs as "
@@ -405,7 +380,7 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
     const bool consensus = IsConsensus(o.file, o.tool);
     if (consensus && (!o.lod.empty() || o.order != "default" || o.max_rf >= 0.0f)) {
       // A consensus is one group of all markers ordered on distance: nothing here to choose.
-      std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
+      std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP, CDM and PLM files only\n");
       exit_code = 2;
       return;
     }

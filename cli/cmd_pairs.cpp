@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "frame/tool_profile.h"
 #include "map_check.h"
+#include "run_settings.h"
 #include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -18,6 +19,7 @@ void RegisterPairsCommand(CLI::App& app, int& exit_code) {
   static bool show_markers = false;
   cmd->add_option("file", file, "MAP input file")->required();
   cmd->add_flag("--markers", show_markers, "Print the marker table");
+  RegisterFrontEndOption(*cmd);
   cmd->callback([&exit_code] {
     MarkerTable t;
     const int status = CheckMapFile(file, t);

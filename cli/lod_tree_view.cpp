@@ -34,25 +34,26 @@ bool ProjectLodTree(const std::string& project, int num_markers, float low, floa
   void* mapping = sized ? ::mmap(nullptr, static_cast<size_t>(info.st_size), PROT_READ, MAP_PRIVATE, fd, 0) : MAP_FAILED;
   ::close(fd);
   if (mapping == MAP_FAILED) return num_markers < 2 && (rows = {}, true);
-  // A MAP pairwise file: two words a pair, minus the LOD then the frequency.
-  const gae::PairTable table{static_cast<const float*>(mapping), static_cast<int64_t>(info.st_size / 8), 2, 1};
-  const std::vector<float> thresholds = gae::LodTreeThresholds(low, high, step);
-  if (max_rf < gae::kNoFrequencyCap) rows = gae::LodTree(gae::CappedPairs(table, num_markers, max_rf).Table(), num_markers, thresholds);
-  else rows = gae::LodTree(table, num_markers, thresholds);
+  // Every genotype tool's record starts with minus the LOD and the frequency; its length is
+  // what the file's size gives for the pairs of these markers (2 words, 7 for clonal pairs).
+  const int64_t pairs = static_cast<int64_t>(num_markers) * (num_markers - 1) / 2;
+  const int32_t words = pairs > 0 ? static_cast<int32_t>(info.st_size / (4 * pairs)) : 2;
+  const gae::PairTable table{static_cast<const float*>(mapping), pairs, words > 0 ? words : 2, 1};
+  rows = gae::LinkageTree(table, num_markers, max_rf, low, high, step);
   ::munmap(mapping, static_cast<size_t>(info.st_size));
   return true;
 }
 
-int FewMarkers(int num_markers) { return std::max(3, num_markers / 100); }
+int FewMarkers(int num_markers) { return gae::PlateauGroupSize(num_markers); }
 
 AutoLod ChooseLod(const std::vector<gae::LodTreeRow>& rows, int num_markers) {
   AutoLod choice;
-  const gae::LodPlateau plateau = gae::LongestPlateau(rows, FewMarkers(num_markers));
-  if (plateau.first < 0) return choice;
+  const gae::AutoLinkageLod chosen = gae::ChooseLinkageLod(rows, num_markers);
+  if (!chosen.found) return choice;
   choice.found = true;
-  choice.threshold = rows[static_cast<size_t>(plateau.first)].threshold;
-  choice.run_to = rows[static_cast<size_t>(plateau.last)].threshold;
-  choice.groups = plateau.groups;
+  choice.threshold = chosen.threshold;
+  choice.run_to = chosen.run_to;
+  choice.groups = chosen.groups;
   char text[64];
   std::snprintf(text, sizeof text, "LOD %.1f", static_cast<double>(choice.threshold));
   choice.reason = std::string(text) + ": the groups stay the same from " + Number(choice.threshold) + " to " +

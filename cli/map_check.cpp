@@ -13,6 +13,8 @@
 #include "gaengine.h"
 #include "library_output.h"
 #include "pair_fingerprint.h"
+#include "run_settings.h"
+#include "twopoint/input_pair_file.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -43,6 +45,28 @@ void ShowProgress(const std::string& lrd, long long expected_bytes, const std::a
 
 }  // namespace
 
+std::string PreparePairFile(const std::string& path, int tool_code) {
+  const gae::PairEstimator estimator = Settings().front_end ? gae::PairEstimator::kFrontEnd : gae::PairEstimator::kExact;
+  const std::string lrd = gae::PairStoreName(path);
+  const std::string fingerprint = [&] {
+    const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
+    return InputFingerprint(path, tool_code, estimator);
+  }();
+  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
+    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  if (estimator == gae::PairEstimator::kExact && !fingerprint.empty()) {
+    const LibraryOutput quiet;
+    gae::WriteInputPairFile(path, tool_code, estimator, gae::PairStoreThreads());
+  }
+  return fingerprint;
+}
+
+int CheckToolFile(const std::string& path, int tool_code, MarkerTable& table) {
+  if (tool_code == 20) return CheckCdmFile(path, table);
+  if (tool_code == 30) return CheckPlmFile(path, table);
+  return CheckMapFile(path, table);
+}
+
 std::string MarkerTable::Name(int i) const {
   std::string name;
   for (int j = 0; j < 35; ++j) name += static_cast<char>(name_codes[static_cast<size_t>(j) * num_markers + i]);
@@ -63,14 +87,9 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
   const std::string lrd = gae::PairStoreName(path);
-  const std::string fingerprint = [&] {
-    const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
-    return InputFingerprint(path);
-  }();
-  if (const std::string reason = ClearStalePairFile(lrd, fingerprint); !reason.empty())
-    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
   std::atomic<bool> done{false};
   std::thread progress(ShowProgress, lrd, 8LL * n * (n - 1) / 2, std::cref(done));
+  const std::string fingerprint = PreparePairFile(path, 104);
   std::optional<LibraryOutput> quiet(std::in_place);
   CheckErrorMAP(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), t.size_a.data(),
                 t.size_h.data(), t.size_b.data(), t.size_x.data(), t.category.data(),
@@ -83,10 +102,12 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
 }
 
 int CheckCdmFile(const std::string& path, MarkerTable& t) {
-  const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
-  CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  {
+    const LibraryOutput quiet;
+    CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  }
   if (status != 0) return status;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
@@ -96,12 +117,17 @@ int CheckCdmFile(const std::string& path, MarkerTable& t) {
   t.probability.assign(n, 0.0f);
   std::atomic<bool> done{false};
   std::thread progress(ShowProgress, gae::PairStoreName(path), 28LL * n * (n - 1) / 2, std::cref(done));
+  const std::string fingerprint = PreparePairFile(path, 20);
   auto s = [&t](int k) { return t.clonal_sizes[k].data(); };
-  CheckErrorCDM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), s(0), s(1), s(2),
-                s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), t.category.data(),
-                t.chi_square.data(), t.probability.data(), &status);
+  {
+    const LibraryOutput quiet;
+    CheckErrorCDM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), s(0), s(1), s(2),
+                  s(3), s(4), s(5), s(6), s(7), s(8), s(9), s(10), s(11), t.category.data(),
+                  t.chi_square.data(), t.probability.data(), &status);
+  }
   done = true;
   progress.join();
+  if (status == 0) RecordPairFileSource(gae::PairStoreName(path), fingerprint);
   return status;
 }
 

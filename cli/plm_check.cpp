@@ -8,14 +8,18 @@
 #include "library_output.h"
 #include "map_check.h"
 #include "commands.h"
+#include "pair_fingerprint.h"
+#include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
 
 int CheckPlmFile(const std::string& path, MarkerTable& t) {
-  const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
-  PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  {
+    const LibraryOutput quiet;
+    PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  }
   if (status != 0) return status;
   t.num_markers = n;
   t.name_codes.assign(static_cast<size_t>(n) * 35, 0);
@@ -24,11 +28,14 @@ int CheckPlmFile(const std::string& path, MarkerTable& t) {
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
   std::vector<std::vector<int>> sizes(9, std::vector<int>(n, 0));
+  const std::string fingerprint = PreparePairFile(path, 30);
+  const LibraryOutput quiet;
   CheckErrorPLM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), sizes[0].data(),
                 sizes[1].data(), sizes[2].data(), sizes[3].data(), sizes[4].data(), sizes[5].data(),
                 sizes[6].data(), sizes[7].data(), sizes[8].data(), t.category.data(),
                 t.chi_square.data(), t.probability.data(), &status);
   t.size_x = std::move(sizes[8]);
+  if (status == 0) RecordPairFileSource(gae::PairStoreName(path), fingerprint);
   return status;
 }
 
