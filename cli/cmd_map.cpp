@@ -302,7 +302,7 @@ int RunMap(const MapOptions& o) {
   gae::AllocateMapState(m, markers.num_markers);
   int status = 0;
   std::optional<LibraryOutput> quiet(std::in_place);
-  if (!GroupByLinkageRule(gae::LinkageRule{threshold, max_rf}, m)) return 1;
+  if (!GroupByLinkageRule(gae::LinkageRule{threshold, max_rf}, markers.anchor.data(), m)) return 1;
   map.BuildFromGroups();
   grouping_note += (grouping_note.empty() ? "" : "; ") + CapNote(max_rf);
   times.push_back({"grouping", clock.Lap()});

@@ -19,11 +19,11 @@ const gae::ToolProfile& MapProfile() { return gae::ProfileOf(gae::MapTool::kMAP)
 
 }  // namespace
 
-bool GroupByLinkageRule(const gae::LinkageRule& rule, gae::MapModel& map) {
+bool GroupByLinkageRule(const gae::LinkageRule& rule, const int32_t* anchors, gae::MapModel& map) {
   const gae::StageContext context = gae::ProcessStageContext(MapProfile().stage_rules);
   gae::PairStoreFile store;
   if (!gae::OpenPairStore(store, context.store)) return false;
-  const std::vector<int32_t> groups = gae::LinkageGroups(store.Table(), map.num_markers, rule);
+  const std::vector<int32_t> groups = gae::LinkageGroups(store.Table(), map.num_markers, rule, anchors);
   std::copy(groups.begin(), groups.end(), map.group.begin());
   return true;
 }

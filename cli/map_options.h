@@ -12,8 +12,9 @@
 namespace gaecli {
 
 // Grouping by the library's linkage rule on the pairwise file of the last check, for any map
-// tool. Fills map.group; false when the pairwise file cannot be read.
-bool GroupByLinkageRule(const gae::LinkageRule& rule, gae::MapModel& map);
+// tool, anchored markers starting their groups. Fills map.group; false when the pairwise file
+// cannot be read.
+bool GroupByLinkageRule(const gae::LinkageRule& rule, const int32_t* anchors, gae::MapModel& map);
 
 // Orders and ripples every group of a grouped map around its co-dominant markers, falling
 // back to the default ordering for a group with too few; the map becomes rippled. `note`

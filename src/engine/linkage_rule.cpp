@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "engine/frequency_cap.h"
+#include "engine/grouping.h"
 
 namespace gae {
 
@@ -18,7 +19,8 @@ int32_t PlateauGroupSize(int32_t n) { return std::max(3, n / 100); }
 AutoLinkageLod ChooseLinkageLod(const std::vector<LodTreeRow>& rows, int32_t n) {
   AutoLinkageLod choice;
   const LodPlateau plateau = LongestPlateau(rows, PlateauGroupSize(n));
-  if (plateau.first < 0) return choice;
+  // A run of rows without one group of counting size says nothing about the threshold.
+  if (plateau.first < 0 || plateau.groups == 0) return choice;
   choice.found = true;
   choice.threshold = rows[static_cast<std::size_t>(plateau.first)].threshold;
   choice.run_to = rows[static_cast<std::size_t>(plateau.last)].threshold;
@@ -41,10 +43,19 @@ LinkageRule ResolveLinkageRule(const PairTable& table, int32_t n, float fixed_lo
   return rule;
 }
 
-std::vector<int32_t> LinkageGroups(const PairTable& table, int32_t n, const LinkageRule& rule) {
+std::vector<int32_t> LinkageGroups(const PairTable& table, int32_t n, const LinkageRule& rule,
+                                   const int32_t* anchors) {
   if (n < 1) return {};
-  std::vector<LodTreeRow> rows = LodTree(CappedPairs(table, n, rule.max_rf).Table(), n, {rule.min_lod}, true);
-  return std::move(rows.front().group);
+  std::vector<int32_t> none;
+  if (anchors == nullptr) {
+    none.assign(static_cast<std::size_t>(n), 0);
+    anchors = none.data();
+  }
+  std::vector<int32_t> group(static_cast<std::size_t>(n), 0);
+  // The stored first value is minus the LOD.
+  GroupByThreshold(CappedPairs(table, n, rule.max_rf).Table(), kByFirstValue, n, -rule.min_lod, anchors,
+                   group.data());
+  return group;
 }
 
 }  // namespace gae

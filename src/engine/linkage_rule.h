@@ -1,7 +1,7 @@
 // The one grouping rule of the command and the map pipeline, for every map tool alike: two
 // markers are linked when their pair's LOD lies above a threshold and its recombination
-// frequency below a cap, and a linkage group is every marker reachable by linked pairs (single
-// linkage, the LOD tree's own reading of the pair file). The threshold is the LOD tree's
+// frequency below a cap, and groups grow by single linkage as grouping by threshold grows them
+// (the LOD tree reads the pair file the same way, so its rows and the groups agree). The threshold is the LOD tree's
 // automatic choice unless one is fixed, and the cap keeps out the pairs whose likelihood peaks
 // on the far side of 1/2. The pairs come from any pair file whose first word is minus a LOD
 // (bi-parental, clonal and pure-line records alike).
@@ -34,7 +34,8 @@ std::vector<LodTreeRow> LinkageTree(const PairTable& table, int32_t n, float max
 int32_t PlateauGroupSize(int32_t n);
 
 // The automatic threshold: the lowest threshold of the longest run of rows over which the
-// count of groups of at least PlateauGroupSize markers stays the same (the lower run on a tie).
+// count of groups of at least PlateauGroupSize markers stays the same (the lower run on a tie);
+// none when that run holds no such group.
 struct AutoLinkageLod {
   bool found = false;
   float threshold = 0.0f, run_to = 0.0f;
@@ -47,7 +48,9 @@ AutoLinkageLod ChooseLinkageLod(const std::vector<LodTreeRow>& rows, int32_t n);
 LinkageRule ResolveLinkageRule(const PairTable& table, int32_t n, float fixed_lod, float max_rf,
                                AutoLinkageLod* choice = nullptr);
 
-// The group (1-based, numbered in the order of each group's lowest marker) of every marker.
-std::vector<int32_t> LinkageGroups(const PairTable& table, int32_t n, const LinkageRule& rule);
+// The group (1-based) of every marker, by grouping by threshold on the capped pairs; `anchors`
+// (null for none) start their groups as in grouping by threshold.
+std::vector<int32_t> LinkageGroups(const PairTable& table, int32_t n, const LinkageRule& rule,
+                                   const int32_t* anchors = nullptr);
 
 }  // namespace gae

@@ -9,6 +9,7 @@
 #include "gaengine.h"
 #include "support/command_run.h"
 #include "support/temp_dir.h"
+#include "twopoint/input_pair_file.h"
 
 namespace gae {
 namespace {
@@ -27,7 +28,9 @@ class Command : public testing::InTempDir {
 };
 
 TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
-  const testing::CommandRun cli = Gaengine("--seed 31 map f2.map");
+  // With the desktop program's pairs and its threshold (no pair of this data reaches a
+  // frequency of 1), the command's grouping rule is the export's.
+  const testing::CommandRun cli = Gaengine("--seed 31 map --front-end --lod 3 --max-rf 1 f2.map");
   ASSERT_EQ(cli.exit_code, 0) << cli.out;
   EXPECT_THAT(cli.out, HasSubstr("  Population        F2 (type 7)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      150"));
@@ -60,22 +63,16 @@ TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
   EXPECT_THAT(cli.out, HasSubstr("  Second parent "));
   EXPECT_THAT(cli.out, HasSubstr("clonal.hap"));
   EXPECT_THAT(cli.out, HasSubstr("set to missing in clonalEC.cdm"));
-  const std::string sum = ReadText("clonal.sum"), sumf = ReadText("clonal.sumf"), hap = ReadText("clonal.hap");
-  ::setenv("GAENGINE_SEED", "5", 1);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  CDMAllByDefault(10, "clonal.cdm", &status);
-  ::testing::internal::GetCapturedStdout();
-  ::unsetenv("GAENGINE_SEED");
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(ReadText("clonal.sum"), sum);
-  EXPECT_EQ(ReadText("clonal.sumf"), sumf);
-  EXPECT_EQ(ReadText("clonal.hap"), hap);
+  EXPECT_THAT(cli.out, HasSubstr("  Pair file         computed in this run, exact estimates"));
 
   testing::WriteText("other.txt", ReadText("clonal.cdm"));
   EXPECT_EQ(Gaengine("map --tool cdm other.txt").exit_code, 0);
   EXPECT_TRUE(testing::FileExists("other.summ"));
-  EXPECT_EQ(Gaengine("map --tool CDM --lod 4 other.txt").exit_code, 2);
+  // Every tool groups by LOD and frequency cap alike; ordering around a frame is MAP's alone.
+  const testing::CommandRun fixed = Gaengine("map --tool CDM --lod 4 other.txt");
+  EXPECT_EQ(fixed.exit_code, 0);
+  EXPECT_THAT(fixed.out, HasSubstr("  Grouping          LOD 4.0, as asked"));
+  EXPECT_EQ(Gaengine("map --tool CDM --order frame other.txt").exit_code, 2);
 }
 
 TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
@@ -125,19 +122,8 @@ TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
   EXPECT_THAT(cli.out, HasSubstr("  Population        4PRIL (type 2)"));
   EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
   EXPECT_THAT(cli.out, HasSubstr(" four.plq four.err fourEC.plm"));
-  const std::string sum = ReadText("four.sum"), mtp = ReadText("four.mtp"), ec = ReadText("fourEC.plm");
-  ::setenv("GAENGINE_SEED", "31", 1);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  PLMAllByDefault(9, "four.plm", &status);
-  ::testing::internal::GetCapturedStdout();
-  ::unsetenv("GAENGINE_SEED");
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(ReadText("four.sum"), sum);
-  EXPECT_EQ(ReadText("four.mtp"), mtp);
-  EXPECT_EQ(ReadText("fourEC.plm"), ec);
-  // Pure lines group by recombination frequency: a LOD threshold has no meaning there.
-  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 2);
+  EXPECT_THAT(cli.out, HasSubstr("  LOD threshold     "));
+  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 0);
 }
 
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
@@ -167,11 +153,58 @@ TEST_F(Command, MapNamesMarkersOfOneGenotypeClassAndWarnsOfPairsWithoutEstimate)
   }
   testing::WriteText("flat.map", "7\n1\n1\n3\n198\nM1" + mixed + "\nFLAT" + hets + "\nM3" + mixed +
                                      "\nM1 0\nFLAT 0\nM3 0\n");
-  const testing::CommandRun r = Gaengine("map flat.map");
+  testing::CommandRun r = Gaengine("map --front-end flat.map");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_THAT(r.out, HasSubstr("Uninformative     1 (one genotype class only): FLAT"));
   EXPECT_THAT(r.out, HasSubstr("Warning: no estimate for 2 marker pairs!"));
   EXPECT_THAT(r.out, ::testing::Not(HasSubstr("nan")));
+  // The exact likelihood peaks at free recombination for those pairs: an estimate, unlinked.
+  r = Gaengine("map flat.map");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("flat.LRD is computed again: it holds the front-end estimates, not the exact ones."));
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("no estimate")));
+  EXPECT_THAT(r.out, HasSubstr("One-marker groups 1"));
+}
+
+// A clonal or pure-line input changed since its pair file was computed is never mapped from the
+// old pairs: the pair file is computed again, and equals one computed afresh from the new input.
+TEST_F(Command, AChangedClonalOrPureLineInputGetsANewPairFile) {
+  struct Case {
+    const char* example;
+    const char* file;
+    const char* from;
+    const char* to;
+    int tool_code;
+  };
+  for (const Case c : {Case{"examples/clonal_f1.cdm", "clonal.cdm", "CM02       BD BC", "CM02       BD BD", 20},
+                       Case{"examples/four_way_ril.plm", "four.plm", "PM02       B C C", "PM02       B C D", 30}}) {
+    SCOPED_TRACE(c.file);
+    std::string data = ReadText(testing::SourcePath(c.example));
+    testing::WriteText(c.file, data);
+    ASSERT_EQ(Gaengine(std::string("map ") + c.file).exit_code, 0);
+    const std::string stem = std::string(c.file).substr(0, std::string(c.file).size() - 4);
+    const std::string before = ReadText(stem + ".LRD");
+    testing::CommandRun r = Gaengine(std::string("map ") + c.file);
+    EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
+    EXPECT_THAT(r.out, HasSubstr("reused from an earlier run"));
+    const std::size_t at = data.find(c.from);
+    ASSERT_NE(at, std::string::npos);
+    data.replace(at, std::string(c.from).size(), c.to);
+    testing::WriteText(c.file, data);
+    r = Gaengine(std::string("map ") + c.file);
+    EXPECT_THAT(r.out, HasSubstr(stem + ".LRD is computed again: it was computed from other data."));
+    const std::string fresh = std::string("fresh") + (c.tool_code == 20 ? ".cdm" : ".plm");
+    testing::WriteText(fresh, data);
+    ::testing::internal::CaptureStdout();
+    ASSERT_TRUE(WriteInputPairFile(fresh, c.tool_code, PairEstimator::kExact, 1));
+    ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(ReadText(stem + ".LRD"), ReadText("fresh.LRD"));
+    EXPECT_NE(ReadText(stem + ".LRD"), before);
+    // The other estimator's pairs are not taken for these either.
+    r = Gaengine(std::string("map --front-end ") + c.file);
+    EXPECT_THAT(r.out, HasSubstr(stem + ".LRD is computed again: it holds the exact estimates, not the front-end ones."));
+    EXPECT_THAT(r.out, HasSubstr("the desktop program's estimates"));
+  }
 }
 
 TEST_F(Command, APairFileFromOtherDataOrChangedSinceIsComputedAgain) {
@@ -211,7 +244,17 @@ TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   EXPECT_EQ(row_at("   4.0").substr(0, 14), "   4.0       5");
   EXPECT_EQ(row_at("  12.0").empty(), false);
   EXPECT_EQ(row_at("   3.0"), "");  // not on the grid of the step
-  EXPECT_THAT(r.out, HasSubstr("--lod auto takes LOD "));
+  EXPECT_THAT(r.out, HasSubstr("gaengine map (--lod auto) takes LOD "));
+  // On its default range the tree names the threshold the map command takes by default, under
+  // the same cap, whatever the cap.
+  for (const std::string cap : {"", " --max-rf 0.3"}) {
+    const testing::CommandRun tree = Gaengine("groups" + cap + " f2.map");
+    const std::size_t at = tree.out.find("takes LOD ");
+    ASSERT_NE(at, std::string::npos) << tree.out;
+    const std::string named = tree.out.substr(at + 6, tree.out.find(':', at) - at - 6);
+    const testing::CommandRun by_default = Gaengine("--seed 5 map" + cap + " f2.map");
+    EXPECT_THAT(by_default.out, HasSubstr("  Grouping          " + named + ":")) << cap;
+  }
   r = Gaengine("--seed 5 map --lod 4 f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("  Grouping          LOD 4.0, as asked"));
