@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <random>
+#include <sstream>
 #include <string>
 
 #include "support/pure_line_likelihood.h"
@@ -41,8 +42,9 @@ TEST(ExactPureLine, EqualsTheDirectMaximumOnRandomPatterns) {
       const int n = 1 + static_cast<int>(rng() % 300);
       std::string x, y;
       testing::DrawLines(type, r_true, n, p1, p2, rng, x, y);
-      SCOPED_TRACE("type " + std::to_string(type) + " patterns " + std::to_string(p1) + " " +
-                   std::to_string(p2) + " lines " + std::to_string(n) + " r " + std::to_string(r_true));
+      std::ostringstream trace;
+      trace << "type " << type << " patterns " << p1 << ' ' << p2 << " lines " << n << " r " << r_true;
+      SCOPED_TRACE(trace.str());
       const double best = testing::DirectMaximum(type, p1, p2, x, y);
       const double top = ObservedLogLik(type, best, p1, p2, x, y);
       const double half = ObservedLogLik(type, 0.5, p1, p2, x, y);
@@ -60,7 +62,9 @@ TEST(ExactPureLine, EqualsTheDirectMaximumOnRandomPatterns) {
       const double at_estimate = ObservedLogLik(type, r, p1, p2, x, y);
       const double tolerance = 1e-6 * (1 + std::fabs(top));
       EXPECT_GE(at_estimate, top - tolerance);
-      if (std::fabs(r - best) > 1e-4) EXPECT_NEAR(at_estimate, top, tolerance);
+      if (std::fabs(r - best) > 1e-4) {
+        EXPECT_NEAR(at_estimate, top, tolerance);
+      }
     }
   }
 }

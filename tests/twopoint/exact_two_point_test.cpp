@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <random>
+#include <sstream>
 #include <vector>
 
 #include "support/brute_force.h"
@@ -71,9 +72,10 @@ void CheckAgainstBruteForce(const TypeCode& tc, const float cells[9]) {
 }
 
 std::string Describe(const TypeCode& tc, const float cells[9]) {
-  std::string s = Name(tc) + " cells";
-  for (int k = 0; k < 9; ++k) s += " " + std::to_string(static_cast<int>(cells[k]));
-  return s;
+  std::ostringstream s;
+  s << Name(tc) << " cells";
+  for (int k = 0; k < 9; ++k) s << ' ' << cells[k];
+  return s.str();
 }
 
 TEST(ExactTwoPoint, EqualsTheBruteForceMaximumOnRandomTables) {
