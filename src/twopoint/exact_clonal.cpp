@@ -1,7 +1,9 @@
 #include "twopoint/exact_clonal.h"
 
 #include <cmath>
+#include <algorithm>
 #include <limits>
+#include <vector>
 
 #include "twopoint/exact_search.h"
 
@@ -23,10 +25,65 @@ int ClassOf(int category, int x, int y) {
   }
 }
 
+constexpr int kKeys = 5 * 5 * 5 * 5;
+int KeyOf(int k00, int k01, int k10, int k11) { return ((k00 * 5 + k01) * 5 + k10) * 5 + k11; }
+
+double ChanceOfKey(int key, double a, double b) {
+  const int k11 = key % 5, k10 = key / 5 % 5, k01 = key / 25 % 5, k00 = key / 125;
+  return k00 * (1 - a) * (1 - b) + k01 * (1 - a) * b + k10 * a * (1 - b) + k11 * a * b;
+}
+
+double Along(int phase, double r) { return phase != 0 ? 1.0 - r : r; }
+
+// The joint search's grid over [0, 1] in each parent's frequency.
+constexpr int kJointSteps = 32;
+constexpr int kJointPoints = kJointSteps + 1;
+double JointPoint(int i) { return static_cast<double>(i) / kJointSteps; }
+
+// ln of every possible class chance on the grids, taken once: the shared frequency's grid in
+// each of the four phase combinations, and the joint grid of both frequencies. Searches then
+// cost multiplications only.
+struct LogTables {
+  std::vector<float> shared;  // [key][phase combination][grid point]
+  std::vector<float> joint;   // [key][a point][b point]
+  const float* Shared(int key, int combo) const {
+    return shared.data() + (static_cast<std::size_t>(key) * 4 + combo) * kExactGridPoints;
+  }
+  const float* Joint(int key) const {
+    return joint.data() + static_cast<std::size_t>(key) * kJointPoints * kJointPoints;
+  }
+};
+
+float LogOrImpossible(double p) { return p > 0.0 ? static_cast<float>(std::log(p)) : -1e30f; }
+
+const LogTables& Tables() {
+  static const LogTables tables = [] {
+    LogTables t;
+    t.shared.resize(static_cast<std::size_t>(kKeys) * 4 * kExactGridPoints);
+    t.joint.resize(static_cast<std::size_t>(kKeys) * kJointPoints * kJointPoints);
+    for (int key = 0; key < kKeys; ++key) {
+      for (int combo = 0; combo < 4; ++combo) {
+        float* row = t.shared.data() + (static_cast<std::size_t>(key) * 4 + combo) * kExactGridPoints;
+        for (int j = 0; j < kExactGridPoints; ++j) {
+          const double r = ExactGridPoint(j);
+          row[j] = LogOrImpossible(ChanceOfKey(key, Along(combo >> 1, r), Along(combo & 1, r)));
+        }
+      }
+      float* plane = t.joint.data() + static_cast<std::size_t>(key) * kJointPoints * kJointPoints;
+      for (int i = 0; i < kJointPoints; ++i)
+        for (int j = 0; j < kJointPoints; ++j)
+          plane[i * kJointPoints + j] = LogOrImpossible(ChanceOfKey(key, JointPoint(i), JointPoint(j)));
+    }
+    return t;
+  }();
+  return tables;
+}
+
 // Cells with the same hidden make-up have the same chance: the likelihood runs over groups.
 struct Group {
   double n = 0.0;
   double k00 = 0.0, k01 = 0.0, k10 = 0.0, k11 = 0.0;
+  int key = 0;  // the four counts (each at most 4) as one number, for the tables below
   double Chance(double a, double b) const {
     return k00 * (1 - a) * (1 - b) + k01 * (1 - a) * b + k10 * a * (1 - b) + k11 * a * b;
   }
@@ -55,6 +112,7 @@ Groups GroupCells(const ClonalCellModel& model, const float cells[16]) {
       out.g[s].k01 = k[1];
       out.g[s].k10 = k[2];
       out.g[s].k11 = k[3];
+      out.g[s].key = KeyOf(k[0], k[1], k[2], k[3]);
       ++out.count;
     }
     out.g[s].n += cells[c];
@@ -105,8 +163,6 @@ struct Shared {
   double log_lik = kNegInf;
 };
 
-double Along(int phase, double r) { return phase != 0 ? 1.0 - r : r; }
-
 Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool same_parents) {
   struct Combo {
     int pa, pb;
@@ -118,13 +174,14 @@ Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool same_pa
     for (int pb = 0; pb <= (b_informs ? 1 : 0); ++pb)
       if (!(same_parents && pa == 1 && pb == 0)) combos[count++] = {pa, pb, {}};
   float overall = -std::numeric_limits<float>::infinity();
+  const LogTables& tables = Tables();
   for (int c = 0; c < count; ++c) {
-    for (int j = 0; j < kExactGridPoints; ++j) {
-      const double r = ExactGridPoint(j);
-      const double l = LogLik(gs, Along(combos[c].pa, r), Along(combos[c].pb, r));
-      combos[c].grid[j] = l > -1e30 ? static_cast<float>(l) : -1e30f;
-      overall = std::max(overall, combos[c].grid[j]);
+    for (int s = 0; s < gs.count; ++s) {
+      const float n = static_cast<float>(gs.g[s].n);
+      const float* row = tables.Shared(gs.g[s].key, combos[c].pa * 2 + combos[c].pb);
+      for (int j = 0; j < kExactGridPoints; ++j) combos[c].grid[j] += n * row[j];
     }
+    for (float v : combos[c].grid) overall = std::max(overall, v);
   }
   Shared best;
   for (int c = 0; c < count; ++c) {
@@ -152,24 +209,21 @@ Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool same_pa
   return best;
 }
 
-// Both parents seen and not read off separately: the profile over a (b at its best for each a)
-// on a grid over [0, 1] mirrored about 1/2, then golden-section search about the best point.
+// Both parents seen and not read off separately: the best point of the joint grid, then the
+// profile over a (b at its best for each a, exact since ln L is concave in b) by golden-section
+// search between the grid point's neighbours.
 void JointMaximum(const Groups& gs, double& a_hat, double& b_hat) {
-  constexpr int kPoints = 2 * kExactGridSteps + 1;
-  const auto a_at = [](int j) {
-    return j <= kExactGridSteps ? ExactGridPoint(j) : 1.0 - ExactGridPoint(2 * kExactGridSteps - j);
-  };
-  const auto profile = [&](double a) { return LogLik(gs, a, BestB(gs, a)); };
-  int best = 0;
-  double best_value = kNegInf;
-  for (int j = 0; j < kPoints; ++j) {
-    const double v = profile(a_at(j));
-    if (v > best_value) {
-      best_value = v;
-      best = j;
-    }
+  std::vector<float> sum(kJointPoints * kJointPoints, 0.0f);
+  const LogTables& tables = Tables();
+  for (int s = 0; s < gs.count; ++s) {
+    const float n = static_cast<float>(gs.g[s].n);
+    const float* plane = tables.Joint(gs.g[s].key);
+    for (int k = 0; k < kJointPoints * kJointPoints; ++k) sum[k] += n * plane[k];
   }
-  double lo = a_at(best > 0 ? best - 1 : 0), hi = a_at(best < kPoints - 1 ? best + 1 : kPoints - 1);
+  const int best = static_cast<int>(std::max_element(sum.begin(), sum.end()) - sum.begin());
+  const int i = best / kJointPoints;
+  const auto profile = [&](double a) { return LogLik(gs, a, BestB(gs, a)); };
+  double lo = JointPoint(std::max(0, i - 1)), hi = JointPoint(std::min(kJointSteps, i + 1));
   const double ratio = 0.5 * (std::sqrt(5.0) - 1.0);
   double x1 = hi - ratio * (hi - lo), x2 = lo + ratio * (hi - lo);
   double f1 = profile(x1), f2 = profile(x2);
@@ -189,8 +243,9 @@ void JointMaximum(const Groups& gs, double& a_hat, double& b_hat) {
     }
   }
   a_hat = 0.5 * (lo + hi);
-  // The grid point itself may beat the refined stretch at an end of the range.
-  if (best_value > profile(a_hat)) a_hat = a_at(best);
+  // The ends of the range are maxima of their own when the likelihood keeps rising there.
+  for (double end : {0.0, 1.0})
+    if (std::fabs(end - a_hat) < 2.0 / kJointSteps && profile(end) > profile(a_hat)) a_hat = end;
   b_hat = BestB(gs, a_hat);
 }
 
@@ -234,7 +289,15 @@ ClonalPairResult ExactClonalPair(bool clonal, int first, int second, const float
   for (int k = 0; k < 16; ++k) n += cells[k];
   if (!(n >= 1.0f)) return out;
   out.phase = 1;
-  const ClonalCellModel model = BuildClonalCellModel(clonal, first, second);
+  static const std::array<ClonalCellModel, 72> models = [] {
+    std::array<ClonalCellModel, 72> all{};
+    for (int c = 0; c < 2; ++c)
+      for (int f = 0; f < 6; ++f)
+        for (int g = 0; g < 6; ++g) all[static_cast<std::size_t>(c * 36 + f * 6 + g)] = BuildClonalCellModel(c == 1, f, g);
+    return all;
+  }();
+  if (first < 0 || first > 5 || second < 0 || second > 5) return out;
+  const ClonalCellModel& model = models[static_cast<std::size_t>((clonal ? 36 : 0) + first * 6 + second)];
   if (!model.known) return out;
   bool a_informs = false, b_informs = false;
   for (const auto& k : model.k) {
@@ -244,7 +307,40 @@ ClonalPairResult ExactClonalPair(bool clonal, int first, int second, const float
   const Groups gs = GroupCells(model, cells);
   const double base = LogLik(gs, 0.5, 0.5);
   const bool same_parents = first >= 4 && second >= 4;
-  const Shared shared = BestShared(gs, a_informs, b_informs, same_parents);
+  // Each parent's frequency at its joint maximum. The shared frequency follows from it where
+  // the likelihood splits by parent or sees one parent only; otherwise it has a search of its own.
+  double a = 0.5, b = 0.5;
+  Shared shared;
+  shared.log_lik = base;
+  const bool separable = a_informs && b_informs && Separable(gs);
+  if (same_parents) {
+    shared = BestShared(gs, a_informs, b_informs, true);
+  } else if (separable) {
+    double rec_a = 0.0, rec_b = 0.0;
+    for (int s = 0; s < gs.count; ++s) {
+      const Group& x = gs.g[s];
+      if (x.k10 != 0 || x.k11 != 0) rec_a += x.n;
+      if (x.k01 != 0 || x.k11 != 0) rec_b += x.n;
+    }
+    a = rec_a / gs.total;
+    b = rec_b / gs.total;
+    // One binomial for each parent: with each parent's phase on its side of 1/2, the shared
+    // frequency is the pooled share of recombinants.
+    shared.phase_a = a > 0.5;
+    shared.phase_b = b > 0.5;
+    shared.r = (std::min(rec_a, gs.total - rec_a) + std::min(rec_b, gs.total - rec_b)) / (2.0 * gs.total);
+    shared.log_lik = LogLik(gs, Along(shared.phase_a, shared.r), Along(shared.phase_b, shared.r));
+  } else if (a_informs && b_informs) {
+    JointMaximum(gs, a, b);
+    shared = BestShared(gs, true, true, false);
+  } else if (a_informs || b_informs) {
+    // One parent seen: its maximum over [0, 1] is the shared one, folded into its phase.
+    double& seen = a_informs ? a : b;
+    seen = a_informs ? BestA(gs, 0.5) : BestB(gs, 0.5);
+    shared.r = std::min(seen, 1.0 - seen);
+    (a_informs ? shared.phase_a : shared.phase_b) = seen > 0.5;
+    shared.log_lik = LogLik(gs, a, b);
+  }
   if (Gains(shared.log_lik - base, base)) {
     out.rec_c = static_cast<float>(shared.r);
     out.lod_c = Lod(shared.log_lik - base);
@@ -256,24 +352,6 @@ ClonalPairResult ExactClonalPair(bool clonal, int first, int second, const float
     }
     out.lod_a = out.lod_b = out.lod_c;
   } else if (a_informs || b_informs) {
-    double a = 0.5, b = 0.5;
-    if (a_informs && b_informs && Separable(gs)) {
-      double rec_a = 0.0, rec_b = 0.0, total = 0.0;
-      for (int s = 0; s < gs.count; ++s) {
-        const Group& x = gs.g[s];
-        total += x.n;
-        if (x.k10 != 0 || x.k11 != 0) rec_a += x.n;
-        if (x.k01 != 0 || x.k11 != 0) rec_b += x.n;
-      }
-      a = rec_a / total;
-      b = rec_b / total;
-    } else if (a_informs && b_informs) {
-      JointMaximum(gs, a, b);
-    } else if (a_informs) {
-      a = BestA(gs, 0.5);
-    } else {
-      b = BestB(gs, 0.5);
-    }
     const double top = LogLik(gs, a, b);
     const double without_a = a_informs ? top - LogLik(gs, 0.5, b_informs ? BestB(gs, 0.5) : 0.5) : 0.0;
     const double without_b = b_informs ? top - LogLik(gs, a_informs ? BestA(gs, 0.5) : 0.5, 0.5) : 0.0;
