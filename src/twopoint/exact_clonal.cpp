@@ -163,7 +163,9 @@ struct Shared {
   double log_lik = kNegInf;
 };
 
-Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool same_parents) {
+// `symmetric`: the model reads the same with the parents exchanged, so the phase combination
+// (repulsion, coupling) is that of (coupling, repulsion) and is not searched again.
+Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool symmetric) {
   struct Combo {
     int pa, pb;
     ExactGrid grid;
@@ -172,7 +174,7 @@ Shared BestShared(const Groups& gs, bool a_informs, bool b_informs, bool same_pa
   int count = 0;
   for (int pa = 0; pa <= (a_informs ? 1 : 0); ++pa)
     for (int pb = 0; pb <= (b_informs ? 1 : 0); ++pb)
-      if (!(same_parents && pa == 1 && pb == 0)) combos[count++] = {pa, pb, {}};
+      if (!(symmetric && pa == 1 && pb == 0)) combos[count++] = {pa, pb, {}};
   float overall = -std::numeric_limits<float>::infinity();
   const LogTables& tables = Tables();
   for (int c = 0; c < count; ++c) {
@@ -313,8 +315,10 @@ ClonalPairResult ExactClonalPair(bool clonal, int first, int second, const float
   Shared shared;
   shared.log_lik = base;
   const bool separable = a_informs && b_informs && Separable(gs);
+  bool symmetric = true;
+  for (const auto& k : model.k) symmetric &= k[1] == k[2];
   if (same_parents) {
-    shared = BestShared(gs, a_informs, b_informs, true);
+    shared = BestShared(gs, a_informs, b_informs, symmetric);
   } else if (separable) {
     double rec_a = 0.0, rec_b = 0.0;
     for (int s = 0; s < gs.count; ++s) {
@@ -332,7 +336,7 @@ ClonalPairResult ExactClonalPair(bool clonal, int first, int second, const float
     shared.log_lik = LogLik(gs, Along(shared.phase_a, shared.r), Along(shared.phase_b, shared.r));
   } else if (a_informs && b_informs) {
     JointMaximum(gs, a, b);
-    shared = BestShared(gs, true, true, false);
+    shared = BestShared(gs, true, true, symmetric);
   } else if (a_informs || b_informs) {
     // One parent seen: its maximum over [0, 1] is the shared one, folded into its phase.
     double& seen = a_informs ? a : b;

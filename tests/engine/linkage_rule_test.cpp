@@ -14,10 +14,10 @@ namespace {
 
 using testing::MemoryStore;
 
-int CountGroups(const std::vector<int32_t>& group) { return static_cast<int>(std::set<int32_t>(group.begin(), group.end()).size()); }
+int Groups(const std::vector<int32_t>& group) { return static_cast<int>(std::set<int32_t>(group.begin(), group.end()).size()); }
 
-// Three blocks of ten markers, tight inside; between blocks chance pairs of any LOD up to 6
-// and any frequency, some of them beyond 1/2.
+// Three blocks of ten markers, tight inside; between blocks chance pairs of LOD up to 6 and
+// any frequency, some beyond 1/2.
 MemoryStore RandomBlocks(uint64_t seed) {
   std::mt19937_64 rng(seed);
   std::uniform_real_distribution<float> unit(0, 1);
@@ -34,12 +34,9 @@ TEST(LinkageRule, GroupsAgreeWithTheTreeAtEveryThresholdAndCap) {
   for (uint64_t seed = 1; seed <= 20; ++seed) {
     const MemoryStore s = RandomBlocks(seed);
     for (float cap : {0.3f, 0.5f, 0.8f}) {
-      const std::vector<LodTreeRow> rows = LinkageTree(s.Table(), 30, cap, 2, 15, 1);
-      for (const LodTreeRow& row : rows) {
+      for (const LodTreeRow& row : LinkageTree(s.Table(), 30, cap, 2, 15, 1)) {
         const std::vector<int32_t> group = LinkageGroups(s.Table(), 30, LinkageRule{row.threshold, cap});
-        EXPECT_EQ(CountGroups(group), row.groups) << "seed " << seed << " cap " << cap << " LOD " << row.threshold;
-        // Linked markers share a group (a pair above the cap or not above the threshold joins
-        // nothing by itself: checked where it is the only bridge, below).
+        EXPECT_EQ(Groups(group), row.groups) << "seed " << seed << " cap " << cap << " LOD " << row.threshold;
         for (int i = 2; i <= 30; ++i)
           for (int j = 1; j < i; ++j)
             if (-s.First(i, j) > row.threshold && s.Second(i, j) < cap) {
@@ -48,38 +45,30 @@ TEST(LinkageRule, GroupsAgreeWithTheTreeAtEveryThresholdAndCap) {
       }
     }
   }
+  // The automatic threshold finds the blocks however the chance pairs fall.
+  AutoLinkageLod chosen;
+  const LinkageRule rule = ResolveLinkageRule(RandomBlocks(7).Table(), 30, NAN, 0.5f, &chosen);
+  EXPECT_EQ(chosen.groups, 3);
+  EXPECT_EQ(rule.min_lod, chosen.threshold);
+  EXPECT_EQ(Groups(LinkageGroups(RandomBlocks(7).Table(), 30, rule)), 3);
+  EXPECT_EQ(ResolveLinkageRule(RandomBlocks(7).Table(), 30, 7.5f, 0.4f).min_lod, 7.5f);
 }
 
-TEST(LinkageRule, TheCapAndTheThresholdBothKeepABridgeOut) {
+TEST(LinkageRule, TheCapAndTheThresholdEachKeepABridgeOut) {
   MemoryStore s(4);
   for (int i = 2; i <= 4; ++i)
     for (int j = 1; j < i; ++j) s.Set(i, j, 0, 0.5f);
   s.Set(2, 1, 10, 0.05f);
   s.Set(4, 3, 10, 0.05f);
   s.Set(3, 2, 12, 0.6f);  // the only bridge: strong, but its likelihood peaks beyond 1/2
-  EXPECT_EQ(CountGroups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.5f})), 2);
-  EXPECT_EQ(CountGroups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.7f})), 1);
+  EXPECT_EQ(Groups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.5f})), 2);
+  EXPECT_EQ(Groups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.7f})), 1);
   s.Set(3, 2, 3, 0.2f);  // exactly at the threshold: not above it
-  EXPECT_EQ(CountGroups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.5f})), 2);
-  EXPECT_EQ(CountGroups(LinkageGroups(s.Table(), 4, LinkageRule{2.9f, 0.5f})), 1);
-}
-
-TEST(LinkageRule, AutomaticThresholdIsTheTreesLongestPlateau) {
-  const MemoryStore s = RandomBlocks(7);
-  AutoLinkageLod chosen;
-  const LinkageRule rule = ResolveLinkageRule(s.Table(), 30, NAN, 0.5f, &chosen);
-  ASSERT_TRUE(chosen.found);
-  EXPECT_EQ(rule.min_lod, chosen.threshold);
-  EXPECT_EQ(rule.max_rf, 0.5f);
-  EXPECT_EQ(chosen.groups, 3);  // the blocks, however the chance pairs fall
-  EXPECT_EQ(CountGroups(LinkageGroups(s.Table(), 30, rule)), 3);
-  EXPECT_EQ(ResolveLinkageRule(s.Table(), 30, 7.5f, 0.4f).min_lod, 7.5f);
+  EXPECT_EQ(Groups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.5f})), 2);
+  EXPECT_EQ(Groups(LinkageGroups(s.Table(), 4, LinkageRule{2.9f, 0.5f})), 1);
   // No group of a few markers at any threshold: nothing to choose by, LOD 3.
-  MemoryStore loose(6);
-  for (int i = 2; i <= 6; ++i)
-    for (int j = 1; j < i; ++j) loose.Set(i, j, 0.5f, 0.45f);
   AutoLinkageLod none;
-  EXPECT_EQ(ResolveLinkageRule(loose.Table(), 6, NAN, 0.5f, &none).min_lod, 3.0f);
+  EXPECT_EQ(ResolveLinkageRule(s.Table(), 4, NAN, 0.5f, &none).min_lod, 3.0f);
   EXPECT_FALSE(none.found);
 }
 
