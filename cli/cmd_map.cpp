@@ -93,6 +93,8 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
         return;
       }
     }
+    // The front end's sequence estimates its pairs the desktop program's way, checks included.
+    if (o.front_end) Settings().front_end = true;
     exit_code = consensus ? RunConsensus(o.file) : o.front_end ? RunFrontEndMap(o) : RunPipelineMap(o);
     if (exit_code == 0 && o.plots) exit_code = WriteMapPictures(o.file, std::string(tool.letters));
   });

@@ -8,6 +8,7 @@
 #include "frame/tool_profile.h"
 #include "map_check.h"
 #include "map_gates.h"
+#include "run_settings.h"
 #include "user_errors.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -20,6 +21,7 @@ void RegisterPairsCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("file", file, "MAP input file")->required();
   cmd->add_flag("--markers", show_markers, "Print the marker table");
   cmd->add_flag("--force", force, "Compute the pairs even when the data fit another population type better");
+  RegisterFrontEndOption(*cmd);
   cmd->callback([&exit_code] {
     std::vector<std::string> notes;  // no summary here: the map lists distorted markers
     if (CheckBeforePairs(file, gae::ProfileOf(gae::MapTool::kMAP).tool_code, force, notes) != 0) {

@@ -315,7 +315,7 @@ int RunFrontEndMap(const MapOptions& o) {
   std::optional<LibraryOutput> quiet(std::in_place);
   const bool capped = max_rf < gae::kNoFrequencyCap;
   if (capped) {
-    if (!GroupWithCap(threshold, max_rf, m)) return 1;
+    if (!GroupByLinkageRule(gae::LinkageRule{threshold, max_rf}, markers.anchor.data(), m)) return 1;
   } else {
     MAPGrouping(tool.tool_code, d.grouping_method, d.grouping_by, threshold, m.num_markers,
                 markers.anchor.data(), m.group.data(), &status);

@@ -18,6 +18,8 @@
 #include "frame/tool_profile.h"
 #include "input/tool_codes.h"
 #include "pipeline/pair_fingerprint.h"
+#include "run_settings.h"
+#include "twopoint/input_pair_file.h"
 #include "twopoint/pair_store_writer.h"
 
 namespace gaecli {
@@ -68,6 +70,32 @@ void PairProgress::Stop() {
   if (thread_.joinable()) thread_.join();
 }
 
+std::string PreparePairFile(const std::string& path, int tool_code) {
+  const gae::PairEstimator estimator = Settings().front_end ? gae::PairEstimator::kFrontEnd : gae::PairEstimator::kExact;
+  const std::string lrd = gae::PairStoreName(path);
+  const std::string fingerprint = [&] {
+    const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
+    const gae::MapTool tool = tool_code == gae::kClonalToolCode     ? gae::MapTool::kCDM
+                              : tool_code == gae::kPureLineToolCode ? gae::MapTool::kPLM
+                                                                    : gae::MapTool::kMAP;
+    const gae::ToolProfile& profile = gae::ProfileOf(tool);
+    return gae::PairFingerprint(profile.letters, profile.record_length, gae::InputFingerprint(path, tool_code, estimator));
+  }();
+  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())  // the clonal and pure-line checks hold stdout
+    std::fprintf(tool_code == gae::kMapToolCode ? stdout : stderr, "%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  if (estimator == gae::PairEstimator::kExact && !fingerprint.empty()) {
+    const LibraryOutput quiet;
+    gae::WriteInputPairFile(path, tool_code, estimator, gae::PairStoreThreads());
+  }
+  return fingerprint;
+}
+
+int CheckToolFile(const std::string& path, int tool_code, MarkerTable& table) {
+  if (tool_code == 20) return CheckCdmFile(path, table);
+  if (tool_code == 30) return CheckPlmFile(path, table);
+  return CheckMapFile(path, table);
+}
+
 std::string MarkerTable::Name(int i) const {
   std::string name;
   for (int j = 0; j < 35; ++j) name += static_cast<char>(name_codes[static_cast<size_t>(j) * num_markers + i]);
@@ -89,12 +117,7 @@ int CheckMapFile(const std::string& path, MarkerTable& t) {
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
   const std::string lrd = gae::PairStoreName(path);
-  const std::string fingerprint = [&] {
-    const LibraryOutput quiet(false);  // a bad file is read again, and explained, by the check
-    return gae::PairFingerprint("MAP", gae::ProfileOf(gae::MapTool::kMAP).record_length, gae::InputFingerprint(path));
-  }();
-  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())
-    std::printf("%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  const std::string fingerprint = PreparePairFile(path, gae::kMapToolCode);
   PairProgress progress;
   progress.Start(lrd, 8LL * n * (n - 1) / 2);
   std::optional<LibraryOutput> quiet(std::in_place);
@@ -120,10 +143,12 @@ bool DeclaredMarkersFit(const std::string& path, int tool_code) {
 }
 
 int CheckCdmFile(const std::string& path, MarkerTable& t) {
-  const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
-  CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  {
+    const LibraryOutput quiet;
+    CDMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  }
   if (status != 0) return status;
   if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
@@ -133,10 +158,7 @@ int CheckCdmFile(const std::string& path, MarkerTable& t) {
   t.chi_square.assign(n, 0.0f);
   t.probability.assign(n, 0.0f);
   const std::string lrd = gae::PairStoreName(path);
-  const std::string fingerprint = gae::PairFingerprint("CDM", gae::ProfileOf(gae::MapTool::kCDM).record_length,
-                                                       gae::FileBytesFingerprint(path));
-  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())  // stdout is the library's here
-    std::fprintf(stderr, "%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  const std::string fingerprint = PreparePairFile(path, gae::kClonalToolCode);
   PairProgress progress;
   progress.Start(lrd, 28LL * n * (n - 1) / 2);
   auto s = [&t](int k) { return t.clonal_sizes[k].data(); };

@@ -41,6 +41,12 @@ int CheckMapFile(const std::string& path, MarkerTable& table);
 int CheckCdmFile(const std::string& path, MarkerTable& table);
 // PLMFindNumMarkers, then CheckErrorPLM; the founder counts are not kept (size_x is).
 int CheckPlmFile(const std::string& path, MarkerTable& table);
+// The check of the tool of `tool_code` (104, 20 or 30).
+int CheckToolFile(const std::string& path, int tool_code, MarkerTable& table);
+
+// Clears a stale pair file of a genotype input and, for the exact estimator, writes it; returns
+// the fingerprint to record once the check has passed (see RecordPairFileSource).
+std::string PreparePairFile(const std::string& path, int tool_code);
 
 // False, with the reason on standard error, when the header of a MAP, CDM or PLM file (by its
 // tool code) declares more markers than the file can hold: refused before anything is allocated.

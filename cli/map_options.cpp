@@ -1,11 +1,11 @@
 #include "map_options.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <vector>
 
 #include "engine/frame_ordering.h"
-#include "engine/frequency_cap.h"
-#include "engine/grouping.h"
+#include "engine/linkage_rule.h"
 #include "engine/map_state.h"
 #include "frame/map_tool_driver.h"
 #include "frame/tool_profile.h"
@@ -19,14 +19,12 @@ const gae::ToolProfile& MapProfile() { return gae::ProfileOf(gae::MapTool::kMAP)
 
 }  // namespace
 
-bool GroupWithCap(float threshold, float max_rf, gae::MapModel& map) {
+bool GroupByLinkageRule(const gae::LinkageRule& rule, const int32_t* anchors, gae::MapModel& map) {
   const gae::StageContext context = gae::ProcessStageContext(MapProfile().stage_rules);
   gae::PairStoreFile store;
   if (!gae::OpenPairStore(store, context.store)) return false;
-  const gae::CappedPairs capped(store.Table(), map.num_markers, max_rf);
-  // The stored first value is minus the LOD.
-  gae::GroupByThreshold(capped.Table(), gae::kByFirstValue, map.num_markers, -threshold, map.anchor.data(),
-                        map.group.data());
+  const std::vector<int32_t> groups = gae::LinkageGroups(store.Table(), map.num_markers, rule, anchors);
+  std::copy(groups.begin(), groups.end(), map.group.begin());
   return true;
 }
 

@@ -5,14 +5,16 @@
 
 #include <string>
 
+#include "engine/linkage_rule.h"
 #include "engine/map_state.h"
 #include "map_check.h"
 
 namespace gaecli {
 
-// Grouping by LOD threshold (the default method) where a pair links only if its frequency is
-// also below max_rf (gae::kNoFrequencyCap: no cap). Fills map.group; false when the pairwise file cannot be read.
-bool GroupWithCap(float threshold, float max_rf, gae::MapModel& map);
+// Grouping by the library's linkage rule on the pairwise file of the last check, for any map
+// tool, anchored markers starting their groups. Fills map.group; false when the pairwise file
+// cannot be read.
+bool GroupByLinkageRule(const gae::LinkageRule& rule, const int32_t* anchors, gae::MapModel& map);
 
 // Orders and ripples every group of a grouped map around its co-dominant markers, falling
 // back to the default ordering for a group with too few; the map becomes rippled. `note`

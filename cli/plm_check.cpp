@@ -13,14 +13,17 @@
 #include "twopoint/pair_store_writer.h"
 #include "map_check.h"
 #include "commands.h"
+#include "input/tool_codes.h"
 
 namespace gaecli {
 
 int CheckPlmFile(const std::string& path, MarkerTable& t) {
-  const LibraryOutput quiet;
   const PathArg arg(path);
   int n = 0, status = 0;
-  PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  {
+    const LibraryOutput quiet;
+    PLMFindNumMarkers(arg.Len(), arg.Data(), &n, &status);
+  }
   if (status != 0) return status;
   if (!DeclaredSizeFits(path, n, "markers")) return kRefusedByCommand;
   t.num_markers = n;
@@ -31,10 +34,7 @@ int CheckPlmFile(const std::string& path, MarkerTable& t) {
   t.probability.assign(n, 0.0f);
   std::vector<std::vector<int>> sizes(9, std::vector<int>(n, 0));
   const std::string lrd = gae::PairStoreName(path);
-  const std::string fingerprint = gae::PairFingerprint("PLM", gae::ProfileOf(gae::MapTool::kPLM).record_length,
-                                                  gae::FileBytesFingerprint(path));
-  if (const std::string reason = gae::ClearStalePairFile(lrd, fingerprint); !reason.empty())  // stdout is the library's here
-    std::fprintf(stderr, "%s is computed again: %s.\n", lrd.c_str(), reason.c_str());
+  const std::string fingerprint = PreparePairFile(path, gae::kPureLineToolCode);
   CheckErrorPLM(arg.Len(), arg.Data(), n, t.name_codes.data(), t.anchor.data(), sizes[0].data(),
                 sizes[1].data(), sizes[2].data(), sizes[3].data(), sizes[4].data(), sizes[5].data(),
                 sizes[6].data(), sizes[7].data(), sizes[8].data(), t.category.data(),

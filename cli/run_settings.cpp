@@ -79,6 +79,12 @@ void RegisterSeedOption(CLI::App& app) {
       ->check(CLI::Range(1LL, 2147483646LL));
 }
 
+void RegisterFrontEndOption(CLI::App& cmd) {
+  cmd.add_flag("--front-end", Settings().front_end,
+               "Estimate the pairs as the desktop program does (its iterations and LOD scores) instead of by the "
+               "exact maximum of each pair's likelihood");
+}
+
 void RegisterStartsOption(CLI::App& cmd) {
   cmd.add_option("--starts", Settings().starts,
                  "Random starts of ordering per group (default " + StartsDefaults() + "); they run in parallel, and more of them "
@@ -117,15 +123,10 @@ bool PairFileComputed() {
 void PrintRunSettings(const std::string& file, int tool_code, float threshold, bool default_lod,
                       int starts, bool pairs_computed) {
   std::printf("  Mapping function  %s\n", MappingFunctionName(MappingFunctionOf(file, tool_code)));
-  // MAP groups by LOD; the clonal and pure-line tools by recombination frequency.
-  const gae::ToolProfile* tool = gae::ProfileOfStageCode(tool_code);
-  if (tool != nullptr && tool->defaults.grouping_by == 2)
-    std::printf("  Grouping          recombination frequency below %.2f%s\n", static_cast<double>(threshold),
-                default_lod ? " (default)" : "");
-  else
-    std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(threshold), default_lod ? " (default)" : "");
+  std::printf("  LOD threshold     %.1f%s\n", static_cast<double>(threshold), default_lod ? " (automatic)" : "");
   PrintRandomSettings(starts, false);
-  std::printf("  Pair file         %s\n", pairs_computed ? "computed in this run" : "reused from an earlier run");
+  std::printf("  Pair file         %s, %s estimates\n", pairs_computed ? "computed in this run" : "reused from an earlier run",
+              Settings().front_end ? "the desktop program's" : "exact");
 }
 
 void PrintRandomSettings(int starts, bool fixed) {

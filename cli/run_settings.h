@@ -15,6 +15,7 @@ struct RunSettings {
   long long seed = 0;
   bool seed_given = false;
   int starts = 0;  // 0: the tool's default
+  bool front_end = false;  // pairs by the desktop program's estimator instead of the exact one
 };
 
 RunSettings& Settings();
@@ -23,6 +24,8 @@ RunSettings& Settings();
 void RegisterSeedOption(CLI::App& app);
 // --starts on a map sub-command (a consensus takes a fixed number).
 void RegisterStartsOption(CLI::App& cmd);
+// --front-end on a sub-command that computes a pair file.
+void RegisterFrontEndOption(CLI::App& cmd);
 
 // Once the command line is parsed: a seed is drawn when none was given, and the library's
 // ordering is told it (it re-seeds its random stream from GAENGINE_SEED).

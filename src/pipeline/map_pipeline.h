@@ -18,6 +18,7 @@
 #include "pipeline/group_layout.h"
 #include "report/map_downstream.h"
 #include "report/tool_results.h"
+#include "twopoint/pair_estimator.h"
 #include "vocabulary/uniform_stream.h"
 
 namespace gae {
@@ -38,6 +39,8 @@ struct MapPipelineSettings {
   StartOrderOptions ordering;
   ResultSwitches switches{true, true, true, true};
   int threads = 1;  // for the pair estimates
+  // The maximum of each pair's likelihood by default; the desktop program's estimator on demand.
+  PairEstimator estimator = PairEstimator::kExact;
   // Lines for the run log alone (each random start of the ordering); may be empty.
   std::function<void(std::string_view)> log;
   // Told before the pairs are estimated (not when a complete pair file is reused): the file and

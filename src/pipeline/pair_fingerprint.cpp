@@ -50,25 +50,25 @@ std::string ReadFirstLine(const std::string& path) {
 
 }  // namespace
 
-std::string InputFingerprint(const std::string& input_path) {
+std::string InputFingerprint(const std::string& input_path, int tool_code, PairEstimator estimator) {
   // The library's own reader: its rules for remarks, blanks and the genotype letters hold.
   InputFile in;
   if (!in.Open(input_path)) return {};
   MapToolInput data;
-  ReadMapToolInput(in, kMapToolCode, data);
+  ReadMapToolInput(in, tool_code, data);
   in.Close();
   if (MessageCode() != 0) return {};
-  return GenotypeFingerprint(data);
+  return GenotypeFingerprint(data, estimator);
 }
 
-std::string GenotypeFingerprint(const MapToolInput& data) {
+std::string GenotypeFingerprint(const MapToolInput& data, PairEstimator estimator) {
   uint64_t h = kFnvOffset;
   for (const int32_t value : {data.population_type, data.mapping_function, data.num_markers, data.population_size})
     Hash(h, std::to_string(value) + "\n");
   for (int i = 0; i < data.num_markers; ++i)
     Hash(h, data.markers.names[i] + std::to_string(data.markers.categories[i]) + "\n");
   Hash(h, std::string(data.markers.types.begin(), data.markers.types.end()));
-  return Hex(h);
+  return Hex(h) + " " + std::string(gae::PairEstimatorName(estimator));
 }
 
 std::string ConsensusFingerprint(const std::string& input_path) {
@@ -115,8 +115,19 @@ std::string ClearStalePairFile(const std::string& lrd_path, const std::string& f
   if (stamp.empty() || fingerprint.empty()) return {};
   const std::string kept = ReadFirstLine(FingerprintFileName(lrd_path));
   std::string reason;
+  // The data's hash, then (for genotype files) the estimator's name, then the file's stamp.
+  const std::string data = fingerprint.substr(0, fingerprint.find(' '));
+  const std::string kept_data = kept.substr(0, kept.find(' '));
   if (kept.empty()) reason = "nothing records which data it was computed from";
-  else if (kept.substr(0, fingerprint.size() + 1) != fingerprint + " ") reason = "it was computed from other data";
+  else if (kept_data != data) reason = "it was computed from other data";
+  else if (kept.substr(0, fingerprint.size() + 1) != fingerprint + " ") {
+    const std::string rest = kept.substr(kept_data.size() + 1);
+    const std::string kept_estimator = rest.substr(0, rest.find(' '));
+    const bool named = kept_estimator == gae::PairEstimatorName(gae::PairEstimator::kExact) ||
+                       kept_estimator == gae::PairEstimatorName(gae::PairEstimator::kFrontEnd);
+    reason = named ? "it holds the " + kept_estimator + " estimates, not the " + fingerprint.substr(data.size() + 1) + " ones"
+                   : "nothing records which estimator computed it";
+  }
   else if (kept.substr(fingerprint.size() + 1) != stamp) reason = "it has changed since it was computed";
   else return {};
   std::remove(lrd_path.c_str());

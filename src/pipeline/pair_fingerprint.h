@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "input/map_tool_reader.h"
+#include "twopoint/pair_estimator.h"
 
 namespace gae {
 
@@ -16,10 +17,10 @@ namespace gae {
 // from, as the library reads it: population type, mapping function, sizes, marker names and
 // categories, and genotypes. Remarks, spacing and anchors do not count. Empty when the file
 // cannot be read (the check that follows says why).
-std::string InputFingerprint(const std::string& input_path);
+std::string InputFingerprint(const std::string& input_path, int tool_code, PairEstimator estimator);
 // The same fingerprint of a genotype file already read (MAP, CDM or PLM): the categories of a
 // clonal or pure-line file are its markers' types and founder patterns.
-std::string GenotypeFingerprint(const MapToolInput& data);
+std::string GenotypeFingerprint(const MapToolInput& data, PairEstimator estimator);
 // The fingerprint of a consensus (CMP) input file: each input map's marker names and positions.
 std::string ConsensusFingerprint(const std::string& input_path);
 

@@ -22,7 +22,7 @@ bool WritePairs(const MapPipelineSettings& settings, const MapToolInput& data, c
     markers.num_individuals = data.population_size;
     markers.categories = data.markers.categories.data();
     markers.types = data.markers.types.data();
-    return CDMPairwiseFile(lrd, markers, settings.threads, random);
+    return CDMPairwiseFile(lrd, markers, settings.threads, random, settings.estimator);
   }
   if (settings.tool_code == kPureLineToolCode) {
     PureLineMarkers markers;
@@ -31,7 +31,7 @@ bool WritePairs(const MapPipelineSettings& settings, const MapToolInput& data, c
     markers.num_individuals = data.population_size;
     markers.patterns = data.markers.categories.data();
     markers.types = data.markers.types.data();
-    return PLMPairwiseFile(lrd, markers, settings.threads);
+    return PLMPairwiseFile(lrd, markers, settings.threads, settings.estimator);
   }
   BiparentalMarkers markers;
   markers.population_type = data.population_type;
@@ -40,7 +40,7 @@ bool WritePairs(const MapPipelineSettings& settings, const MapToolInput& data, c
   markers.num_individuals = data.population_size;
   markers.kinds = data.markers.categories.data();
   markers.types = data.markers.types.data();
-  return MAPPairwiseFile(lrd, markers, settings.threads);
+  return MAPPairwiseFile(lrd, markers, settings.threads, settings.estimator);
 }
 
 }  // namespace
@@ -63,7 +63,8 @@ bool EnsurePairFile(const MapPipelineSettings& settings, const MapToolInput& dat
   // The fingerprint names the tool and its record length as well as the data: an x.map and an
   // x.plm in one folder share x.LRD, and one tool must never read the other's pairs.
   const char* tool = settings.tool_code == kClonalToolCode ? "CDM" : settings.tool_code == kPureLineToolCode ? "PLM" : "MAP";
-  const std::string fingerprint = PairFingerprint(tool, PairRecordLength(settings.tool_code), GenotypeFingerprint(data));
+  const std::string fingerprint = PairFingerprint(tool, PairRecordLength(settings.tool_code),
+                                                  GenotypeFingerprint(data, settings.estimator));
   record.pairs_recomputed_because = ClearStalePairFile(lrd, fingerprint);
   const int32_t words = PairRecordLength(settings.tool_code);
   record.pairs_computed = !PairStoreIsComplete(lrd, data.num_markers, words);

@@ -6,6 +6,7 @@
 
 #include "twopoint/clonal_planes.h"
 #include "twopoint/clonal_two_point.h"
+#include "twopoint/exact_clonal.h"
 #include "twopoint/pairwise_frame.h"
 
 namespace gae {
@@ -49,23 +50,25 @@ void SettleRecord(float* record, UniformStream& random) {
 }  // namespace
 
 bool CDMPairwiseFile(const std::string& lrd_name, const ClonalMarkers& markers, int threads,
-                     UniformStream& random) {
+                     UniformStream& random, PairEstimator estimator) {
   PairwiseFrame frame;
   frame.record_length = kClonalRecordLength;
   frame.num_markers = markers.num_markers;
   frame.threads = threads;
-  frame.prepare = [&markers]() -> PairwiseFrame::Estimator {
+  const bool exact = estimator == PairEstimator::kExact;
+  frame.prepare = [&markers, exact]() -> PairwiseFrame::Estimator {
     auto planes = std::make_shared<const ClonalPlanes>(markers.types, markers.num_markers,
                                                        markers.num_individuals);
     const bool clonal = markers.population_type == 1;
-    return [planes, clonal, &markers](int64_t i, int64_t j, float* record) {
+    return [planes, clonal, exact, &markers](int64_t i, int64_t j, float* record) {
       // The estimators know the pairs with the lower category first.
       int64_t first = i, second = j;
       if (markers.categories[j - 1] < markers.categories[i - 1]) std::swap(first, second);
       float cells[16];
       planes->Count(first, second, cells);
-      ToRecord(CDMPairDeferred(clonal, markers.categories[first - 1], markers.categories[second - 1], cells),
-               record);
+      const int c1 = markers.categories[first - 1], c2 = markers.categories[second - 1];
+      if (exact) ToRecord(ClonalPairOutcome{ExactClonalPair(clonal, c1, c2, cells), ClonalDraw::kNone}, record);
+      else ToRecord(CDMPairDeferred(clonal, c1, c2, cells), record);
     };
   };
   frame.in_order = [&random](int64_t, int64_t, float* record) { SettleRecord(record, random); };

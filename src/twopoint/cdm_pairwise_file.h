@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "twopoint/pair_estimator.h"
 #include "vocabulary/uniform_stream.h"
 
 namespace gae {
@@ -24,9 +25,9 @@ struct ClonalMarkers {
 // Writes the pairwise file `lrd_name` unless a complete one lies there, estimating the pairs on
 // `threads` cores; prints 2801, any 2802 warnings and 2803 to the caller's log. The marker of
 // the lower category is passed first (the first of the pair on a tie). The clonal AB=CD pairs
-// draw from `random` in record order, so the file is the same at any number of threads. False
-// only when the file cannot be written.
+// draw from `random` in record order, so the file is the same at any number of threads (the
+// exact estimator draws nothing). False only when the file cannot be written.
 bool CDMPairwiseFile(const std::string& lrd_name, const ClonalMarkers& markers, int threads,
-                     UniformStream& random);
+                     UniformStream& random, PairEstimator estimator = PairEstimator::kFrontEnd);
 
 }  // namespace gae

@@ -270,13 +270,17 @@ int ClonalClass(char letter) {
   }
 }
 
-void CDMPairCounts(int64_t num_individuals, const char* first, const char* second, float cells[16]) {
-  // Cell of (class at the first marker, class at the second), classes 1..4.
+int ClonalCell(int first_class, int second_class) {
+  // Rows by the first parent's alleles at the two markers, columns by the second parent's.
   static constexpr int kCell[4][4] = {{1, 2, 5, 6}, {3, 4, 7, 8}, {9, 10, 13, 14}, {11, 12, 15, 16}};
+  return kCell[first_class - 1][second_class - 1] - 1;
+}
+
+void CDMPairCounts(int64_t num_individuals, const char* first, const char* second, float cells[16]) {
   for (int k = 0; k < 16; ++k) cells[k] = 0.0f;
   for (int64_t i = 0; i < num_individuals; ++i) {
     const int a = ClonalClass(first[i]), b = ClonalClass(second[i]);
-    if (a > 0 && b > 0) cells[kCell[a - 1][b - 1] - 1] += 1.0f;
+    if (a > 0 && b > 0) cells[ClonalCell(a, b)] += 1.0f;
   }
 }
 

@@ -30,6 +30,10 @@ namespace gae {
 // only reads the cells that the two categories can tell apart.
 int ClonalClass(char letter);
 
+// The cell (0-based) of a progeny of class `first_class` at the first marker and
+// `second_class` at the second, classes 1..4.
+int ClonalCell(int first_class, int second_class);
+
 // The sixteen cells of two markers over `num_individuals` individuals; an individual missing
 // at either marker is not counted.
 void CDMPairCounts(int64_t num_individuals, const char* first, const char* second, float cells[16]);

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "twopoint/exact_two_point.h"
 #include "twopoint/genotype_planes.h"
 #include "twopoint/pairwise_frame.h"
 #include "twopoint/two_point.h"
@@ -18,21 +19,29 @@ bool CountsExchanged(int pair_code) {
 
 }  // namespace
 
-bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads) {
+bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads,
+                     PairEstimator estimator) {
   PairwiseFrame frame;
   frame.record_length = kMapRecordLength;
   frame.num_markers = markers.num_markers;
   frame.threads = threads;
-  frame.prepare = [&markers]() -> PairwiseFrame::Estimator {
+  const bool exact = estimator == PairEstimator::kExact;
+  frame.prepare = [&markers, exact]() -> PairwiseFrame::Estimator {
     auto planes = std::make_shared<const GenotypePlanes>(markers.types, markers.num_markers,
                                                          markers.num_individuals);
-    return [planes, &markers](int64_t i, int64_t j, float* record) {
+    return [planes, &markers, exact](int64_t i, int64_t j, float* record) {
       const int code = PairCode(markers.kinds[i - 1], markers.kinds[j - 1]);
       float cells[9];
       if (CountsExchanged(code)) planes->Count(j, i, cells);
       else planes->Count(i, j, cells);
       float rec_freq = 0, lod = 0;
-      TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
+      if (exact) {
+        const ExactTwoPoint e = ExactTwoPointEstimate(markers.population_type, code, cells);
+        rec_freq = e.rec_freq;
+        lod = e.lod;
+      } else {
+        TwoPointGuarded(markers.population_type, code, cells, rec_freq, lod);
+      }
       record[0] = -lod;
       record[1] = rec_freq;
     };

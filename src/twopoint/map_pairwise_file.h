@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "twopoint/pair_estimator.h"
+
 namespace gae {
 
 struct BiparentalMarkers {
@@ -20,8 +22,9 @@ struct BiparentalMarkers {
 inline constexpr int kMapRecordLength = 2;
 
 // Writes the pairwise file `lrd_name` unless a complete one lies there, estimating the pairs on
-// `threads` cores. Prints 2801, any 2802 warnings and 2803 to the caller's log. False only when
-// the file cannot be written.
-bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads);
+// `threads` cores with `estimator`. Prints 2801, any 2802 warnings and 2803 to the caller's
+// log. False only when the file cannot be written.
+bool MAPPairwiseFile(const std::string& lrd_name, const BiparentalMarkers& markers, int threads,
+                     PairEstimator estimator = PairEstimator::kFrontEnd);
 
 }  // namespace gae

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "twopoint/exact_pure_line.h"
 #include "twopoint/founder_planes.h"
 #include "twopoint/pairwise_frame.h"
 #include "twopoint/pure_line.h"
@@ -41,6 +42,11 @@ class PatternPairTables {
     return scratch;
   }
 
+  // The log-chance rows of every kept table's compositions, for the exact estimator.
+  void AddTo(PureLineLogGrid& grid) const {
+    for (const PureLinePairClasses& t : tables_) grid.Add(t);
+  }
+
  private:
   static constexpr std::size_t kMaxTables = 1 << 16;
   int founders_;
@@ -51,11 +57,42 @@ class PatternPairTables {
 
 }  // namespace
 
-bool PLMPairwiseFile(const std::string& lrd_name, const PureLineMarkers& markers, int threads) {
+bool PLMPairwiseFile(const std::string& lrd_name, const PureLineMarkers& markers, int threads,
+                     PairEstimator estimator) {
   PairwiseFrame frame;
   frame.record_length = kPlmRecordLength;
   frame.num_markers = markers.num_markers;
   frame.threads = threads;
+  if (estimator == PairEstimator::kExact) {
+    // The exact maximum takes each pair alone, from log-chance rows tabled once per composition.
+    frame.prepare = [&markers]() -> PairwiseFrame::Estimator {
+      const int founders = PureLineFounders(markers.population_type);
+      if (founders == 0) {
+        return [](int64_t, int64_t, float* record) {
+          record[0] = 0.0f;
+          record[1] = 0.5f;
+        };
+      }
+      auto planes = std::make_shared<const FounderPlanes>(markers.types, markers.num_markers,
+                                                          markers.num_individuals, founders);
+      auto tables = std::make_shared<const PatternPairTables>(markers, founders);
+      const int type = markers.population_type;
+      auto grid = std::make_shared<PureLineLogGrid>(type);
+      tables->AddTo(*grid);
+      return [planes, tables, type, grid](int64_t i, int64_t j, float* record) {
+        PureLinePairClasses scratch;
+        const PureLinePairClasses& classes = tables->Of(tables->PatternOf(i), tables->PatternOf(j), scratch);
+        uint8_t heads[kMaxFounders * kMaxFounders];
+        for (int c = 0; c < classes.num_classes; ++c) heads[c] = classes.classes[c].head;
+        float counts[kMaxFounders * kMaxFounders];
+        planes->CountCells(i, j, heads, classes.num_classes, counts);
+        const PureLineEstimate e = ExactPureLinePair(type, classes, counts, grid.get());
+        record[0] = -e.lod;
+        record[1] = e.rec_freq;
+      };
+    };
+    return RunPairwiseFrame(lrd_name, frame);
+  }
   frame.prepare_rows = [&markers]() -> PairwiseFrame::RowEstimator {
     const int founders = PureLineFounders(markers.population_type);
     if (founders == 0) {

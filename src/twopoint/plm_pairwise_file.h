@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "twopoint/pair_estimator.h"
+
 namespace gae {
 
 struct PureLineMarkers {
@@ -19,8 +21,9 @@ struct PureLineMarkers {
 inline constexpr int kPlmRecordLength = 2;
 
 // Writes the pairwise file `lrd_name` unless a complete one lies there, estimating the pairs on
-// `threads` cores; prints 2801, any 2802 warnings and 2803 to the caller's log. A population type other than 1 to 4 estimates nothing: its pairs are written
+// `threads` cores with `estimator`; prints 2801, any 2802 warnings and 2803 to the caller's log. A population type other than 1 to 4 estimates nothing: its pairs are written
 // unlinked (frequency 0.5, LOD 0). False only when the file cannot be written.
-bool PLMPairwiseFile(const std::string& lrd_name, const PureLineMarkers& markers, int threads);
+bool PLMPairwiseFile(const std::string& lrd_name, const PureLineMarkers& markers, int threads,
+                     PairEstimator estimator = PairEstimator::kFrontEnd);
 
 }  // namespace gae

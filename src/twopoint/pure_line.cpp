@@ -130,6 +130,47 @@ int PureLineCellKind(int founders, int a, int b) {
   return kOtherFounders;
 }
 
+namespace {
+
+// u / w with its derivatives, w linear in r (w' given, w'' = 0).
+template <class Real>
+PureLineKindTerm<Real> Quotient(Real value, Real u, Real u1, Real u2, Real w, Real w1) {
+  const Real f1 = (u1 * w - u * w1) / (w * w);
+  return {value, f1, u2 / w - 2 * w1 * f1 / w};
+}
+
+}  // namespace
+
+template <class Real>
+std::array<PureLineKindTerm<Real>, 4> PureLineKindTerms(int population_type, Real r) {
+  const Real c = Real(1) - r;
+  using T = PureLineKindTerm<Real>;
+  switch (population_type) {
+    case 1:
+      return {T{c * c / Real(4), -c / 2, Real(0.5)}, T{r * c / Real(4), (1 - 2 * r) / 4, Real(-0.5)},
+              T{}, T{r / Real(8), Real(0.125), 0}};
+    case 2:
+      return {T{Real(0.25) - Real(3) * r / Real(8), Real(-0.375), 0}, T{r / Real(8), Real(0.125), 0}, T{},
+              T{r / Real(8), Real(0.125), 0}};
+    case 3:
+      return {T{c * c * c / Real(8), -3 * c * c / 8, 6 * c / 8},
+              T{r * c * c / Real(8), (c * c - 2 * r * c) / 8, (2 * r - 4 * c) / 8},
+              T{r * c / Real(16), (1 - 2 * r) / 16, Real(-0.125)}, T{r / Real(32), Real(1) / 32, 0}};
+    case 4: {
+      const Real w = Real(1) + Real(2) * r;
+      const T same = Quotient<Real>(c * c / (Real(8) * w), c * c / 8, -2 * c / 8, Real(2) / 8, w, 2);
+      const T sister = Quotient<Real>(r * c / (Real(8) * w), r * c / 8, (1 - 2 * r) / 8, Real(-2) / 8, w, 2);
+      const T other = Quotient<Real>(r / (Real(16) * w), r / 16, Real(1) / 16, 0, w, 2);
+      return {same, sister, other, other};
+    }
+    default:
+      return {};
+  }
+}
+
+template std::array<PureLineKindTerm<float>, 4> PureLineKindTerms<float>(int, float);
+template std::array<PureLineKindTerm<double>, 4> PureLineKindTerms<double>(int, double);
+
 std::array<float, 4> PureLineKindChances(int population_type, float r) {
   std::array<float, 4> p;
   KindChances(population_type, r, p);

@@ -34,6 +34,15 @@ int PureLineCellKind(int founders, int a, int b);
 // frequency of the inbred line (R = 2r / (1 + 2r)); type 4 is written in r itself.
 std::array<float, 4> PureLineKindChances(int population_type, float r);
 
+// The same chances unclamped, each with its first and second derivative in r (zero for an
+// unknown type). The float chances above are these values, to the bit.
+template <class Real>
+struct PureLineKindTerm {
+  Real p = 0, d1 = 0, d2 = 0;
+};
+template <class Real>
+std::array<PureLineKindTerm<Real>, 4> PureLineKindTerms(int population_type, Real r);
+
 // The observed classes of a marker pair: founders with equal digits in a marker's founder
 // pattern (one decimal digit per founder, founder 1 leftmost) carry one allele, so the rows of
 // such founders merge, and so do the columns. A class is headed by the cell of the first founder

@@ -52,6 +52,11 @@ void TwoPointGuarded(int population_type, int pair_code, const float cells[9], f
 void TwoPointEstimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
                       float& lod, float& std_err);
 
+// The table with the alleles of one marker exchanged (`exchanged`) and the pair code it is
+// read with; 0 for a type that is not a population type, which has no second phase.
+int TwoPointExchangedPhase(int population_type, int pair_code, const float cells[9],
+                           float exchanged[9]);
+
 // One phase: the closed form of the type and code where the likelihood equation has one, else
 // the guarded Newton iteration; then the score at the estimate. Closed forms are not clamped
 // (a RIL table can give more than 1).

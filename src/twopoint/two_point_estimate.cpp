@@ -49,6 +49,14 @@ PhaseExchange ExchangeFor(int population_type, int pair_code) {
 
 }  // namespace
 
+int TwoPointExchangedPhase(int population_type, int pair_code, const float cells[9],
+                           float exchanged[9]) {
+  const PhaseExchange exchange = ExchangeFor(population_type, pair_code);
+  if (exchange.perm == nullptr) return 0;
+  for (int k = 0; k < 9; ++k) exchanged[k] = cells[exchange.perm[k] - 1];
+  return exchange.pair_code;
+}
+
 namespace {
 
 // The estimators with the standard error optional: the pair store keeps none, and leaving it
@@ -66,12 +74,11 @@ void OnePhase(int population_type, int pair_code, const float cells[9], float& r
 void Estimate(int population_type, int pair_code, const float cells[9], float& rec_freq,
               float& lod, float* std_err) {
   OnePhase(population_type, pair_code, cells, rec_freq, lod, std_err);
-  const PhaseExchange exchange = ExchangeFor(population_type, pair_code);
-  if (exchange.perm == nullptr) return;
   float swapped[9];
-  for (int k = 0; k < 9; ++k) swapped[k] = cells[exchange.perm[k] - 1];
+  const int second_code = TwoPointExchangedPhase(population_type, pair_code, cells, swapped);
+  if (second_code == 0) return;
   float r2 = 0.0f, lod2 = 0.0f, se2 = 0.0f;
-  OnePhase(population_type, exchange.pair_code, swapped, r2, lod2, std_err != nullptr ? &se2 : nullptr);
+  OnePhase(population_type, second_code, swapped, r2, lod2, std_err != nullptr ? &se2 : nullptr);
   if (r2 < rec_freq) {  // false when either is NaN: the first phase stands
     rec_freq = 1 - r2;
     lod = lod2;

@@ -61,17 +61,7 @@ TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
   EXPECT_THAT(cli.out, HasSubstr("  Second parent "));
   EXPECT_THAT(cli.out, HasSubstr("clonal.hap"));
   EXPECT_THAT(cli.out, HasSubstr("set to missing in clonalEC.cdm"));
-  const std::string sum = ReadText("clonal.sum"), sumf = ReadText("clonal.sumf"), hap = ReadText("clonal.hap");
-  ::setenv("GAENGINE_SEED", "5", 1);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  CDMAllByDefault(10, "clonal.cdm", &status);
-  ::testing::internal::GetCapturedStdout();
-  ::unsetenv("GAENGINE_SEED");
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(ReadText("clonal.sum"), sum);
-  EXPECT_EQ(ReadText("clonal.sumf"), sumf);
-  EXPECT_EQ(ReadText("clonal.hap"), hap);
+  EXPECT_THAT(cli.out, HasSubstr("the desktop program's estimates"));
 
   testing::WriteText("other.txt", ReadText("clonal.cdm"));
   EXPECT_EQ(Gaengine("map --tool cdm other.txt").exit_code, 0);
@@ -168,11 +158,57 @@ TEST_F(Command, MapNamesMarkersOfOneGenotypeClassAndWarnsOfPairsWithoutEstimate)
   }
   testing::WriteText("flat.map", "7\n1\n1\n3\n198\nM1" + mixed + "\nFLAT" + hets + "\nM3" + mixed +
                                      "\nM1 0\nFLAT 0\nM3 0\n");
-  const testing::CommandRun r = Gaengine("map flat.map");
+  testing::CommandRun r = Gaengine("map --front-end flat.map");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_THAT(r.out, HasSubstr("Uninformative     1 (one genotype class only): FLAT"));
   EXPECT_THAT(r.out, HasSubstr("Warning: no estimate for 2 marker pairs!"));
   EXPECT_THAT(r.out, ::testing::Not(HasSubstr("nan")));
+  // The exact likelihood peaks at free recombination for those pairs: an estimate, unlinked.
+  r = Gaengine("map flat.map");
+  EXPECT_EQ(r.exit_code, 0);
+  EXPECT_THAT(r.out, HasSubstr("flat.LRD is computed again: it holds the front-end estimates, not the exact ones."));
+  EXPECT_THAT(r.out, ::testing::Not(HasSubstr("no estimate")));
+  EXPECT_THAT(r.out, HasSubstr("One-marker groups 1"));
+}
+
+// A clonal or pure-line input changed since its pair file was computed is never mapped from the
+// old pairs: the pair file is computed again, and equals one computed afresh from the new input.
+TEST_F(Command, AChangedClonalOrPureLineInputGetsANewPairFile) {
+  struct Case {
+    const char* example;
+    const char* file;
+    const char* from;
+    const char* to;
+    bool clonal;
+  };
+  for (const Case c : {Case{"examples/clonal_f1.cdm", "clonal.cdm", "CM02       BD BC", "CM02       BD BD", true},
+                       Case{"examples/four_way_ril.plm", "four.plm", "PM02       B C C", "PM02       B C D", false}}) {
+    SCOPED_TRACE(c.file);
+    std::string data = ReadText(testing::SourcePath(c.example));
+    testing::WriteText(c.file, data);
+    ASSERT_EQ(Gaengine(std::string("map ") + c.file).exit_code, 0);
+    const std::string stem = std::string(c.file).substr(0, std::string(c.file).size() - 4);
+    const std::string before = ReadText(stem + ".LRD");
+    testing::CommandRun r = Gaengine(std::string("map ") + c.file);
+    EXPECT_THAT(r.out, ::testing::Not(HasSubstr("computed again")));
+    EXPECT_THAT(r.out, HasSubstr("reused from an earlier run"));
+    const std::size_t at = data.find(c.from);
+    ASSERT_NE(at, std::string::npos);
+    data.replace(at, std::string(c.from).size(), c.to);
+    testing::WriteText(c.file, data);
+    r = Gaengine(std::string("map ") + c.file);
+    EXPECT_THAT(r.out, HasSubstr(stem + ".LRD is computed again: it was computed from other data."));
+    // The same input in a fresh project: the very same pairs.
+    const std::string fresh = std::string("fresh") + (c.clonal ? ".cdm" : ".plm");
+    testing::WriteText(fresh, data);
+    ASSERT_EQ(Gaengine("map " + fresh).exit_code, 0);
+    EXPECT_EQ(ReadText(stem + ".LRD"), ReadText("fresh.LRD"));
+    EXPECT_NE(ReadText(stem + ".LRD"), before);
+    // The other estimator's pairs are not taken for these either.
+    r = Gaengine(std::string("map --front-end ") + c.file);
+    EXPECT_THAT(r.out, HasSubstr(stem + ".LRD is computed again: it holds the exact estimates, not the front-end ones."));
+    EXPECT_THAT(r.out, HasSubstr("the desktop program's estimates"));
+  }
 }
 
 TEST_F(Command, APairFileFromOtherDataOrChangedSinceIsComputedAgain) {
@@ -212,7 +248,17 @@ TEST_F(Command, GroupsShowsTheTreeAndMapGroupsWhereAsked) {
   EXPECT_EQ(row_at("   4.0").substr(0, 14), "   4.0       5");
   EXPECT_EQ(row_at("  12.0").empty(), false);
   EXPECT_EQ(row_at("   3.0"), "");  // not on the grid of the step
-  EXPECT_THAT(r.out, HasSubstr("--lod auto takes LOD "));
+  EXPECT_THAT(r.out, HasSubstr("gaengine map (--lod auto) takes LOD "));
+  // On its default range the tree names the threshold the map command takes by default, under
+  // the same cap, whatever the cap.
+  for (const std::string cap : {"", " --max-rf 0.3"}) {
+    const testing::CommandRun tree = Gaengine("groups" + cap + " f2.map");
+    const std::size_t at = tree.out.find("takes LOD ");
+    ASSERT_NE(at, std::string::npos) << tree.out;
+    const std::string named = tree.out.substr(at + 6, tree.out.find(':', at) - at - 6);
+    const testing::CommandRun by_default = Gaengine("--seed 5 map" + cap + " f2.map");
+    EXPECT_THAT(by_default.out, HasSubstr("  Grouping          " + named + ":")) << cap;
+  }
   r = Gaengine("--seed 5 map --lod 4 f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.out;
   EXPECT_THAT(r.out, HasSubstr("  Grouping          LOD 4.0, as asked"));

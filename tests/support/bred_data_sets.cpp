@@ -172,4 +172,50 @@ std::string PlmInputFile(const PureLineData& data) {
   return out + FreeAnchors(data.names);
 }
 
+BiparentalData SimulateBiparentalData(int type, int chromosomes, int per_chromosome, double spacing_cm,
+                                      int individuals, double error, double missing, uint64_t seed) {
+  BiparentalData data;
+  data.type = type;
+  std::vector<double> positions;
+  for (int k = 0; k < per_chromosome; ++k) positions.push_back(k * spacing_cm);
+  // The genotypes a type shows: a backcross to P1 no B, to P2 no A, lines and haploids no H.
+  std::string shown = "AHB";
+  if (type == 1 || type == 9) shown = "AH";
+  else if (type == 2 || type == 10) shown = "HB";
+  else if (type != 7 && type != 8 && (type < 13 || type > 16)) shown = "AB";
+  for (int c = 0; c < chromosomes; ++c) {
+    Breeder breeder = Breeder::AtPositions(positions, seed + 7919 * c);
+    std::vector<Plant> plants;
+    for (int i = 0; i < individuals; ++i) plants.push_back(breeder.Biparental(type));
+    for (int k = 0; k < per_chromosome; ++k) {
+      char name[32];
+      std::snprintf(name, sizeof name, "C%02dM%03d", c + 1, k + 1);
+      data.names.push_back(name);
+      std::string row;
+      for (const Plant& plant : plants) {
+        char g = BiparentalLetter(plant, k);
+        if (breeder.Uniform() < error) {
+          std::string others = shown;
+          others.erase(others.find(g), 1);
+          g = others[static_cast<std::size_t>(breeder.Uniform() * others.size())];
+        }
+        row += breeder.Uniform() < missing ? 'X' : g;
+      }
+      data.letters.push_back(row);
+    }
+  }
+  return data;
+}
+
+std::string BiparentalInputFile(const BiparentalData& data) {
+  std::string out = Header("simulated bi-parental population", data.type, 1, data.names.size(),
+                           data.letters.empty() ? 0 : data.letters[0].size());
+  for (std::size_t m = 0; m < data.names.size(); ++m) {
+    out += data.names[m];
+    for (char c : data.letters[m]) out += std::string(" ") + c;
+    out += '\n';
+  }
+  return out + FreeAnchors(data.names);
+}
+
 }  // namespace gae::testing

@@ -77,4 +77,18 @@ PureLineData SimulatePureLineData(int type, int chromosomes, int per_chromosome,
 // The data as a PLM input file (Kosambi, intervals), every marker free of anchors.
 std::string PlmInputFile(const PureLineData& data);
 
+// Individuals x markers of a bi-parental population of `type` (1 to 20) on several chromosomes,
+// markers named C01M001...; each score is wrong with chance `error` (another genotype the type
+// shows, drawn at random) and missing with chance `missing`.
+struct BiparentalData {
+  int type = 7;
+  std::vector<std::string> names;
+  std::vector<std::string> letters;  // by marker: A, H, B or X, one per individual
+};
+BiparentalData SimulateBiparentalData(int type, int chromosomes, int per_chromosome, double spacing_cm,
+                                      int individuals, double error, double missing, uint64_t seed);
+
+// The data as a MAP input file (Kosambi, intervals), every marker co-dominant and free of anchors.
+std::string BiparentalInputFile(const BiparentalData& data);
+
 }  // namespace gae::testing

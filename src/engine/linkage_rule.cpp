@@ -1,0 +1,61 @@
+#include "engine/linkage_rule.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/frequency_cap.h"
+#include "engine/grouping.h"
+
+namespace gae {
+
+std::vector<LodTreeRow> LinkageTree(const PairTable& table, int32_t n, float max_rf, float low,
+                                    float high, float step) {
+  const std::vector<float> thresholds = LodTreeThresholds(low, high, step);
+  return LodTree(CappedPairs(table, n, max_rf).Table(), n, thresholds);
+}
+
+int32_t PlateauGroupSize(int32_t n) { return std::max(3, n / 100); }
+
+AutoLinkageLod ChooseLinkageLod(const std::vector<LodTreeRow>& rows, int32_t n) {
+  AutoLinkageLod choice;
+  const LodPlateau plateau = LongestPlateau(rows, PlateauGroupSize(n));
+  // A run of rows without one group of counting size says nothing about the threshold.
+  if (plateau.first < 0 || plateau.groups == 0) return choice;
+  choice.found = true;
+  choice.threshold = rows[static_cast<std::size_t>(plateau.first)].threshold;
+  choice.run_to = rows[static_cast<std::size_t>(plateau.last)].threshold;
+  choice.groups = plateau.groups;
+  return choice;
+}
+
+LinkageRule ResolveLinkageRule(const PairTable& table, int32_t n, float fixed_lod, float max_rf,
+                               AutoLinkageLod* choice) {
+  LinkageRule rule;
+  rule.max_rf = max_rf;
+  if (!std::isnan(fixed_lod)) {
+    rule.min_lod = fixed_lod;
+    return rule;
+  }
+  const AutoLinkageLod chosen =
+      ChooseLinkageLod(LinkageTree(table, n, max_rf, kAutoLodLow, kAutoLodHigh, kAutoLodStep), n);
+  if (chosen.found) rule.min_lod = chosen.threshold;
+  if (choice != nullptr) *choice = chosen;
+  return rule;
+}
+
+std::vector<int32_t> LinkageGroups(const PairTable& table, int32_t n, const LinkageRule& rule,
+                                   const int32_t* anchors) {
+  if (n < 1) return {};
+  std::vector<int32_t> none;
+  if (anchors == nullptr) {
+    none.assign(static_cast<std::size_t>(n), 0);
+    anchors = none.data();
+  }
+  std::vector<int32_t> group(static_cast<std::size_t>(n), 0);
+  // The stored first value is minus the LOD.
+  GroupByThreshold(CappedPairs(table, n, rule.max_rf).Table(), kByFirstValue, n, -rule.min_lod, anchors,
+                   group.data());
+  return group;
+}
+
+}  // namespace gae
