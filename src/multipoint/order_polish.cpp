@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "multipoint/block_moves.h"
 #include "multipoint/window_moves.h"
 
 namespace gae {
@@ -28,7 +29,10 @@ class Sweep {
       found_ = false;
       TryReinsertions(p);
       TryWindows(p);
+      TryReversals(p);
+      TryShifts(p);
       if (!found_) continue;
+      if (screened_) Refine();
       ApplyWindow(calls_, st_, best_);
       for (int q = best_.first; q <= best_.last; ++q) {
         position_of_[st_.order[q]] = q;
@@ -58,10 +62,47 @@ class Sweep {
 
   void Consider(WindowMove& mv) {
     ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_);
+    Keep(mv, false);
+  }
+
+  // Block moves come with their frequencies and are scored by one forward pass.
+  void ConsiderBlock(WindowMove&& mv) {
+    ScoreWindow(calls_, st_, position_of_, 0, fit_.max_rf, mv, scratch_, /*start_given=*/true);
+    Keep(mv, true);
+  }
+
+  void Keep(const WindowMove& mv, bool screened) {
     if (mv.log_likelihood > best_.log_likelihood) {
       best_ = mv;
       found_ = true;
+      screened_ = screened;
     }
+  }
+
+  // A block move taken is fitted like the others before it goes in (EM cannot lose).
+  void Refine() {
+    WindowMove fitted = best_;
+    ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, fitted, scratch_, /*start_given=*/true);
+    if (fitted.log_likelihood > best_.log_likelihood) best_ = fitted;
+  }
+
+  // Blocks from p turned over: every length up to the longest block, and longer ones that
+  // touch either end of the chromosome. Blocks of up to the window's size are permuted already.
+  void TryReversals(int p) {
+    const int shortest = std::max(2, set_.window + 1);
+    for (int k = shortest; k <= set_.max_block && p + k <= m_; ++k) ConsiderBlock(ReversalMove(st_, p, p + k - 1));
+    if (p == 0)
+      for (int k = set_.max_block + 1; k <= std::min(set_.end_block, m_); ++k) ConsiderBlock(ReversalMove(st_, 0, k - 1));
+    const int k = m_ - p;
+    if (p > 0 && k > set_.max_block && k <= set_.end_block) ConsiderBlock(ReversalMove(st_, p, m_ - 1));
+  }
+
+  // Blocks from p carried to the right, either way round (carrying a block left is carrying
+  // the markers it passes right).
+  void TryShifts(int p) {
+    for (int k = 2; k <= set_.shift_block && p + k <= m_; ++k)
+      for (int d = 1; d <= set_.shift_reach && p + k - 1 + d < m_; ++d)
+        for (bool reversed : {false, true}) ConsiderBlock(ShiftMove(st_, p, p + k - 1, p + k - 1 + d, reversed));
   }
 
   void TryReinsertions(int p) {
@@ -120,6 +161,7 @@ class Sweep {
   int alpha_valid_ = 1 << 30;  // a fresh evaluation leaves every vector valid
   WindowMove best_;
   bool found_ = false;
+  bool screened_ = false;
   WindowScratch scratch_;
 };
 
@@ -133,7 +175,8 @@ PolishReport PolishOrder(const GroupCalls& calls, ChainState& st, const FitSetti
   // After the first sweep only the neighbourhoods of the last sweep's moves are tried again:
   // elsewhere the refit moves the frequencies too little to change a verdict.
   std::vector<bool> wanted, touched;
-  const int near = settings.reach + settings.window;
+  const int near = std::max({settings.reach + settings.window, settings.max_block,
+                             settings.shift_block + settings.shift_reach});
   while (report.sweeps < settings.max_sweeps) {
     ++report.sweeps;
     const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched);
