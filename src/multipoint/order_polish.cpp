@@ -29,8 +29,10 @@ class Sweep {
       found_ = false;
       TryReinsertions(p);
       TryWindows(p);
-      TryReversals(p);
-      TryShifts(p);
+      if (BlockMayStart(p)) {
+        TryReversals(p);
+        TryShifts(p);
+      }
       if (!found_) continue;
       if (screened_) Refine();
       ApplyWindow(calls_, st_, best_);
@@ -84,6 +86,15 @@ class Sweep {
     WindowMove fitted = best_;
     ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, fitted, scratch_, /*start_given=*/true);
     if (fitted.log_likelihood > best_.log_likelihood) best_ = fitted;
+  }
+
+  // A block out of place starts after a wrong neighbour pair, and a wrong pair is a long
+  // interval beside shorter ones; elsewhere block moves are not tried, which keeps their cost
+  // to a share of the chromosome.
+  bool BlockMayStart(int p) const {
+    if (p == 0) return true;
+    const double gap = st_.rf[p - 1];
+    return (p + 1 >= m_ || gap > st_.rf[p]) && (p < 2 || gap >= st_.rf[p - 2]);
   }
 
   // Blocks from p turned over: every length up to the longest block, and longer ones that

@@ -18,10 +18,10 @@ struct PolishSettings {
   int reach = 4;         // positions a marker may travel in one move, either way
   int window = 3;        // markers permuted together
   int em_rounds = 1;     // EM rounds fitting a move's intervals (from the neighbours' sums)
-  int max_block = 12;    // longest block turned over anywhere
+  int max_block = 10;    // longest block turned over anywhere
   int end_block = 40;    // longest block turned over at either end of the chromosome
-  int shift_block = 4;   // longest block carried along
-  int shift_reach = 4;   // places a block is carried
+  int shift_block = 3;   // longest block carried along
+  int shift_reach = 3;   // places a block is carried
   int max_sweeps = 10;
   double min_gain = 1e-3;  // natural-log gain a move must bring
 };
