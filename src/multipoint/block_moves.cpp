@@ -78,3 +78,97 @@ WindowMove ShiftMove(const ChainState& st, int first, int last, int after, bool 
 }
 
 }  // namespace gae
+
+namespace gae {
+
+namespace {
+
+RunBoundary ScratchBoundary(const std::vector<double>& data, const std::vector<double>& log, int at, int stride,
+                            int num_states, int32_t marker) {
+  return {data.data() + static_cast<std::ptrdiff_t>(at) * num_states, log.data() + at, stride, marker};
+}
+
+}  // namespace
+
+// Rightward, the passed markers follow the gap the block leaves: their forward vectors, entered
+// through the closed gap, serve every distance. Leftward, they precede it: their backward
+// vectors, left through the closed gap, do.
+int CarryScorer::Prepare(const GroupCalls& calls, const ChainState& st, int first, int last, int reach,
+                         bool rightward) {
+  const int m = static_cast<int>(st.order.size());
+  const int s = calls.design.num_states;
+  const int passed = rightward ? std::min(reach, m - 1 - last) : std::min(reach, first);
+  if (passed <= 0) return 0;
+  const int from = rightward ? last + 1 : first - passed;
+  passed_markers_.assign(st.order.begin() + from, st.order.begin() + from + passed);
+  std::vector<double> rf;
+  const bool closes = rightward ? first > 0 : last < m - 1;
+  const double closed = closes ? Kept(Joined(st.rf[first - 1], st.rf[last])) : 0;
+  if (rightward && closes) rf.push_back(closed);
+  rf.insert(rf.end(), st.rf.begin() + from, st.rf.begin() + from + passed - 1);
+  if (!rightward && closes) rf.push_back(closed);
+  passed_transitions_.resize(rf.size() * kMatrixSize);
+  for (std::size_t j = 0; j < rf.size(); ++j) TransitionMatrix(calls.design, rf[j], &passed_transitions_[j * kMatrixSize]);
+  const std::size_t cells = static_cast<std::size_t>(passed) * calls.num_individuals;
+  alpha_.resize(cells * s);
+  beta_.resize(cells * s);
+  alpha_log_.resize(cells);
+  beta_log_.resize(cells);
+  RunInput in;
+  in.calls = &calls;
+  in.emissions = &st.emissions;
+  in.markers = passed_markers_.data();
+  in.count = passed;
+  in.transitions = passed_transitions_.data();
+  if (rightward) {
+    in.left = st.LeftOf(first - 1, s);
+    in.backward = false;
+  } else {
+    in.right = st.RightOf(last + 1, s);
+  }
+  RunForwardBackward(in, {alpha_.data(), alpha_log_.data(), beta_.data(), beta_log_.data(), passed}, nullptr);
+  return passed;
+}
+
+WindowMove CarryScorer::ScoreOne(const GroupCalls& calls, const ChainState& st, int first, int last, int d,
+                                 bool rightward, bool reversed) {
+  const int s = calls.design.num_states;
+  const int k = last - first + 1;
+  const int passed = static_cast<int>(passed_markers_.size());
+  WindowMove mv = ShiftMove(st, first, last, rightward ? last + d : first - d - 1, reversed);
+  // The block's own stretch of the move: its markers and the intervals into, inside and out of it.
+  RunInput in;
+  in.calls = &calls;
+  in.emissions = &st.emissions;
+  in.keep_logs = false;
+  in.backward = false;
+  const int32_t* block;
+  const double* rf;
+  int intervals;
+  if (rightward) {
+    block = mv.markers.data() + d;
+    in.left = ScratchBoundary(alpha_, alpha_log_, d - 1, passed, s, passed_markers_[d - 1]);
+    in.right = st.RightOf(last + d + 1, s);
+    rf = mv.rf.data() + (mv.rf.size() - k - (in.right.data != nullptr ? 1 : 0));
+    intervals = k + (in.right.data != nullptr ? 1 : 0);
+  } else {
+    block = mv.markers.data();
+    in.left = st.LeftOf(first - d - 1, s);
+    in.right = ScratchBoundary(beta_, beta_log_, passed - d, passed, s, passed_markers_[passed - d]);
+    rf = mv.rf.data();
+    intervals = k + (in.left.data != nullptr ? 1 : 0);
+  }
+  block_transitions_.resize(static_cast<std::size_t>(intervals) * kMatrixSize);
+  for (int j = 0; j < intervals; ++j) TransitionMatrix(calls.design, rf[j], &block_transitions_[j * kMatrixSize]);
+  in.markers = block;
+  in.count = k;
+  in.transitions = block_transitions_.data();
+  const std::size_t cells = static_cast<std::size_t>(k) * calls.num_individuals;
+  alpha2_.resize(cells * s);
+  alpha2_log_.resize(cells);
+  const ChainVectors fresh{alpha2_.data(), alpha2_log_.data(), alpha2_.data(), alpha2_log_.data(), k};
+  mv.log_likelihood = RunForwardBackward(in, fresh, nullptr);
+  return mv;
+}
+
+}  // namespace gae

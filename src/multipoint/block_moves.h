@@ -24,3 +24,35 @@ WindowMove ReversalMove(const ChainState& state, int first, int last);
 WindowMove ShiftMove(const ChainState& state, int first, int last, int after, bool reversed);
 
 }  // namespace gae
+
+namespace gae {
+
+// Scores every carry of the block [first, last] by 1 to `reach` places, right (`rightward`)
+// or left, either way round, with ShiftMove's frequencies, and hands each scored move to
+// `take`. The markers the block passes are run through once for all distances, so a carry
+// costs a pass through the block alone. Needs forward vectors valid before the block and
+// everything it may pass, backward vectors after them.
+class CarryScorer {
+ public:
+  template <typename Take>
+  void Score(const GroupCalls& calls, const ChainState& state, int first, int last, int reach, bool rightward,
+             Take&& take) {
+    const int passed = Prepare(calls, state, first, last, reach, rightward);
+    for (int d = 1; d <= passed; ++d)
+      for (bool reversed : {false, true}) {
+        WindowMove mv = ScoreOne(calls, state, first, last, d, rightward, reversed);
+        take(std::move(mv));
+      }
+  }
+
+ private:
+  int Prepare(const GroupCalls& calls, const ChainState& state, int first, int last, int reach, bool rightward);
+  WindowMove ScoreOne(const GroupCalls& calls, const ChainState& state, int first, int last, int d, bool rightward,
+                      bool reversed);
+
+  std::vector<int32_t> passed_markers_;
+  std::vector<double> passed_transitions_, block_transitions_;
+  std::vector<double> alpha_, alpha_log_, beta_, beta_log_, alpha2_, alpha2_log_;
+};
+
+}  // namespace gae

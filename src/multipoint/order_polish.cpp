@@ -29,10 +29,8 @@ class Sweep {
       found_ = false;
       TryReinsertions(p);
       TryWindows(p);
-      if (BlockMayStart(p)) {
-        TryReversals(p);
-        TryShifts(p);
-      }
+      if (BlockMayStart(p)) TryReversals(p);
+      TryCarries(p);
       if (!found_) continue;
       if (screened_) Refine();
       ApplyWindow(calls_, st_, best_);
@@ -88,13 +86,11 @@ class Sweep {
     if (fitted.log_likelihood > best_.log_likelihood) best_ = fitted;
   }
 
-  // A block out of place starts after a wrong neighbour pair, and a wrong pair is a long
-  // interval beside shorter ones; elsewhere block moves are not tried, which keeps their cost
-  // to a share of the chromosome.
+  // A block out of place starts after a wrong neighbour pair, and a wrong pair is an interval
+  // longer than the block's first; elsewhere block moves are not tried, which keeps their
+  // cost to a share of the chromosome.
   bool BlockMayStart(int p) const {
-    if (p == 0) return true;
-    const double gap = st_.rf[p - 1];
-    return (p + 1 >= m_ || gap > st_.rf[p]) && (p < 2 || gap >= st_.rf[p - 2]);
+    return p == 0 || p + 1 >= m_ || st_.rf[p - 1] > st_.rf[p];
   }
 
   // Blocks from p turned over: every length up to the longest block, and longer ones that
@@ -108,12 +104,17 @@ class Sweep {
     if (p > 0 && k > set_.max_block && k <= set_.end_block) ConsiderBlock(ReversalMove(st_, p, m_ - 1));
   }
 
-  // Blocks from p carried to the right, either way round (carrying a block left is carrying
-  // the markers it passes right).
-  void TryShifts(int p) {
-    for (int k = 2; k <= set_.shift_block && p + k <= m_; ++k)
-      for (int d = 1; d <= set_.shift_reach && p + k - 1 + d < m_; ++d)
-        for (bool reversed : {false, true}) ConsiderBlock(ShiftMove(st_, p, p + k - 1, p + k - 1 + d, reversed));
+  // Blocks from p carried along: right when a long interval comes before them, left when one
+  // follows them. Between them the two directions carry short blocks far and long blocks (the
+  // markers a short block passes) a few places.
+  void TryCarries(int p) {
+    const auto keep = [this](WindowMove&& mv) { Keep(mv, true); };
+    for (int k = 2; k <= set_.shift_block && p + k <= m_; ++k) {
+      const int last = p + k - 1;
+      if (BlockMayStart(p)) carries_.Score(calls_, st_, p, last, set_.shift_reach, true, keep);
+      if (last == m_ - 1 || st_.rf[last] > st_.rf[last - 1])
+        carries_.Score(calls_, st_, p, last, std::min(set_.shift_reach, p), false, keep);
+    }
   }
 
   void TryReinsertions(int p) {
@@ -174,6 +175,7 @@ class Sweep {
   bool found_ = false;
   bool screened_ = false;
   WindowScratch scratch_;
+  CarryScorer carries_;
 };
 
 }  // namespace
