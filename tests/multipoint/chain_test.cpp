@@ -251,6 +251,17 @@ TEST(MultipointChain, BlockMoveScoresEqualTheWholeChromosomeRecomputed) {
       ScoreWindow(g, st, position_of, 2, 0.499, fitted, scratch, /*start_given=*/true);
       EXPECT_GE(fitted.log_likelihood, mv.log_likelihood - 1e-9);
     }
+    // Carries scored through the block alone, from the passed markers' shared vectors.
+    CarryScorer carries;
+    for (const auto& [first, last] : std::vector<std::pair<int, int>>{{0, 1}, {2, 4}, {5, 7}, {9, 11}})
+      for (bool rightward : {true, false})
+        carries.Score(g, st, first, last, 20, rightward, [&](WindowMove&& mv) {
+          ChainState whole = st;
+          std::copy(mv.markers.begin(), mv.markers.end(), whole.order.begin() + mv.first);
+          std::copy(mv.rf.begin(), mv.rf.end(), whole.rf.begin() + (mv.first > 0 ? mv.first - 1 : 0));
+          EXPECT_NEAR(mv.log_likelihood, EvaluateChain(g, whole, nullptr), 1e-8)
+              << first << "-" << last << " to " << mv.first << "-" << mv.last;
+        });
   }
 }
 
