@@ -188,8 +188,7 @@ PolishReport PolishOrder(const GroupCalls& calls, ChainState& st, const FitSetti
   // After the first sweep only the neighbourhoods of the last sweep's moves are tried again:
   // elsewhere the refit moves the frequencies too little to change a verdict.
   std::vector<bool> wanted, touched;
-  const int near = std::max({settings.reach + settings.window, settings.max_block,
-                             settings.shift_block + settings.shift_reach});
+  const int near = std::max(settings.reach + settings.window, settings.max_block);
   while (report.sweeps < settings.max_sweeps) {
     ++report.sweeps;
     const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched);

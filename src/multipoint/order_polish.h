@@ -21,7 +21,7 @@ struct PolishSettings {
   int max_block = 10;    // longest block turned over anywhere
   int end_block = 40;    // longest block turned over at either end of the chromosome
   int shift_block = 3;   // longest block carried along
-  int shift_reach = 10;  // places a block is carried
+  int shift_reach = 8;   // places a block is carried
   int max_sweeps = 10;
   double min_gain = 1e-3;  // natural-log gain a move must bring
 };
