@@ -28,8 +28,8 @@ WindowMove ShiftMove(const ChainState& state, int first, int last, int after, bo
 namespace gae {
 
 // Scores every carry of the block [first, last] by 1 to `reach` places, right (`rightward`)
-// or left, with ShiftMove's frequencies (a block carried and turned is a carry and a turn),
-// and hands each scored move to `take`. The markers the block passes are run through once for
+// or left, either way round, with ShiftMove's frequencies, and hands each scored move to
+// `take`. The markers the block passes are run through once for
 // all distances, so a carry costs a pass through the block alone. Needs forward vectors valid before the block and
 // everything it may pass, backward vectors after them.
 class CarryScorer {
@@ -38,7 +38,8 @@ class CarryScorer {
   void Score(const GroupCalls& calls, const ChainState& state, int first, int last, int reach, bool rightward,
              Take&& take) {
     const int passed = Prepare(calls, state, first, last, reach, rightward);
-    for (int d = 1; d <= passed; ++d) take(ScoreOne(calls, state, first, last, d, rightward, false));
+    for (int d = 1; d <= passed; ++d)
+      for (bool reversed : {false, true}) take(ScoreOne(calls, state, first, last, d, rightward, reversed));
   }
 
  private:
