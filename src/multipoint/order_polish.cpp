@@ -19,7 +19,9 @@ class Sweep {
 
   // Positions whose moves are tried; empty tries all. Returns the moves taken; `touched` gets
   // the positions each move changed.
-  int Run(const std::vector<bool>& wanted, std::vector<bool>& touched) {
+  // `blocks`: whether block moves are tried. Returns the moves taken; `block_moves` counts
+  // those that were block moves.
+  int Run(const std::vector<bool>& wanted, std::vector<bool>& touched, bool blocks, int& block_moves) {
     int moves = 0;
     touched.assign(m_, false);
     for (int p = 0; p < m_; ++p) {
@@ -29,10 +31,13 @@ class Sweep {
       found_ = false;
       TryReinsertions(p);
       TryWindows(p);
-      if (BlockMayStart(p)) TryReversals(p);
-      TryCarries(p);
+      if (blocks && BlockMayStart(p)) TryReversals(p);
+      if (blocks) TryCarries(p);
       if (!found_) continue;
-      if (screened_) Refine();
+      if (screened_) {
+        Refine();
+        ++block_moves;
+      }
       ApplyWindow(calls_, st_, best_);
       for (int q = best_.first; q <= best_.last; ++q) {
         position_of_[st_.order[q]] = q;
@@ -188,10 +193,15 @@ PolishReport PolishOrder(const GroupCalls& calls, ChainState& st, const FitSetti
   // After the first sweep only the neighbourhoods of the last sweep's moves are tried again:
   // elsewhere the refit moves the frequencies too little to change a verdict.
   std::vector<bool> wanted, touched;
-  const int near = std::max(settings.reach + settings.window, settings.max_block);
+  int block_moves = 0;
+  const int near = settings.reach + settings.window;
   while (report.sweeps < settings.max_sweeps) {
     ++report.sweeps;
-    const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched);
+    // Block moves mend what a start order got wrong at large; once a sweep takes none, the
+    // refits that follow move frequencies too little to make one worth its cost.
+    const bool blocks = report.sweeps == 1 || block_moves > 0;
+    block_moves = 0;
+    const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched, blocks, block_moves);
     report.moves += moves;
     if (moves == 0) break;
     FitChain(calls, st, fit);
