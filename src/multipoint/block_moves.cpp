@@ -77,9 +77,6 @@ WindowMove ShiftMove(const ChainState& st, int first, int last, int after, bool 
   return mv;
 }
 
-}  // namespace gae
-
-namespace gae {
 
 namespace {
 

@@ -10,6 +10,7 @@
 // fitted one can only exceed.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "multipoint/window_moves.h"
@@ -23,9 +24,6 @@ WindowMove ReversalMove(const ChainState& state, int first, int last);
 // reversed if asked.
 WindowMove ShiftMove(const ChainState& state, int first, int last, int after, bool reversed);
 
-}  // namespace gae
-
-namespace gae {
 
 // Scores every carry of the block [first, last] by 1 to `reach` places, right (`rightward`)
 // or left, either way round, with ShiftMove's frequencies, and hands each scored move to
