@@ -213,7 +213,7 @@ double RunTyped(const RunInput& in, const ChainVectors& out, RunSums* sums) {
       continue;
     }
     total += pass.Forward();
-    if (sums == nullptr && !in.keep_logs) continue;
+    if (sums == nullptr && (!in.keep_logs || !in.backward)) continue;
     pass.Backward();
     if (sums != nullptr) pass.AddSums(*sums);
   }

@@ -50,6 +50,8 @@ struct RunInput {
   // Whether the log scales of each position are written; a score that only needs the
   // likelihood (and EM sums) skips them.
   bool keep_logs = true;
+  // Whether backward vectors are wanted; a run that only feeds forward vectors on skips them.
+  bool backward = true;
 };
 
 // What EM needs from a pass: expected transition counts per interval (kMatrixSize blocks, in

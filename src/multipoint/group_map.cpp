@@ -84,11 +84,15 @@ MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_indiv
     polish.reach = options.reach;
     polish.window = options.window;
     polish.em_rounds = options.polish_em_rounds;
-    map.polish_moves = PolishOrder(calls, st, fit, polish).moves;
-    // Markers stranded far from their place are put back before anything is dropped.
-    gains = LinkageGains(calls, st, fit.max_rf);
+    // Markers stranded far from their place are put back before anything is dropped: once
+    // before polishing, while the block moves cannot yet have found them a poor place that
+    // looks linked, and once after.
     RelocationSettings relocation;
     relocation.below_lod = options.relocate_lod;
+    const int early = RelocateStrays(calls, st, LinkageGains(calls, st, fit.max_rf), fit, relocation);
+    if (early > 0) map.em_iterations += FitChain(calls, st, fit);
+    map.polish_moves = early + PolishOrder(calls, st, fit, polish).moves;
+    gains = LinkageGains(calls, st, fit.max_rf);
     const int relocated = RelocateStrays(calls, st, gains, fit, relocation);
     if (relocated > 0) {
       map.polish_moves += relocated;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "multipoint/block_moves.h"
 #include "multipoint/window_moves.h"
 
 namespace gae {
@@ -18,7 +19,9 @@ class Sweep {
 
   // Positions whose moves are tried; empty tries all. Returns the moves taken; `touched` gets
   // the positions each move changed.
-  int Run(const std::vector<bool>& wanted, std::vector<bool>& touched) {
+  // `blocks`: whether block moves are tried. Returns the moves taken; `block_moves` counts
+  // those that were block moves.
+  int Run(const std::vector<bool>& wanted, std::vector<bool>& touched, bool blocks, int& block_moves) {
     int moves = 0;
     touched.assign(m_, false);
     for (int p = 0; p < m_; ++p) {
@@ -28,7 +31,13 @@ class Sweep {
       found_ = false;
       TryReinsertions(p);
       TryWindows(p);
+      if (blocks && BlockMayStart(p)) TryReversals(p);
+      if (blocks) TryCarries(p);
       if (!found_) continue;
+      if (screened_) {
+        Refine();
+        ++block_moves;
+      }
       ApplyWindow(calls_, st_, best_);
       for (int q = best_.first; q <= best_.last; ++q) {
         position_of_[st_.order[q]] = q;
@@ -58,9 +67,58 @@ class Sweep {
 
   void Consider(WindowMove& mv) {
     ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_);
+    Keep(mv, false);
+  }
+
+  // Block moves come with their frequencies and are scored by one forward pass.
+  void ConsiderBlock(WindowMove&& mv) {
+    ScoreWindow(calls_, st_, position_of_, 0, fit_.max_rf, mv, scratch_, /*start_given=*/true);
+    Keep(mv, true);
+  }
+
+  void Keep(const WindowMove& mv, bool screened) {
     if (mv.log_likelihood > best_.log_likelihood) {
       best_ = mv;
       found_ = true;
+      screened_ = screened;
+    }
+  }
+
+  // A block move taken is fitted like the others before it goes in (EM cannot lose).
+  void Refine() {
+    WindowMove fitted = best_;
+    ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, fitted, scratch_, /*start_given=*/true);
+    if (fitted.log_likelihood > best_.log_likelihood) best_ = fitted;
+  }
+
+  // A block out of place starts after a wrong neighbour pair, and a wrong pair is an interval
+  // longer than the block's first; elsewhere block moves are not tried, which keeps their
+  // cost to a share of the chromosome.
+  bool BlockMayStart(int p) const {
+    return p == 0 || p + 1 >= m_ || st_.rf[p - 1] > st_.rf[p];
+  }
+
+  // Blocks from p turned over: every length up to the longest block, and longer ones that
+  // touch either end of the chromosome. Blocks of up to the window's size are permuted already.
+  void TryReversals(int p) {
+    const int shortest = std::max(2, set_.window + 1);
+    for (int k = shortest; k <= set_.max_block && p + k <= m_; ++k) ConsiderBlock(ReversalMove(st_, p, p + k - 1));
+    if (p == 0)
+      for (int k = set_.max_block + 1; k <= std::min(set_.end_block, m_); ++k) ConsiderBlock(ReversalMove(st_, 0, k - 1));
+    const int k = m_ - p;
+    if (p > 0 && k > set_.max_block && k <= set_.end_block) ConsiderBlock(ReversalMove(st_, p, m_ - 1));
+  }
+
+  // Blocks from p carried along: right when a long interval comes before them, left when one
+  // follows them. Between them the two directions carry short blocks far and long blocks (the
+  // markers a short block passes) a few places.
+  void TryCarries(int p) {
+    const auto keep = [this](WindowMove&& mv) { Keep(mv, true); };
+    for (int k = 2; k <= set_.shift_block && p + k <= m_; ++k) {
+      const int last = p + k - 1;
+      if (BlockMayStart(p)) carries_.Score(calls_, st_, p, last, set_.shift_reach, true, keep);
+      if (last == m_ - 1 || st_.rf[last] > st_.rf[last - 1])
+        carries_.Score(calls_, st_, p, last, std::min(set_.shift_reach, p), false, keep);
     }
   }
 
@@ -120,7 +178,9 @@ class Sweep {
   int alpha_valid_ = 1 << 30;  // a fresh evaluation leaves every vector valid
   WindowMove best_;
   bool found_ = false;
+  bool screened_ = false;
   WindowScratch scratch_;
+  CarryScorer carries_;
 };
 
 }  // namespace
@@ -133,10 +193,15 @@ PolishReport PolishOrder(const GroupCalls& calls, ChainState& st, const FitSetti
   // After the first sweep only the neighbourhoods of the last sweep's moves are tried again:
   // elsewhere the refit moves the frequencies too little to change a verdict.
   std::vector<bool> wanted, touched;
+  int block_moves = 0;
   const int near = settings.reach + settings.window;
   while (report.sweeps < settings.max_sweeps) {
     ++report.sweeps;
-    const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched);
+    // Block moves mend what a start order got wrong at large; once a sweep takes none, the
+    // refits that follow move frequencies too little to make one worth its cost.
+    const bool blocks = report.sweeps == 1 || block_moves > 0;
+    block_moves = 0;
+    const int moves = Sweep(calls, st, fit, settings).Run(wanted, touched, blocks, block_moves);
     report.moves += moves;
     if (moves == 0) break;
     FitChain(calls, st, fit);

@@ -2,12 +2,14 @@
 // two-locus tables of the error scan, and a whole-chromosome pass for every windowed score.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
 
 #include "errorscan/two_locus_probabilities.h"
 #include "multipoint/chain_fit.h"
+#include "multipoint/block_moves.h"
 #include "multipoint/window_moves.h"
 #include "support/bred_groups.h"
 #include "vocabulary/population.h"
@@ -209,6 +211,58 @@ TEST(MultipointChain, WindowScoreEqualsTheWholeChromosomeRecomputed) {
   without.rf = {st.rf[0], st.rf[1], st.rf[2], removal.rf[0], st.rf[5], st.rf[6], st.rf[7]};
   without.error_rate = st.error_rate;
   EXPECT_NEAR(removal.log_likelihood, EvaluateChain(g, without, nullptr), 1e-8);
+}
+
+// Block moves carry their own frequencies and are scored by a forward pass through the window
+// alone: each must equal a pass over the whole changed chromosome at those frequencies, and
+// fitting the window afterwards can only gain.
+TEST(MultipointChain, BlockMoveScoresEqualTheWholeChromosomeRecomputed) {
+  std::mt19937 rng(41);
+  for (int type : {7, 2, 4}) {
+    SCOPED_TRACE(type);
+    const int m = 12;
+    const GroupCalls g = RandomCalls(type, m, 40, rng);
+    ChainState st;
+    for (int k = 0; k < m; ++k) st.order.push_back(k);
+    std::uniform_real_distribution<double> r(0.0, 0.3);
+    for (int k = 0; k + 1 < m; ++k) st.rf.push_back(r(rng));
+    st.error_rate = 0.03;
+    EvaluateChain(g, st, nullptr);
+    std::vector<int> position_of(m);
+    for (int k = 0; k < m; ++k) position_of[k] = k;
+    const std::vector<WindowMove> moves = {
+        ReversalMove(st, 0, 4),          ReversalMove(st, 3, 8),           ReversalMove(st, 7, 11),
+        ReversalMove(st, 0, 11),         ShiftMove(st, 2, 4, 7, false),    ShiftMove(st, 2, 4, 11, true),
+        ShiftMove(st, 0, 1, 3, true),    ShiftMove(st, 6, 8, 2, false),    ShiftMove(st, 9, 11, -1, true),
+        ShiftMove(st, 5, 6, 3, true)};
+    WindowScratch scratch;
+    for (WindowMove mv : moves) {
+      SCOPED_TRACE(::testing::Message() << mv.first << "-" << mv.last);
+      ASSERT_EQ(static_cast<int>(mv.rf.size()), WindowIntervals(mv.first, mv.last, mv.last - mv.first + 1, m));
+      std::vector<int32_t> sorted = mv.markers;
+      std::sort(sorted.begin(), sorted.end());
+      for (int k = mv.first; k <= mv.last; ++k) EXPECT_EQ(sorted[k - mv.first], k);
+      ScoreWindow(g, st, position_of, 0, 0.499, mv, scratch, /*start_given=*/true);
+      ChainState whole = st;
+      std::copy(mv.markers.begin(), mv.markers.end(), whole.order.begin() + mv.first);
+      std::copy(mv.rf.begin(), mv.rf.end(), whole.rf.begin() + (mv.first > 0 ? mv.first - 1 : 0));
+      EXPECT_NEAR(mv.log_likelihood, EvaluateChain(g, whole, nullptr), 1e-8);
+      WindowMove fitted = mv;
+      ScoreWindow(g, st, position_of, 2, 0.499, fitted, scratch, /*start_given=*/true);
+      EXPECT_GE(fitted.log_likelihood, mv.log_likelihood - 1e-9);
+    }
+    // Carries scored through the block alone, from the passed markers' shared vectors.
+    CarryScorer carries;
+    for (const auto& [first, last] : std::vector<std::pair<int, int>>{{0, 1}, {2, 4}, {5, 7}, {9, 11}})
+      for (bool rightward : {true, false})
+        carries.Score(g, st, first, last, 20, rightward, [&](WindowMove&& mv) {
+          ChainState whole = st;
+          std::copy(mv.markers.begin(), mv.markers.end(), whole.order.begin() + mv.first);
+          std::copy(mv.rf.begin(), mv.rf.end(), whole.rf.begin() + (mv.first > 0 ? mv.first - 1 : 0));
+          EXPECT_NEAR(mv.log_likelihood, EvaluateChain(g, whole, nullptr), 1e-8)
+              << first << "-" << last << " to " << mv.first << "-" << mv.last;
+        });
+  }
 }
 
 }  // namespace
