@@ -2,12 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-
 #include <cstdlib>
 #include <string>
+#include <vector>
 
+#include "frame/process_state.h"
 #include "gaengine.h"
 #include "support/command_run.h"
+#include "support/export_call.h"
 #include "support/temp_dir.h"
 
 namespace gae {
@@ -26,56 +28,51 @@ class Command : public testing::InTempDir {
   }
 };
 
-TEST_F(Command, MapBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
-  const testing::CommandRun cli = Gaengine("--seed 31 map f2.map");
-  ASSERT_EQ(cli.exit_code, 0) << cli.out;
-  EXPECT_THAT(cli.out, HasSubstr("  Population        F2 (type 7)"));
-  EXPECT_THAT(cli.out, HasSubstr("  Markers read      150"));
-  EXPECT_THAT(cli.out, HasSubstr("  Linkage groups    5"));
-  EXPECT_THAT(cli.out, HasSubstr("  Unlinked markers  0"));
-  EXPECT_THAT(cli.out, HasSubstr("set to missing in f2EC.map"));
-  // The command drives the stages one by one, as a front end does; with the same seed for the
-  // random starts it must come to the very files of the library's own whole run.
-  const std::string sum = ReadText("f2.sum"), mtp = ReadText("f2.mtp"), err = ReadText("f2.err");
-  ::setenv("GAENGINE_SEED", "31", 1);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  MAPAllByDefault(6, "f2.map", &status);
-  ::testing::internal::GetCapturedStdout();
-  ::unsetenv("GAENGINE_SEED");
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(ReadText("f2.sum"), sum);
-  EXPECT_EQ(ReadText("f2.mtp"), mtp);
-  EXPECT_EQ(ReadText("f2.err"), err);
-}
+// The command drives the stages one by one, as a front end does; with the same seed for the
+// random starts it must come to the very files of the library's own whole run.
+struct ToolRun {
+  const char* example;
+  const char* file;
+  testing::PathExport all_by_default;
+  std::vector<std::string> summary;  // lines of the command's summary
+  std::vector<std::string> same;     // files the export writes alike
+};
 
-// A clonal file takes the CDM tool from its extension, or from --tool under any name.
-TEST_F(Command, MapOnAClonalFileRunsTheCdmToolAndShowsEachParentsMap) {
-  testing::WriteText("clonal.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
-  const testing::CommandRun cli = Gaengine("--seed 5 map clonal.cdm");
-  ASSERT_EQ(cli.exit_code, 0) << cli.out;
-  EXPECT_THAT(cli.out, HasSubstr("(type 1)"));
-  EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
-  EXPECT_THAT(cli.out, HasSubstr("  First parent "));
-  EXPECT_THAT(cli.out, HasSubstr("  Second parent "));
-  EXPECT_THAT(cli.out, HasSubstr("clonal.hap"));
-  EXPECT_THAT(cli.out, HasSubstr("set to missing in clonalEC.cdm"));
-  const std::string sum = ReadText("clonal.sum"), sumf = ReadText("clonal.sumf"), hap = ReadText("clonal.hap");
-  ::setenv("GAENGINE_SEED", "5", 1);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  CDMAllByDefault(10, "clonal.cdm", &status);
-  ::testing::internal::GetCapturedStdout();
-  ::unsetenv("GAENGINE_SEED");
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(ReadText("clonal.sum"), sum);
-  EXPECT_EQ(ReadText("clonal.sumf"), sumf);
-  EXPECT_EQ(ReadText("clonal.hap"), hap);
-
+TEST_F(Command, MapOfEachToolBuildsTheSameMapAsTheWholeRunExportAndSummarisesIt) {
+  const ToolRun runs[] = {
+      {nullptr, "f2.map", MAPAllByDefault,
+       {"  Population        F2 (type 7)", "  Markers read      150", "  Linkage groups    5",
+        "  Unlinked markers  0", "set to missing in f2EC.map"},
+       {"f2.sum", "f2.mtp", "f2.err"}},
+      {"clonal_f1.cdm", "clonal.cdm", CDMAllByDefault,
+       {"(type 1)", "  Markers read      6", "  First parent ", "  Second parent ", "clonal.hap",
+        "set to missing in clonalEC.cdm"},
+       {"clonal.sum", "clonal.sumf", "clonal.hap"}},
+      {"four_way_ril.plm", "four.plm", PLMAllByDefault,
+       {"  Population        4PRIL (type 2)", "  Markers read      6", " four.plq four.err fourEC.plm"},
+       {"four.sum", "four.mtp", "fourEC.plm"}},
+  };
+  for (const ToolRun& run : runs) {
+    if (run.example != nullptr) testing::WriteText(run.file, ReadText(testing::SourcePath("examples/") + run.example));
+    const testing::CommandRun cli = Gaengine("--seed 31 map " + std::string(run.file));
+    ASSERT_EQ(cli.exit_code, 0) << cli.out;
+    for (const std::string& line : run.summary) EXPECT_THAT(cli.out, HasSubstr(line)) << run.file;
+    std::vector<std::string> texts;
+    for (const std::string& f : run.same) texts.push_back(ReadText(f));
+    ::setenv("GAENGINE_SEED", "31", 1);
+    ResetProcessStateForTesting();  // a fresh process, as the command is
+    EXPECT_EQ(testing::CallOnPath(run.all_by_default, run.file), 0);
+    ::unsetenv("GAENGINE_SEED");
+    for (std::size_t k = 0; k < texts.size(); ++k) EXPECT_EQ(ReadText(run.same[k]), texts[k]) << run.same[k];
+  }
+  // A clonal file takes the CDM tool from its extension, or from --tool under any name. Pure
+  // lines group by recombination frequency, as does the clonal tool: a LOD threshold has no
+  // meaning there.
   testing::WriteText("other.txt", ReadText("clonal.cdm"));
   EXPECT_EQ(Gaengine("map --tool cdm other.txt").exit_code, 0);
   EXPECT_TRUE(testing::FileExists("other.summ"));
   EXPECT_EQ(Gaengine("map --tool CDM --lod 4 other.txt").exit_code, 2);
+  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 2);
 }
 
 TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
@@ -116,28 +113,6 @@ TEST_F(Command, MapOnAConsensusFileSummarisesHowEachInputMapAgrees) {
   EXPECT_LT(correlation("PopB_3B"), 0.6);
   EXPECT_GT(correlation("PopA_3B"), 0.9);
   EXPECT_GT(correlation("PopC_3B"), 0.9);
-}
-
-TEST_F(Command, MapOnAPureLineFileRunsThePureLineTool) {
-  testing::WriteText("four.plm", ReadText(testing::SourcePath("examples/four_way_ril.plm")));
-  const testing::CommandRun cli = Gaengine("--seed 31 map four.plm");
-  ASSERT_EQ(cli.exit_code, 0) << cli.out;
-  EXPECT_THAT(cli.out, HasSubstr("  Population        4PRIL (type 2)"));
-  EXPECT_THAT(cli.out, HasSubstr("  Markers read      6"));
-  EXPECT_THAT(cli.out, HasSubstr(" four.plq four.err fourEC.plm"));
-  const std::string sum = ReadText("four.sum"), mtp = ReadText("four.mtp"), ec = ReadText("fourEC.plm");
-  ::setenv("GAENGINE_SEED", "31", 1);
-  int status = -1;
-  ::testing::internal::CaptureStdout();
-  PLMAllByDefault(9, "four.plm", &status);
-  ::testing::internal::GetCapturedStdout();
-  ::unsetenv("GAENGINE_SEED");
-  ASSERT_EQ(status, 0);
-  EXPECT_EQ(ReadText("four.sum"), sum);
-  EXPECT_EQ(ReadText("four.mtp"), mtp);
-  EXPECT_EQ(ReadText("fourEC.plm"), ec);
-  // Pure lines group by recombination frequency: a LOD threshold has no meaning there.
-  EXPECT_EQ(Gaengine("map --lod 4 four.plm").exit_code, 2);
 }
 
 TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {

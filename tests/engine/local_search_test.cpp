@@ -350,20 +350,6 @@ TEST(LocalSearch, GainOfExactlyTheMinimumIsNotApplied) {
   EXPECT_EQ(moves.size(), 1u);
 }
 
-TEST(LocalSearch, OptimalPathStaysButStartsAfterTheLongestEdge) {
-  // Points on a line at 0, 1, 3, 6: the path 1-2-3-4 is optimal; as a cycle its longest edge
-  // is the closing one (4,1), so the result reads 1 2 3 4 from a rotation starting at 2.
-  const float pos[5] = {0, 0, 1, 3, 6};
-  Packed d(6);
-  for (int i = 2; i <= 4; ++i)
-    for (int j = 1; j < i; ++j) d[GroupPairIndex(i, j) - 1] = pos[i] - pos[j];
-  Tour tour = {2, 3, 4, 1};
-  MoveLog moves;
-  TwoOptOpenPath(testing::ToTourMatrix(4, d), tour, &moves);
-  EXPECT_TRUE(moves.empty());
-  EXPECT_THAT(tour, ::testing::ElementsAre(1, 2, 3, 4));
-}
-
 TEST(LocalSearch, EveryThreeOptCaseKeepsOneCycle) {
   // Applying each case's pointer changes to a 9-city cycle yields a single cycle through all
   // cities, with exactly the case's new edges.

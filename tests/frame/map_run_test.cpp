@@ -47,27 +47,6 @@ class MapRun : public testing::InTempDir {
   }
 };
 
-TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
-  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
-  std::map<int, std::set<std::string>> simulated_on;  // group -> simulated chromosomes
-  std::map<int, int> sizes;
-  for (const auto& [group, name] : testing::SumMapRows("f2_five_chromosomes.sum")) {
-    simulated_on[group].insert(name.substr(0, 2));
-    ++sizes[group];
-  }
-  ASSERT_EQ(simulated_on.size(), 5u);
-  std::set<std::string> all;
-  for (const auto& [group, chromosomes] : simulated_on) {
-    EXPECT_EQ(chromosomes.size(), 1u) << "group " << group;
-    all.insert(chromosomes.begin(), chromosomes.end());
-    EXPECT_EQ(sizes[group], 30);
-  }
-  EXPECT_EQ(all.size(), 5u);
-  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
-    EXPECT_TRUE(testing::FileExists("f2_five_chromosomes" + std::string(suffix))) << suffix;
-  EXPECT_EQ(Process().map.map_state, -1);  // released at the end
-}
-
 TEST_F(MapRun, APathEndsAtItsFirstNul) {
   // A front end that passes its buffer's size (char path[32], sizeof path) once had every
   // result file written onto the input itself: the names kept the NULs and ended at the first.

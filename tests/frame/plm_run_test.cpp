@@ -79,30 +79,5 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
   }
 }
 
-// What a stop leaves behind is the frame test's; here, that each refusal of the pure-line reader
-// stops the check with its own code and line.
-TEST_F(PlmRun, BadInputStopsTheCheckWithItsCode) {
-  const std::string head4 = "2\n1\n1\n2\n6\n";
-  const std::string anchors = "M1 0\nM2 0\n";
-  const std::string good = "ABCD M2 A B C D A B\n";
-  const std::vector<std::pair<std::string, int>> cases = {
-      {head4 + "AAAA M1 A B C D A B\n" + good + anchors, 2224},            // one allele among 4
-      {"3\n1\n1\n2\n6\nAAAAAAAA M1 A B C D A B\nABCDEFGH M2 A B C D E F\n" + anchors, 2225},
-      {head4 + "BBCD M1 A B C D A B\n" + good + anchors, 2226},            // must open with A
-      {head4 + "ABCE M1 A B C D A B\n" + good + anchors, 2227},            // E is no founder's
-      {head4 + "ABCD M1 A B C E A B\n" + good + anchors, 2228},            // E among four founders
-      {head4 + "ABAB M1 A C X A C A\n" + good + anchors, 2229},            // C reads as A
-      {head4 + "ABCD M1 A B C D A B\nABCD M2 A B\n", 2201},                // the file ends in a row
-      {head4 + "ABCD M1 A B C D A B\nABCD M1 D C B A B A\n" + anchors, 2230},
-  };
-  for (const auto& [text, code] : cases) {
-    SCOPED_TRACE(code);
-    WriteText("bad.plm", text);
-    EXPECT_EQ(CheckPlm("bad.plm").status, code);
-    EXPECT_THAT(ReadLines("PLM.log"), ::testing::Contains(::testing::StartsWith("--Error" + std::to_string(code) + ": ")));
-    std::remove("PLM.log");
-  }
-}
-
 }  // namespace
 }  // namespace gae
