@@ -155,13 +155,5 @@ TEST_F(CheckMap, PairsWithoutAnEstimateAreStoredAsUnlinkedAndCountedOnce) {
   EXPECT_EQ(log.find(line), log.rfind(line));
 }
 
-TEST_F(CheckMap, BadInputStopsBeforeAnyPairFileAndAMissingFileIsReported) {
-  WriteText("bad.map", MapFile(1, {{"M1", "A H B"}}, 3));  // B cannot occur in a backcross to P1
-  EXPECT_EQ(testing::CheckMapFile("bad.map"), 2203);
-  EXPECT_FALSE(testing::FileExists("bad.LRD"));
-  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP"));
-  EXPECT_EQ(testing::CheckMapFile("absent.map"), 1002);
-}
-
 }  // namespace
 }  // namespace gae

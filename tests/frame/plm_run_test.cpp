@@ -37,7 +37,7 @@ TEST_F(PlmRun, AWholeRunOfEachTypeFindsTheBredChromosomesAndWritesEveryFile) {
                                                     : std::vector<int32_t>{12345678, 12341234, 12345577};
     const testing::PureLineData data = testing::SimulatePureLineData(
         type, 2, 8, 8.0, type <= 2 ? 120 : 200, patterns, 0.02, 40 + type);
-    const std::string stem = "t" + std::to_string(type);
+    const std::string stem = std::string("t") + std::to_string(type);
     WriteText(stem + ".plm", testing::PlmInputFile(data));
 
     // The check counts each marker's letters as the file holds them and tests their shares;

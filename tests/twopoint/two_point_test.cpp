@@ -23,17 +23,6 @@ Estimate Both(int type, int code, const std::vector<float>& cells) {
   return e;
 }
 
-TEST(TwoPointPairs, CodesJoinTheKindsAsDecimalDigits) {
-  const int kinds[3] = {1, 12, 10};
-  const int expected[3][3] = {{11, 112, 110}, {121, 1212, 1210}, {101, 1012, 1010}};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) EXPECT_EQ(PairCode(kinds[i], kinds[j]), expected[i][j]);
-  EXPECT_EQ(PairCode(2, 1), kUnknownPairCode);
-  EXPECT_EQ(PairCode(0, 12), kUnknownPairCode);
-  EXPECT_EQ(PairCode(1, 3), kUnknownPairCode);
-  EXPECT_EQ(PairCode(12, -1), kUnknownPairCode);
-}
-
 TEST(TwoPointPairs, CountsSkipIndividualsMissingAtEitherMarker) {
   //                 individual: 1    2    3    4    5    6    7    8    9   10   11
   const std::string first = "AAHDRBBXAa-";
