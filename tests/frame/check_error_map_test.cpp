@@ -87,21 +87,6 @@ TEST_F(CheckMap, RecordsHoldMinusTheLodAndTheFrequencyOfEachPairInTriangleOrder)
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("DLL CheckErrrorMAP run successfully!"));
 }
 
-TEST_F(CheckMap, ACompleteFileIsReusedAsItStandsAndAnyOtherIsReplaced) {
-  WriteText("r.map", MapFile(1, {{"M1", "A H A H"}, {"M2", "A H H H"}, {"M3", "A A A H"}}, 4));
-  WriteText("r.LRD", std::string(24, 'x'));  // exactly three records: taken as they are
-  ASSERT_EQ(testing::CheckMapFile("r.map"), 0);
-  EXPECT_EQ(ReadText("r.LRD"), std::string(24, 'x'));
-  EXPECT_THAT(ReadText("MAP.log"), ::testing::Not(HasSubstr("Calculating pair-wise")));
-  for (int bytes : {16, 32}) {  // one record fewer, one more
-    WriteText("r.LRD", std::string(bytes, 'x'));
-    ASSERT_EQ(testing::CheckMapFile("r.map"), 0);
-    EXPECT_EQ(ReadText("r.LRD").size(), 24u);
-    EXPECT_NE(ReadText("r.LRD"), std::string(24, 'x'));
-  }
-  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating recombination frequency was complted! Time (m) taken="));
-}
-
 TEST_F(CheckMap, OneMarkerGivesAnEmptyFileAndTwoMarkersOneRecord) {
   WriteText("one.map", MapFile(7, {{"M1", "A H B"}}, 3));
   ASSERT_EQ(testing::CheckMapFile("one.map"), 0);
