@@ -124,10 +124,6 @@ TEST_F(Command, OtherCommandsReportThroughTheirExitStatus) {
   EXPECT_THAT(r.out, HasSubstr("150 markers, 11175 pairs in f2.LRD"));
   EXPECT_THAT(r.out, HasSubstr("Chi-square"));
   EXPECT_EQ(ReadText("f2.LRD").size(), 8u * 11175);
-  testing::WriteText("bad.map", "7\n1\n1\n1\n2\nM1 A Q\nM1 0\n");
-  r = Gaengine("map bad.map");
-  EXPECT_EQ(r.exit_code, 1);
-  EXPECT_THAT(r.out, HasSubstr("bad.map line 6, marker M1, individual 2: 'Q' is not a genotype code of an F2"));
   r = Gaengine("twopoint --pop 1 --code 11 40 10 0 10 40 0 0 0 0");
   EXPECT_EQ(r.exit_code, 0);
   EXPECT_THAT(r.out, HasSubstr("0.2"));
