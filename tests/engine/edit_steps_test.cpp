@@ -32,11 +32,10 @@ TestMap HandMap() {
 
 class HandEdits : public ::testing::Test {
  protected:
-  void Move(int32_t order_index, int32_t target, int32_t place_mode, bool with_table = true) {
+  void Move(int32_t order_index, int32_t target, int32_t place_mode) {
     GroupModelArrays model = map_.Arrays();
     const PairTable table = map_.Table();
-    ApplyMarkerMove(model, PlanMarkerMove(model, order_index, target, place_mode),
-                    with_table ? &table : nullptr);
+    ApplyMarkerMove(model, PlanMarkerMove(model, order_index, target, place_mode), &table);
     map_.TakeCounts(model);
     ASSERT_TRUE(LayoutHolds(map_.Arrays()));
   }
@@ -45,39 +44,6 @@ class HandEdits : public ::testing::Test {
   }
   TestMap map_ = HandMap();
 };
-
-TEST_F(HandEdits, ASwapMeasuresOnlyTheNewNeighbours) {
-  const PairTable table = map_.Table();
-  auto swapped = [&](int32_t k) {
-    TestMap m = HandMap();
-    SwapUp(k, 4, 2, m.order.data(), m.position.data(), &table);
-    return std::make_pair(std::vector<int32_t>(m.order.begin(), m.order.begin() + 4),
-                          std::vector<float>(m.position.begin(), m.position.begin() + 4));
-  };
-  // Middle: 1-3 is 18.75 and 2-4 is 31.25, the 3-2 gap of 6.25 stays.
-  EXPECT_EQ(swapped(3).first, (std::vector<int32_t>{1, 3, 2, 4}));
-  EXPECT_THAT(swapped(3).second, ElementsAre(0.0f, 18.75f, 25.0f, 56.25f));
-  // At the top: 1-3 is new; at the bottom: 2-4 is new.
-  EXPECT_THAT(swapped(2).second, ElementsAre(0.0f, 12.5f, 31.25f, 56.25f));
-  EXPECT_THAT(swapped(4).second, ElementsAre(0.0f, 12.5f, 43.75f, 68.75f));
-  EXPECT_EQ(swapped(1).first, (std::vector<int32_t>{1, 2, 3, 4}));
-  EXPECT_EQ(swapped(5).first, (std::vector<int32_t>{1, 2, 3, 4}));
-
-  // Two markers: exchanged, the one gap unchanged, and no distance needed.
-  std::vector<int32_t> pair_order = {7, 8};
-  std::vector<float> pair_position = {0.0f, 6.25f};
-  SwapUp(2, 2, 2, pair_order.data(), pair_position.data(), nullptr);
-  EXPECT_THAT(pair_order, ElementsAre(8, 7));
-  EXPECT_THAT(pair_position, ElementsAre(0.0f, 6.25f));
-  // An ordered group without a store to measure from stays as it is; a group that is not
-  // ordered has nothing to measure.
-  SwapUp(3, 4, 2, map_.order.data(), map_.position.data(), nullptr);
-  EXPECT_THAT(std::vector<int32_t>(map_.order.begin(), map_.order.begin() + 4),
-              ElementsAre(1, 2, 3, 4));
-  Move(5, 2, 2, /*with_table=*/false);
-  EXPECT_THAT(std::vector<int32_t>(map_.order.begin() + 4, map_.order.begin() + 6),
-              ElementsAre(6, 5));
-}
 
 TEST_F(HandEdits, BestPlaceKeepsTheShortestWalkAndPrefersThePresentPlace) {
   const PairTable table = map_.Table();
@@ -110,32 +76,6 @@ TEST_F(HandEdits, RemovingTheFirstMarkerLeavesPositionsOnePlaceOutOfStep) {
   EXPECT_THAT(map_.group_size, ElementsAre(4, 2, 2, 0));
   EXPECT_THAT(Counts(), ElementsAre(8, 3, 1));
   EXPECT_EQ(map_.group[6], 0);
-}
-
-// Where a request lands and the gaps it leaves are checked on random maps (edit_property_test);
-// here the best place, and the moves that work or refuse without a store.
-TEST_F(HandEdits, TheBestPlaceAndMovesWithoutAStore) {
-  Move(10, 1, 4);  // unlinked 10 into group 1 at the best place: between 3 and 4
-  EXPECT_THAT(std::vector<int32_t>(map_.order.begin(), map_.order.begin() + 5),
-              ElementsAre(1, 2, 3, 10, 4));
-  EXPECT_THAT(std::vector<float>(map_.position.begin(), map_.position.begin() + 5),
-              ElementsAre(0.0f, 12.5f, 18.75f, 31.25f, 43.75f));
-
-  map_ = HandMap();
-  Move(12, 4, 1, /*with_table=*/false);  // deleted 12 into the empty group: first, at 0
-  EXPECT_THAT(map_.order, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 10, 11));
-  EXPECT_EQ(map_.position[9], 0.0f);
-  EXPECT_THAT(Counts(), ElementsAre(10, 2, 0));
-
-  map_ = HandMap();
-  Move(2, 3, 1, /*with_table=*/false);  // between ordered groups: neither half happens
-  EXPECT_EQ(map_.order, HandMap().order);
-  // A deletion mark the editor does not write, and counts that do not fit: nothing either.
-  map_.group[11] = -7;
-  EXPECT_EQ(PlanMarkerMove(map_.Arrays(), 12, 5, 1).edit, MarkerEdit::kNone);
-  map_.group[11] = kDeletedGroup;
-  map_.num_deleted = 2;
-  EXPECT_EQ(PlanMarkerMove(map_.Arrays(), 1, 0, 1).edit, MarkerEdit::kNone);
 }
 
 TEST_F(HandEdits, GroupMovesExchangeNeighboursAndNothingElse) {

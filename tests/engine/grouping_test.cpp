@@ -1,6 +1,6 @@
 // Grouping by threshold and to a count against literal transcriptions of their rules (every
 // comparison a store read, every merge a full recomputation), on random stores with ties and
-// NaN values; and the cases a user meets.
+// NaN values; and the anchors a user writes.
 #include "engine/grouping.h"
 
 #include <gmock/gmock.h>
@@ -183,31 +183,6 @@ TEST(GroupingByThreshold, FindsTheChromosomesOfALinkedStore) {
   for (int32_t i = 2; i <= n; ++i)
     for (int32_t j = 1; j < i; ++j)
       EXPECT_EQ(table.Second(i, j) < 0.5f, group[i - 1] == group[j - 1]) << i << " " << j;
-}
-
-TEST(GroupingByThreshold, UsersCases) {
-  MemoryStore store(4);
-  for (int32_t i = 2; i <= 4; ++i)
-    for (int32_t j = 1; j < i; ++j) store.Set(i, j, 1.0f, 0.4f);
-  const PairTable table = store.Table();
-  std::vector<int32_t> group(4);
-  // nothing under the threshold and no anchor: every marker alone
-  const std::vector<int32_t> none(4, 0);
-  GroupByThreshold(table, kByFirstValue, 4, -3.0f, none.data(), group.data());
-  EXPECT_THAT(group, ElementsAre(1, 2, 3, 4));
-  // anchors, nothing met: each free marker opens a group above the anchors' (anchor numbers
-  // count by their rank only)
-  const std::vector<int32_t> anchored = {0, 2, 0, 0};
-  GroupByThreshold(table, kByFirstValue, 4, -3.0f, anchored.data(), group.data());
-  EXPECT_THAT(group, ElementsAre(2, 1, 3, 4));
-  // two markers at frequency 0.005 fold together though their LOD is far below the bar (with
-  // no anchor and no pair under the bar, though, every marker stays alone)
-  store.Second(3, 1) = 0.005f;
-  GroupByThreshold(store.Table(), kByFirstValue, 4, -50.0f, none.data(), group.data());
-  EXPECT_THAT(group, ElementsAre(1, 2, 3, 4));
-  const std::vector<int32_t> first = {1, 0, 0, 0};
-  GroupByThreshold(store.Table(), kByFirstValue, 4, -50.0f, first.data(), group.data());
-  EXPECT_THAT(group, ElementsAre(1, 2, 1, 3));
 }
 
 TEST(Grouping, OnlyTheOrderOfAnchorNumbersCounts) {

@@ -350,41 +350,5 @@ TEST(LocalSearch, GainOfExactlyTheMinimumIsNotApplied) {
   EXPECT_EQ(moves.size(), 1u);
 }
 
-TEST(LocalSearch, OptimalPathStaysButStartsAfterTheLongestEdge) {
-  // Points on a line at 0, 1, 3, 6: the path 1-2-3-4 is optimal; as a cycle its longest edge
-  // is the closing one (4,1), so the result reads 1 2 3 4 from a rotation starting at 2.
-  const float pos[5] = {0, 0, 1, 3, 6};
-  Packed d(6);
-  for (int i = 2; i <= 4; ++i)
-    for (int j = 1; j < i; ++j) d[GroupPairIndex(i, j) - 1] = pos[i] - pos[j];
-  Tour tour = {2, 3, 4, 1};
-  MoveLog moves;
-  TwoOptOpenPath(testing::ToTourMatrix(4, d), tour, &moves);
-  EXPECT_TRUE(moves.empty());
-  EXPECT_THAT(tour, ::testing::ElementsAre(1, 2, 3, 4));
-}
-
-TEST(LocalSearch, EveryThreeOptCaseKeepsOneCycle) {
-  // Applying each case's pointer changes to a 9-city cycle yields a single cycle through all
-  // cities, with exactly the case's new edges.
-  const int32_t x[6] = {1, 2, 4, 5, 7, 8};
-  for (int c = 1; c <= 7; ++c) {
-    // Tour edges cost 10, other pairs 20, and this case's added edges 0: the case is then
-    // strictly the best move of the first pass.
-    Packed d(static_cast<std::size_t>(PairCount(9)), 20.0f);
-    d[GroupPairIndex(9, 1) - 1] = 10.0f;
-    for (int i = 1; i < 9; ++i) d[GroupPairIndex(i, i + 1) - 1] = 10.0f;
-    for (int q = 0; q < (c <= 3 ? 2 : 3); ++q) d[GroupPairIndex(x[kAdded[c - 1][q][0] - 1], x[kAdded[c - 1][q][1] - 1]) - 1] = 0.0f;
-    Successors next = BuildSuccessors({1, 2, 3, 4, 5, 6, 7, 8, 9});
-    MoveLog moves;
-    ThreeOptPasses(testing::ToTourMatrix(9, d), next, false, &moves);
-    ASSERT_FALSE(moves.empty());
-    EXPECT_EQ(moves.front().kind, c);
-    Tour t = TourFromCityOne(next, 9);
-    std::sort(t.begin(), t.end());
-    EXPECT_THAT(t, ::testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9)) << "case " << c;
-  }
-}
-
 }  // namespace
 }  // namespace gae

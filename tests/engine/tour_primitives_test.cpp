@@ -5,7 +5,6 @@
 
 #include <cmath>
 
-#include "vocabulary/pair_index.h"
 
 namespace gae {
 namespace {
@@ -44,42 +43,6 @@ TEST(TourPrimitives, LengthsByHand) {
   EXPECT_EQ(closing, 7.0f);
   // pairs (i>j) over (i-j)^2: d(3,1)/1 + d(2,1)/4 + d(2,3)/1 + d(4,1)/9 + d(4,3)/4 + d(4,2)/1
   EXPECT_FLOAT_EQ(PairWeightedSum(d, tour), 3.0f + 1.0f / 4 + 2.0f + 7.0f / 9 + 4.0f / 4 + 6.0f);
-}
-
-TEST(TourPrimitives, RotationCutsTheLongestEdgeWithTiesToTheClosingEdge) {
-  const TourMatrix d = Line({0, 1, 3, 7});
-  Tour tour = {2, 4, 1, 3};  // edges 6, 7, 3, closing 2: cut after 4
-  RotateToLongestEdge(d, tour);
-  EXPECT_THAT(tour, ElementsAre(1, 3, 2, 4));
-  TourMatrix flat(3);  // all edges equal: the closing edge keeps the cut
-  tour = {3, 1, 2};
-  RotateToLongestEdge(flat, tour);
-  EXPECT_THAT(tour, ElementsAre(3, 1, 2));
-}
-
-TEST(TourPrimitives, LongestEdgesAndSurvivors) {
-  const TourMatrix d = Line({0, 1, 3, 7, 8});
-  const Successors next = BuildSuccessors({1, 2, 3, 4, 5});  // edges 1, 2, 4, 1, closing 8
-  float lengths[4];
-  int64_t edges[4];
-  LongestEdges(d, next, lengths, edges);
-  EXPECT_THAT(lengths, ElementsAre(8.0f, 4.0f, 2.0f, 1.0f));
-  EXPECT_THAT(edges, ElementsAre(GroupPairIndex(5, 1), GroupPairIndex(3, 4), GroupPairIndex(2, 3),
-                                 GroupPairIndex(1, 2)));  // the tie 1-2 / 4-5 keeps city order
-  float result[7];
-  // removing (5,1) and (3,4) as x1x2 and x3x4: case 2 loses both, keeps (2,3); case 1 removes
-  // (3,4) and the third edge (1,2): keeps (5,1).
-  RemainingLongest(edges[0], edges[1], edges[3], lengths, edges, result);
-  EXPECT_EQ(result[0], 8.0f);
-  EXPECT_EQ(result[1], 2.0f);
-  EXPECT_EQ(result[2], 4.0f);
-  EXPECT_EQ(result[3], 2.0f);  // all three removed: the first of E1..E3 left is E3
-  RemainingLongest(edges[0], edges[1], edges[2], lengths, edges, result);
-  EXPECT_EQ(result[6], 1.0f);  // E1..E3 all removed: L4
-  Successors small = BuildSuccessors({1, 2});
-  LongestEdges(Line({0, 2}), small, lengths, edges);
-  EXPECT_THAT(lengths, ElementsAre(2.0f, 2.0f, 0.0f, 0.0f));
-  EXPECT_EQ(edges[3], 0);
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
 // The CDM tool through its C exports: a whole run of a bred clonal F1 with the files it writes
-// read back by the tools that take them, and every refusal of a bad input.
+// read back by the tools that take them (the reader's refusals are in the validators' corpus).
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -18,7 +17,6 @@
 namespace gae {
 namespace {
 
-using ::testing::HasSubstr;
 using testing::CallOnPath;
 using testing::CheckCdmFile;
 using testing::ReadLines;
@@ -130,47 +128,6 @@ TEST_F(CdmRun, ASimulatedClonalF1ThroughHapParentalMapsAndCorrectedData) {
   }
   EXPECT_GT(flagged, 0);
 }
-
-// Every refusal of the clonal reader and of its header, each with its line (what a stop leaves
-// behind is the frame test's).
-struct BadCdm {
-  int code;
-  std::string from, to;  // a replacement in the good file
-};
-void PrintTo(const BadCdm& bad, std::ostream* os) { *os << bad.code; }
-
-class CdmBadInput : public testing::InTempDir, public ::testing::WithParamInterface<BadCdm> {};
-
-const std::string kGood =
-    "1 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\n"
-    "ABCD M1 AC AD BC BD\nA=B M2 XC XD XC XX\nC=D M3 AX BX AX BX\n"
-    "M1 0\nM2 0\nM3 0\n";
-
-TEST_P(CdmBadInput, StopsTheCheckWithItsCode) {
-  const BadCdm& bad = GetParam();
-  std::string text = kGood;
-  const size_t at = text.find(bad.from);
-  ASSERT_NE(at, std::string::npos);
-  text.replace(at, bad.from.size(), bad.to);
-  WriteText("bad.cdm", text);
-  EXPECT_EQ(CheckCdmFile("bad.cdm").status, bad.code);
-  EXPECT_THAT(ReadText("CDM.log"), HasSubstr("--Error" + std::to_string(bad.code)));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EveryCode, CdmBadInput,
-    ::testing::Values(BadCdm{2006, "1 !pop", "3 !pop"}, BadCdm{2003, "1 !pop", "x !pop"},
-                      BadCdm{2009, "1 !fn", "4 !fn"}, BadCdm{2011, "1 !space", "3 !space"},
-                      BadCdm{2017, "3 !markers", "0 !markers"}, BadCdm{2019, "4 !size", "0 !size"},
-                      BadCdm{2213, "A=B M2", "A=CB=D M2"}, BadCdm{2214, "1 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\nABCD", "2 !pop\n1 !fn\n1 !space\n3 !markers\n4 !size\nAB=CD"},
-                      BadCdm{2215, "BC BD\n", "BC QQ\n"}, BadCdm{2216, "BC BD\n", "BC XC\n"},
-                      BadCdm{2217, "AC AD BC BD", "AC AC XX AC"}, BadCdm{2218, "XD XC XX", "XD AC XX"},
-                      BadCdm{2219, "XC XD XC XX", "XC XC XC XX"}, BadCdm{2220, "BX AX BX\n", "BX AC BX\n"},
-                      BadCdm{2221, "AX BX AX BX", "AX AX AX XX"},
-                      BadCdm{2222, "C=D M3 AX BX AX BX", "AB=CD M3 AA AB AC BB"},
-                      BadCdm{2223, "C=D M3 AX BX AX BX", "AB=CD M3 AA AA XX AA"},
-                      BadCdm{2230, "C=D M3", "C=D M1"}, BadCdm{2201, "AX BX AX BX\nM1 0\nM2 0\nM3 0\n", "AX BX"}),
-    [](const ::testing::TestParamInfo<BadCdm>& info) { return "Code" + std::to_string(info.param.code); });
 
 }  // namespace
 }  // namespace gae

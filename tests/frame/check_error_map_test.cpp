@@ -87,21 +87,6 @@ TEST_F(CheckMap, RecordsHoldMinusTheLodAndTheFrequencyOfEachPairInTriangleOrder)
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("DLL CheckErrrorMAP run successfully!"));
 }
 
-TEST_F(CheckMap, ACompleteFileIsReusedAsItStandsAndAnyOtherIsReplaced) {
-  WriteText("r.map", MapFile(1, {{"M1", "A H A H"}, {"M2", "A H H H"}, {"M3", "A A A H"}}, 4));
-  WriteText("r.LRD", std::string(24, 'x'));  // exactly three records: taken as they are
-  ASSERT_EQ(testing::CheckMapFile("r.map"), 0);
-  EXPECT_EQ(ReadText("r.LRD"), std::string(24, 'x'));
-  EXPECT_THAT(ReadText("MAP.log"), ::testing::Not(HasSubstr("Calculating pair-wise")));
-  for (int bytes : {16, 32}) {  // one record fewer, one more
-    WriteText("r.LRD", std::string(bytes, 'x'));
-    ASSERT_EQ(testing::CheckMapFile("r.map"), 0);
-    EXPECT_EQ(ReadText("r.LRD").size(), 24u);
-    EXPECT_NE(ReadText("r.LRD"), std::string(24, 'x'));
-  }
-  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("Calculating recombination frequency was complted! Time (m) taken="));
-}
-
 TEST_F(CheckMap, OneMarkerGivesAnEmptyFileAndTwoMarkersOneRecord) {
   WriteText("one.map", MapFile(7, {{"M1", "A H B"}}, 3));
   ASSERT_EQ(testing::CheckMapFile("one.map"), 0);
@@ -153,14 +138,6 @@ TEST_F(CheckMap, PairsWithoutAnEstimateAreStoredAsUnlinkedAndCountedOnce) {
       "Warning: no estimate for 2 marker pairs! They are stored as unlinked: RecFreq=0.5 LOD score=0";
   EXPECT_THAT(log, HasSubstr(line));
   EXPECT_EQ(log.find(line), log.rfind(line));
-}
-
-TEST_F(CheckMap, BadInputStopsBeforeAnyPairFileAndAMissingFileIsReported) {
-  WriteText("bad.map", MapFile(1, {{"M1", "A H B"}}, 3));  // B cannot occur in a backcross to P1
-  EXPECT_EQ(testing::CheckMapFile("bad.map"), 2203);
-  EXPECT_FALSE(testing::FileExists("bad.LRD"));
-  EXPECT_THAT(ReadText("MAP.log"), HasSubstr("--Error1101: error found in DLL! DLL name=DLL CheckErrorMAP"));
-  EXPECT_EQ(testing::CheckMapFile("absent.map"), 1002);
 }
 
 }  // namespace

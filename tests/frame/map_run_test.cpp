@@ -47,27 +47,6 @@ class MapRun : public testing::InTempDir {
   }
 };
 
-TEST_F(MapRun, TheBundledExampleGivesItsFiveChromosomes) {
-  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, kExample), 0);
-  std::map<int, std::set<std::string>> simulated_on;  // group -> simulated chromosomes
-  std::map<int, int> sizes;
-  for (const auto& [group, name] : testing::SumMapRows("f2_five_chromosomes.sum")) {
-    simulated_on[group].insert(name.substr(0, 2));
-    ++sizes[group];
-  }
-  ASSERT_EQ(simulated_on.size(), 5u);
-  std::set<std::string> all;
-  for (const auto& [group, chromosomes] : simulated_on) {
-    EXPECT_EQ(chromosomes.size(), 1u) << "group " << group;
-    all.insert(chromosomes.begin(), chromosomes.end());
-    EXPECT_EQ(sizes[group], 30);
-  }
-  EXPECT_EQ(all.size(), 5u);
-  for (const char* suffix : {".LRD", ".sum", ".mtp", ".lod", ".rec", ".dis", ".sdl", ".bip", ".met", ".err", "EC.map"})
-    EXPECT_TRUE(testing::FileExists("f2_five_chromosomes" + std::string(suffix))) << suffix;
-  EXPECT_EQ(Process().map.map_state, -1);  // released at the end
-}
-
 TEST_F(MapRun, APathEndsAtItsFirstNul) {
   // A front end that passes its buffer's size (char path[32], sizeof path) once had every
   // result file written onto the input itself: the names kept the NULs and ended at the first.
@@ -135,60 +114,6 @@ TEST_F(MapRun, WrittenInputFilesCarryTheMapAndCanBeCompleted) {
   EXPECT_EQ(testing::CallOnPath(CheckErrorMET, "completed.met"), 0);
 }
 
-// Spearman's rank correlation of a map order with the true order.
-double Spearman(const std::vector<int>& found) {
-  const double n = static_cast<double>(found.size());
-  double d2 = 0;
-  for (size_t k = 0; k < found.size(); ++k) d2 += (found[k] - static_cast<double>(k)) * (found[k] - static_cast<double>(k));
-  return 1.0 - 6.0 * d2 / (n * (n * n - 1));
-}
-
-TEST_F(MapRun, OrderingAndRipplingRecoverASimulatedChromosome) {
-  for (uint64_t seed : {11u, 12u, 13u}) {
-    std::mt19937_64 rng(seed);
-    std::vector<testing::SimulatedMarker> markers(40);
-    std::vector<double> positions(40);
-    for (double& p : positions) p = std::uniform_real_distribution<double>(0.0, 120.0)(rng);
-    std::sort(positions.begin(), positions.end());
-    for (int k = 0; k < 40; ++k) markers[k] = {Numbered("T", k + 1), positions[k]};
-    const auto genotypes = testing::SimulateF2Chromosome(markers, 200, 0.03, seed);
-    std::vector<int> listing(40);
-    std::iota(listing.begin(), listing.end(), 0);
-    std::shuffle(listing.begin(), listing.end(), rng);
-    const std::string file = Numbered("sim", seed) + ".map";
-    WriteText(file, testing::MapInputFile(markers, genotypes, listing, 200));
-    ASSERT_EQ(testing::CheckMapFile(file), 0);
-
-    // One group of all markers, ordered and rippled with the default settings.
-    int n = 40, groups = 1, state = 1, status = -1;
-    std::vector<int> size{40}, group_status{1}, anchor(40, 0), group(40, 1), order(40);
-    std::vector<float> position(40, 0.0f);
-    std::iota(order.begin(), order.end(), 1);
-    ::setenv("GAENGINE_SEED", "4242", 1);
-    ::testing::internal::CaptureStdout();
-    MAPOrderingAll(104, 2, 2, 1, 5, 3, n, groups, size.data(), group_status.data(), &state,
-                   anchor.data(), group.data(), order.data(), position.data(), &status);
-    ASSERT_EQ(status, 0);
-    MAPRipplingAll(104, 1, 5, n, groups, size.data(), group_status.data(), &state, group.data(),
-                   order.data(), position.data(), &status);
-    ::testing::internal::GetCapturedStdout();
-    ::unsetenv("GAENGINE_SEED");
-    ASSERT_EQ(status, 0);
-    EXPECT_EQ(state, 3);
-    // Map order as true ranks; a map may come out reversed.
-    std::vector<int> ranks;
-    for (int marker : order) ranks.push_back(listing[marker - 1]);
-    if (ranks.front() > ranks.back()) std::reverse(ranks.begin(), ranks.end());
-    EXPECT_GT(Spearman(ranks), 0.98) << "seed " << seed;
-    EXPECT_NEAR(position.back(), positions.back() - positions.front(), 25.0) << "seed " << seed;
-  }
-}
-
-}  // namespace
-}  // namespace gae
-
-namespace gae {
-namespace {
 
 TEST_F(MapRun, HandEditsShowInTheReports) {
   std::vector<int> anchors;

@@ -39,22 +39,6 @@ class MapToolReader : public testing::InTempDir {
   std::string out_;
 };
 
-TEST_F(MapToolReader, TheBundledMapExampleReadsWithItsDominantAndRecessiveMarkers) {
-  ASSERT_EQ(Read(testing::SourcePath("examples/f2_five_chromosomes.map"), 104), 0) << out_;
-  EXPECT_EQ(input_.population_type, 7);
-  EXPECT_EQ(input_.num_markers, 150);
-  EXPECT_EQ(input_.population_size, 200);
-  ASSERT_EQ(input_.markers.names.size(), 150u);
-  ASSERT_EQ(input_.markers.types.size(), 150u * 200u);
-  EXPECT_EQ(input_.anchors.size(), 150u);
-  // The first rows of the file: C1M03 recessive, C2M01 codominant, C5M02 dominant, ...
-  EXPECT_EQ(input_.markers.names[1], fmt::PadRight("C2M01", 35));
-  EXPECT_THAT(std::vector<int32_t>(input_.markers.categories.begin(), input_.markers.categories.begin() + 8),
-              ElementsAre(10, 1, 1, 12, 1, 1, 10, 1));
-  EXPECT_EQ(Letters(1).substr(0, 10), "RRAAARRRRR");
-  EXPECT_EQ(Letters(8).substr(0, 6), "XHHHHA");
-}
-
 TEST_F(MapToolReader, FilesAsUsersWriteThem) {
   // Windows line ends, tabs, a comment behind each value, rows wrapped over several lines and
   // names with the punctuation of real marker names.

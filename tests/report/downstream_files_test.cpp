@@ -57,13 +57,6 @@ class DownstreamFiles : public testing::InTempDir {
   InputFile in_;
 };
 
-TEST_F(DownstreamFiles, RemarkBlocksAreRemarksToTheReaders) {
-  for (const auto* block : {&BiparentalGeneralBlock(), &BiparentalMarkerTypeBlock(), &ClonalGeneralBlock(),
-                            &ClonalMarkerTypeBlock(), &PureLineGeneralBlock(), &PureLineMarkerTypeBlock(),
-                            &AnchorBlock(), &ChromosomeBlock(), &PhenotypeBlock()})
-    for (std::string_view line : *block) EXPECT_EQ(line.front(), '!') << line;
-}
-
 TEST_F(DownstreamFiles, CorrectedMapFileReadsBackAndDropsMonomorphicMarkers) {
   const LinkedMapRecord map = Map(3);
   const std::vector<uint8_t> lost{0, 1, 0};

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "gaengine.h"
@@ -22,17 +21,6 @@ Estimate Both(int type, int code, const std::vector<float>& cells) {
   Estimate e;
   TwoPointEstimate(type, code, cells.data(), e.rec, e.lod, e.se);
   return e;
-}
-
-TEST(TwoPointPairs, CodesJoinTheKindsAsDecimalDigits) {
-  const int kinds[3] = {1, 12, 10};
-  const int expected[3][3] = {{11, 112, 110}, {121, 1212, 1210}, {101, 1012, 1010}};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) EXPECT_EQ(PairCode(kinds[i], kinds[j]), expected[i][j]);
-  EXPECT_EQ(PairCode(2, 1), kUnknownPairCode);
-  EXPECT_EQ(PairCode(0, 12), kUnknownPairCode);
-  EXPECT_EQ(PairCode(1, 3), kUnknownPairCode);
-  EXPECT_EQ(PairCode(12, -1), kUnknownPairCode);
 }
 
 TEST(TwoPointPairs, CountsSkipIndividualsMissingAtEitherMarker) {
@@ -172,29 +160,6 @@ TEST(TwoPointNewtonStart, StartValuesByHand) {
   // NaN passes the clamps.
   const float hets[9] = {0, 0, 0, 0, 50, 0, 0, 0, 0};
   EXPECT_TRUE(std::isnan(TwoPointStart(7, 11, hets, 50)));
-}
-
-TEST(TwoPointFrame, SeveralThreadsGetTheSameResults) {
-  // The pair store estimates pairs in parallel: no call may disturb another.
-  constexpr int kTables = 5000;
-  const int types[4] = {7, 8, 13, 4};
-  auto run = [&types](int which, float* out) {
-    for (int i = 0; i < kTables; ++i) {
-      float cells[9], lod = 0;
-      for (int k = 0; k < 9; ++k) cells[k] = static_cast<float>((i * 37 + k * k * 11) % 23);
-      TwoPointGuarded(types[which], which == 1 ? 1210 : 11, cells, out[i], lod);
-      out[i] += 1000 * lod;
-    }
-  };
-  std::vector<float> serial(4 * kTables), parallel(4 * kTables);
-  for (int w = 0; w < 4; ++w) run(w, &serial[kTables * w]);
-  std::vector<std::thread> threads;
-  for (int w = 0; w < 4; ++w) threads.emplace_back(run, w, &parallel[kTables * w]);
-  for (auto& t : threads) t.join();
-  int differ = 0;
-  for (int i = 0; i < 4 * kTables; ++i)
-    differ += !(serial[i] == parallel[i] || (std::isnan(serial[i]) && std::isnan(parallel[i])));
-  EXPECT_EQ(differ, 0);
 }
 
 }  // namespace
