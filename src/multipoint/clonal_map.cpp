@@ -102,41 +102,35 @@ struct Move {
   double log_likelihood = -HUGE_VAL;
 };
 
-// The frequency to start a new neighbour pair from.
-double StartFrequency(const std::vector<double>& rf, const std::vector<double>& cumulative,
-                      const std::vector<int>& where, int x, int y, int moved, int moved_from, double max_rf) {
+// The frequency to start a new neighbour pair from: theirs if they were neighbours, the two
+// either side composed where a marker left, half the gap a marker moved into, else the old
+// frequency of the interval at the same place.
+double StartFrequency(const std::vector<double>& rf,
+                      const std::vector<int>& where, int x, int y, int moved, int moved_from, int same, double max_rf) {
   const int a = where[static_cast<std::size_t>(x)], b = where[static_cast<std::size_t>(y)];
   if (std::abs(a - b) == 1) return rf[static_cast<std::size_t>(std::min(a, b))];
-  if (x != moved && y != moved) {
-    // The gap the moved marker left: the two frequencies either side of it, composed.
-    if (std::min(a, b) + 1 == moved_from && std::max(a, b) - 1 == moved_from) {
-      const double r1 = rf[static_cast<std::size_t>(moved_from - 1)], r2 = rf[static_cast<std::size_t>(moved_from)];
-      return Clamp(r1 * (1 - r2) + (1 - r1) * r2, max_rf);
-    }
-    return Clamp(std::abs(cumulative[static_cast<std::size_t>(a)] - cumulative[static_cast<std::size_t>(b)]), max_rf);
+  if (moved >= 0 && x != moved && y != moved && std::min(a, b) + 1 == moved_from && std::max(a, b) - 1 == moved_from) {
+    const double r1 = rf[static_cast<std::size_t>(moved_from - 1)], r2 = rf[static_cast<std::size_t>(moved_from)];
+    return Clamp(r1 * (1 - r2) + (1 - r1) * r2, max_rf);
   }
-  return kStartFrequency;
+  if (moved >= 0 && (x == moved || y == moved)) return kStartFrequency;
+  return Clamp(rf[static_cast<std::size_t>(std::clamp(same, 0, static_cast<int>(rf.size()) - 1))], max_rf);
 }
 
-Move ScoreMove(const ClonalCalls& calls, const ClonalChain& chain, int p, int q, const ClonalFitSettings& settings,
-               const std::vector<int>& where, const std::vector<double>& cum_first,
-               const std::vector<double>& cum_second, std::vector<double> (&buffers)[4]) {
+// The positions lo..hi rearranged as `arrangement` (old positions, in their new order), with
+// the marker from `moved_from` (or -1) the one that travelled.
+Move ScoreArrangement(const ClonalCalls& calls, const ClonalChain& chain, const std::vector<int>& arrangement,
+                      int lo, int moved_from, const ClonalFitSettings& settings, const std::vector<int>& where,
+                      std::vector<double> (&buffers)[4]) {
   const int length = static_cast<int>(chain.order.size());
   const int n = calls.num_individuals;
   Move move;
-  move.lo = std::min(p, q);
-  move.hi = std::max(p, q);
+  move.lo = lo;
+  move.hi = lo + static_cast<int>(arrangement.size()) - 1;
   ClonalRun& run = move.run;
-  auto take = [&](int k) {
+  for (const int k : arrangement) {
     run.markers.push_back(chain.order[static_cast<std::size_t>(k)]);
     run.phases.push_back(chain.phases[static_cast<std::size_t>(k)]);
-  };
-  if (q > p) {
-    for (int k = p + 1; k <= q; ++k) take(k);
-    take(p);
-  } else {
-    take(p);
-    for (int k = q; k < p; ++k) take(k);
   }
   const bool has_left = move.lo > 0, has_right = move.hi < length - 1;
   if (has_left) {
@@ -149,7 +143,7 @@ Move ScoreMove(const ClonalCalls& calls, const ClonalChain& chain, int p, int q,
     run.right = buffers[2].data();
     run.right_log = buffers[3].data();
   }
-  const int moved = chain.order[static_cast<std::size_t>(p)];
+  const int moved = moved_from < 0 ? -1 : chain.order[static_cast<std::size_t>(moved_from)];
   const std::size_t count = run.markers.size();
   run.rf_first.assign(count + 1, 0.5);
   run.rf_second.assign(count + 1, 0.5);
@@ -157,8 +151,9 @@ Move ScoreMove(const ClonalCalls& calls, const ClonalChain& chain, int p, int q,
     if ((j == 0 && !has_left) || (j == count && !has_right)) continue;
     const int x = j == 0 ? chain.order[static_cast<std::size_t>(move.lo - 1)] : run.markers[j - 1];
     const int y = j == count ? chain.order[static_cast<std::size_t>(move.hi + 1)] : run.markers[j];
-    run.rf_first[j] = StartFrequency(chain.rf_first, cum_first, where, x, y, moved, p, settings.max_rf);
-    run.rf_second[j] = StartFrequency(chain.rf_second, cum_second, where, x, y, moved, p, settings.max_rf);
+    const int same = move.lo - 1 + static_cast<int>(j);
+    run.rf_first[j] = StartFrequency(chain.rf_first, where, x, y, moved, moved_from, same, settings.max_rf);
+    run.rf_second[j] = StartFrequency(chain.rf_second, where, x, y, moved, moved_from, same, settings.max_rf);
   }
   run.error_rate = chain.error_rate;
   for (int round = 0; round < 2; ++round) {
@@ -192,12 +187,6 @@ void ApplyMove(Move& move, ClonalChain& chain, int n) {
       chain.pass.beta_log[to] = move.pass.beta_log[from];
     }
   chain.log_likelihood = move.log_likelihood;
-}
-
-std::vector<double> Cumulative(const std::vector<double>& rf) {
-  std::vector<double> c(rf.size() + 1, 0.0);
-  for (std::size_t k = 0; k < rf.size(); ++k) c[k + 1] = c[k] + rf[k];
-  return c;
 }
 
 bool ValidInput(int32_t num_individuals, const std::vector<char>& types, const std::vector<int32_t>& categories,
@@ -262,13 +251,30 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
       for (; alpha_valid < p - 1; ++alpha_valid) ForwardStep(calls, chain, alpha_valid + 1);
       std::vector<int> where(static_cast<std::size_t>(calls.num_markers), -1);
       for (int k = 0; k < length; ++k) where[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(k)])] = k;
-      const std::vector<double> cum_first = Cumulative(chain.rf_first), cum_second = Cumulative(chain.rf_second);
       Move best;
-      for (int q = std::max(0, p - reach); q <= std::min(length - 1, p + reach); ++q) {
-        if (q == p) continue;
-        Move move = ScoreMove(calls, chain, p, q, settings, where, cum_first, cum_second, buffers);
+      auto consider = [&](const std::vector<int>& arrangement, int lo, int moved_from) {
+        Move move = ScoreArrangement(calls, chain, arrangement, lo, moved_from, settings, where, buffers);
         if (move.log_likelihood > chain.log_likelihood + kMinMoveGain && move.log_likelihood > best.log_likelihood)
           best = std::move(move);
+      };
+      std::vector<int> arrangement;
+      for (int q = std::max(0, p - reach); q <= std::min(length - 1, p + reach); ++q) {
+        if (q == p) continue;
+        arrangement.clear();
+        if (q > p) {
+          for (int k = p + 1; k <= q; ++k) arrangement.push_back(k);
+          arrangement.push_back(p);
+        } else {
+          arrangement.push_back(p);
+          for (int k = q; k < p; ++k) arrangement.push_back(k);
+        }
+        consider(arrangement, std::min(p, q), p);
+      }
+      // Blocks turned end to end: orders from pairs often hold a run of markers backwards.
+      for (int end = p + 2; end <= std::min(length - 1, p + 2 * reach); ++end) {
+        arrangement.clear();
+        for (int k = end; k >= p; --k) arrangement.push_back(k);
+        consider(arrangement, p, -1);
       }
       if (best.log_likelihood == -HUGE_VAL) continue;
       ApplyMove(best, chain, n);
@@ -280,6 +286,61 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
     if (moves == 0) break;
   }
   return total;
+}
+
+int MoveClonalBlocks(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings, int max_span,
+                     int max_moves) {
+  std::vector<double> buffers[4];
+  int moves = 0;
+  for (; moves < max_moves; ++moves) {
+    const int length = static_cast<int>(chain.order.size());
+    if (length < 4) break;
+    // Cuts before each position whose interval from the one before is long for this chromosome,
+    // and at both ends: where orders from pairs put blocks of markers in the wrong place.
+    std::vector<double> combined;
+    for (std::size_t k = 0; k < chain.rf_first.size(); ++k) combined.push_back(chain.rf_first[k] + chain.rf_second[k]);
+    std::vector<double> sorted = combined;
+    std::nth_element(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2), sorted.end());
+    const double long_interval = std::max(3.0 * sorted[sorted.size() / 2], 0.05);
+    std::vector<int> cuts = {0};
+    for (int k = 1; k < length; ++k)
+      if (combined[static_cast<std::size_t>(k - 1)] >= long_interval) cuts.push_back(k);
+    cuts.push_back(length);
+    std::vector<int> where(static_cast<std::size_t>(calls.num_markers), -1);
+    for (int k = 0; k < length; ++k) where[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(k)])] = k;
+    Move best;
+    std::vector<int> arrangement;
+    auto consider = [&](int lo) {
+      Move move = ScoreArrangement(calls, chain, arrangement, lo, -1, settings, where, buffers);
+      if (move.log_likelihood > chain.log_likelihood + kMinMoveGain && move.log_likelihood > best.log_likelihood)
+        best = std::move(move);
+    };
+    auto append = [&](int from, int to, bool reversed) {
+      for (int k = 0; k < to - from; ++k) arrangement.push_back(reversed ? to - 1 - k : from + k);
+    };
+    for (std::size_t x = 0; x < cuts.size(); ++x)
+      for (std::size_t y = x + 1; y < cuts.size() && cuts[y] - cuts[x] <= max_span; ++y) {
+        const int a = cuts[x], b = cuts[y];
+        if (b - a >= 2) {
+          arrangement.clear();
+          append(a, b, true);
+          consider(a);
+        }
+        for (std::size_t z = y + 1; z < cuts.size() && cuts[z] - a <= max_span / 2; ++z) {
+          const int c = cuts[z];
+          for (int turn = 0; turn < 4; ++turn) {
+            arrangement.clear();
+            append(b, c, (turn & 1) != 0);
+            append(a, b, (turn & 2) != 0);
+            consider(a);
+          }
+        }
+      }
+    if (best.log_likelihood == -HUGE_VAL) break;
+    ApplyMove(best, chain, calls.num_individuals);
+    FitClonalChain(calls, chain, settings, false);
+  }
+  return moves;
 }
 
 std::vector<double> ClonalLinkageLods(const ClonalCalls& calls, const ClonalChain& chain) {
@@ -343,7 +404,11 @@ ClonalGroupMap MapClonalGroup(int32_t num_individuals, const std::vector<char>& 
   chain.order = start_order;
   chain.error_rate = fit.fixed_error.value_or(options.start_error_rate);
   map.em_iterations = FitClonalChain(calls, chain, fit, true);
-  if (options.polish_order) map.polish_moves = PolishClonalOrder(calls, chain, fit, options.reach, 10);
+  if (options.polish_order) {
+    map.polish_moves = PolishClonalOrder(calls, chain, fit, options.reach, 10);
+    const int blocks = MoveClonalBlocks(calls, chain, fit, 60, 50);
+    if (blocks > 0) map.polish_moves += blocks + PolishClonalOrder(calls, chain, fit, options.reach, 10);
+  }
   // Markers the chain gains nothing from leave the group, and the rest is fitted again.
   const std::vector<double> lods = ClonalLinkageLods(calls, chain);
   ClonalChain kept;

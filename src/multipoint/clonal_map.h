@@ -40,6 +40,12 @@ int FitClonalChain(const ClonalCalls& calls, ClonalChain& chain, const ClonalFit
 int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings, int reach,
                       int max_sweeps);
 
+// Blocks of markers between long intervals turned end to end or swapped with the next block
+// (either turned), within `max_span` positions; the best move that raises the likelihood is
+// taken and the chain refitted, until none does or `max_moves` are made. Returns moves.
+int MoveClonalBlocks(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings, int max_span,
+                     int max_moves);
+
 // Per position, log10 of how much likelier the chromosome is with the marker than without it.
 std::vector<double> ClonalLinkageLods(const ClonalCalls& calls, const ClonalChain& chain);
 
