@@ -38,15 +38,27 @@ int AlleleClass(int32_t category, int a1, int a2) {
   }
 }
 
-double Switch(double r, int from, int to) { return from == to ? 1.0 - r : r; }
 
-// pred(t) = sum_u prev(u) T(u, t) with the parents' own switches.
-void Transit(const double* prev, double ra, double rb, double* pred) {
-  for (int t = 0; t < kS; ++t) {
-    double sum = 0;
-    for (int u = 0; u < kS; ++u) sum += prev[u] * Switch(ra, u >> 1, t >> 1) * Switch(rb, u & 1, t & 1);
-    pred[t] = sum;
+// The transition is the first parent's switch times the second's, so it applies one parent at
+// a time: states are first homologue * 2 + second.
+void ApplySecond(const double* v, double rb, double* out) {
+  for (int u = 0; u < kS; u += 2) {
+    out[u] = v[u] * (1 - rb) + v[u + 1] * rb;
+    out[u + 1] = v[u] * rb + v[u + 1] * (1 - rb);
   }
+}
+void ApplyFirst(const double* v, double ra, double* out) {
+  for (int u = 0; u < 2; ++u) {
+    out[u] = v[u] * (1 - ra) + v[u + 2] * ra;
+    out[u + 2] = v[u] * ra + v[u + 2] * (1 - ra);
+  }
+}
+
+// pred(t) = sum_u prev(u) T(u, t); T is symmetric, so this serves backward steps as well.
+void Transit(const double* prev, double ra, double rb, double* pred) {
+  double half[kS];
+  ApplySecond(prev, rb, half);
+  ApplyFirst(half, ra, pred);
 }
 
 double Normalise(double* v) {
@@ -55,19 +67,23 @@ double Normalise(double* v) {
   return sum;
 }
 
-// Expected switches of each parent over an interval: xi(u, t) ∝ prev(u) T(u, t) next(t).
+// Expected switches of each parent over an interval: xi(u, t) ∝ prev(u) T(u, t) next(t). With
+// nb = the second parent's step applied to next, the first parent switches in
+// ra * sum_u prev(u) nb(u with the first homologue exchanged); likewise the second.
 void AddSwitches(const double* prev, const double* next, double ra, double rb, double& rec_a, double& rec_b) {
+  double nb[kS], na[kS], full[kS];
+  ApplySecond(next, rb, nb);
+  ApplyFirst(next, ra, na);
+  ApplyFirst(nb, ra, full);
   double total = 0, a = 0, b = 0;
-  for (int u = 0; u < kS; ++u)
-    for (int t = 0; t < kS; ++t) {
-      const double x = prev[u] * Switch(ra, u >> 1, t >> 1) * Switch(rb, u & 1, t & 1) * next[t];
-      total += x;
-      if ((u >> 1) != (t >> 1)) a += x;
-      if ((u & 1) != (t & 1)) b += x;
-    }
+  for (int u = 0; u < kS; ++u) {
+    total += prev[u] * full[u];
+    a += prev[u] * nb[u ^ 2];
+    b += prev[u] * na[u ^ 1];
+  }
   if (total > 0) {
-    rec_a += a / total;
-    rec_b += b / total;
+    rec_a += ra * a / total;
+    rec_b += rb * b / total;
   }
 }
 

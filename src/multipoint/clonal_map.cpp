@@ -156,10 +156,10 @@ Move ScoreArrangement(const ClonalCalls& calls, const ClonalChain& chain, const 
     run.rf_second[j] = StartFrequency(chain.rf_second, where, x, y, moved, moved_from, same, settings.max_rf);
   }
   run.error_rate = chain.error_rate;
-  for (int round = 0; round < 2; ++round) {
-    RunClonal(calls, run, true, false, move.pass);
-    Maximise(move.pass, n, has_left, has_right, settings.max_rf, run);
-  }
+  // One EM round from good starts: the phases of the markers at the new junctions, then the
+  // frequencies of the run's intervals.
+  RunClonal(calls, run, true, false, move.pass);
+  Maximise(move.pass, n, has_left, has_right, settings.max_rf, run);
   move.log_likelihood = RunClonal(calls, run, false, true, move.pass);
   return move;
 }
