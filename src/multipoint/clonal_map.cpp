@@ -243,11 +243,15 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
   const int n = calls.num_individuals;
   int total = 0;
   std::vector<double> buffers[4];
+  // The first sweep tries every marker, later ones only the neighbourhoods of the last moves.
+  std::vector<char> active(static_cast<std::size_t>(calls.num_markers), 1);
   for (int sweep = 0; sweep < max_sweeps; ++sweep) {
     const int length = static_cast<int>(chain.order.size());
     if (length < 3) break;
+    std::vector<char> next_active(active.size(), 0);
     int moves = 0, alpha_valid = length - 1;
     for (int p = 0; p < length; ++p) {
+      if (!active[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(p)])]) continue;
       for (; alpha_valid < p - 1; ++alpha_valid) ForwardStep(calls, chain, alpha_valid + 1);
       std::vector<int> where(static_cast<std::size_t>(calls.num_markers), -1);
       for (int k = 0; k < length; ++k) where[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(k)])] = k;
@@ -271,7 +275,7 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
         consider(arrangement, std::min(p, q), p);
       }
       // Blocks turned end to end: orders from pairs often hold a run of markers backwards.
-      for (int end = p + 2; end <= std::min(length - 1, p + 2 * reach); ++end) {
+      for (int end = p + 2; end <= std::min(length - 1, p + reach + 1); ++end) {
         arrangement.clear();
         for (int k = end; k >= p; --k) arrangement.push_back(k);
         consider(arrangement, p, -1);
@@ -279,8 +283,11 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
       if (best.log_likelihood == -HUGE_VAL) continue;
       ApplyMove(best, chain, n);
       alpha_valid = best.hi;
+      for (int k = std::max(0, best.lo - reach); k <= std::min(length - 1, best.hi + reach); ++k)
+        next_active[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(k)])] = 1;
       ++moves;
     }
+    active.swap(next_active);
     total += moves;
     FitClonalChain(calls, chain, settings, false);
     if (moves == 0) break;
@@ -338,8 +345,11 @@ int MoveClonalBlocks(const ClonalCalls& calls, ClonalChain& chain, const ClonalF
       }
     if (best.log_likelihood == -HUGE_VAL) break;
     ApplyMove(best, chain, calls.num_individuals);
-    FitClonalChain(calls, chain, settings, false);
+    // Fresh vectors everywhere for the next round's windows; the full fit waits for the end.
+    ClonalRun run = WholeRun(chain);
+    chain.log_likelihood = RunClonal(calls, run, false, true, chain.pass);
   }
+  if (moves > 0) FitClonalChain(calls, chain, settings, false);
   return moves;
 }
 
