@@ -275,7 +275,7 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
         consider(arrangement, std::min(p, q), p);
       }
       // Blocks turned end to end: orders from pairs often hold a run of markers backwards.
-      for (int end = p + 2; end <= std::min(length - 1, p + reach + 1); ++end) {
+      for (int end = p + 2; end <= std::min(length - 1, p + 2 * reach); ++end) {
         arrangement.clear();
         for (int k = end; k >= p; --k) arrangement.push_back(k);
         consider(arrangement, p, -1);
