@@ -353,6 +353,111 @@ int MoveClonalBlocks(const ClonalCalls& calls, ClonalChain& chain, const ClonalF
   return moves;
 }
 
+namespace {
+
+// ln L of the chromosome with `marker` (phase `phase`) also placed in the gap after position
+// `gap` (-1: before the first), halving that interval: the marker's calls count twice, which
+// shifts every gap alike, so the gaps far from its own place compare fairly.
+double GapScore(const ClonalCalls& calls, const ClonalChain& chain, int32_t marker, Phase phase, int gap) {
+  const int n = calls.num_individuals;
+  const int length = static_cast<int>(chain.order.size());
+  const ClonalEmission e = MakeClonalEmission(calls.categories[static_cast<std::size_t>(marker)], phase, chain.error_rate);
+  const bool inner = gap >= 0 && gap < length - 1;
+  const double ra = inner ? chain.rf_first[static_cast<std::size_t>(gap)] / 2 : kStartFrequency;
+  const double rb = inner ? chain.rf_second[static_cast<std::size_t>(gap)] / 2 : kStartFrequency;
+  ClonalEmission next_e{};
+  if (gap < length - 1)
+    next_e = MakeClonalEmission(calls.categories[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(gap + 1)])],
+                                chain.phases[static_cast<std::size_t>(gap + 1)], chain.error_rate);
+  double ll = 0;
+  for (int i = 0; i < n; ++i) {
+    double left[kS] = {0.25, 0.25, 0.25, 0.25}, right[kS] = {1, 1, 1, 1};
+    double logs = 0;
+    if (gap >= 0) {
+      const std::size_t cell = static_cast<std::size_t>(i) * static_cast<std::size_t>(length) + static_cast<std::size_t>(gap);
+      for (int u = 0; u < kS; ++u) left[u] = chain.pass.alpha[cell * kS + static_cast<std::size_t>(u)];
+      logs += chain.pass.alpha_log[cell];
+    }
+    if (gap < length - 1) {
+      const std::size_t cell = static_cast<std::size_t>(i) * static_cast<std::size_t>(length) + static_cast<std::size_t>(gap + 1);
+      const std::size_t code = calls.codes[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(gap + 1)]) * static_cast<std::size_t>(n) + static_cast<std::size_t>(i)];
+      for (int u = 0; u < kS; ++u) right[u] = chain.pass.beta[cell * kS + static_cast<std::size_t>(u)] * next_e[code * kS + static_cast<std::size_t>(u)];
+      logs += chain.pass.beta_log[cell];
+    }
+    double a[kS], b[kS];
+    for (int t = 0; t < kS; ++t) {
+      a[t] = 0;
+      b[t] = 0;
+      for (int u = 0; u < kS; ++u) {
+        const double tr = ((u >> 1) == (t >> 1) ? 1 - ra : ra) * ((u & 1) == (t & 1) ? 1 - rb : rb);
+        a[t] += left[u] * tr;
+        b[t] += tr * right[u];
+      }
+    }
+    const std::size_t code = calls.codes[static_cast<std::size_t>(marker) * static_cast<std::size_t>(n) + static_cast<std::size_t>(i)];
+    double sum = 0;
+    for (int t = 0; t < kS; ++t) sum += a[t] * e[code * kS + static_cast<std::size_t>(t)] * b[t];
+    ll += logs + std::log(sum);
+  }
+  return ll;
+}
+
+}  // namespace
+
+int RelocateClonalStrays(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings) {
+  std::vector<double> buffers[4];
+  int moves = 0;
+  const int length = static_cast<int>(chain.order.size());
+  if (length < 4) return 0;
+  std::vector<double> combined;
+  for (std::size_t k = 0; k < chain.rf_first.size(); ++k) combined.push_back(chain.rf_first[k] + chain.rf_second[k]);
+  std::vector<double> sorted = combined;
+  std::nth_element(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2), sorted.end());
+  const double long_interval = std::max(3.0 * sorted[sorted.size() / 2], 0.05);
+  std::vector<int32_t> strays;
+  for (int p = 0; p < length; ++p)
+    if ((p == 0 || combined[static_cast<std::size_t>(p - 1)] >= long_interval) &&
+        (p == length - 1 || combined[static_cast<std::size_t>(p)] >= long_interval))
+      strays.push_back(chain.order[static_cast<std::size_t>(p)]);
+  for (const int32_t marker : strays) {
+    const int p = static_cast<int>(std::find(chain.order.begin(), chain.order.end(), marker) - chain.order.begin());
+    double best = -HUGE_VAL;
+    int best_gap = p;
+    for (int gap = -1; gap < length; ++gap) {
+      if (gap == p || gap == p - 1) continue;
+      for (const Phase phase : PhaseChoices(calls.categories[static_cast<std::size_t>(marker)])) {
+        const double score = GapScore(calls, chain, marker, phase, gap);
+        if (score > best) {
+          best = score;
+          best_gap = gap;
+        }
+      }
+    }
+    if (best_gap == p) continue;
+    std::vector<int> arrangement;
+    int lo = 0;
+    if (best_gap > p) {
+      lo = p;
+      for (int k = p + 1; k <= best_gap; ++k) arrangement.push_back(k);
+      arrangement.push_back(p);
+    } else {
+      lo = best_gap + 1;
+      arrangement.push_back(p);
+      for (int k = best_gap + 1; k < p; ++k) arrangement.push_back(k);
+    }
+    std::vector<int> where(static_cast<std::size_t>(calls.num_markers), -1);
+    for (int k = 0; k < length; ++k) where[static_cast<std::size_t>(chain.order[static_cast<std::size_t>(k)])] = k;
+    Move move = ScoreArrangement(calls, chain, arrangement, lo, p, settings, where, buffers);
+    if (move.log_likelihood <= chain.log_likelihood + kMinMoveGain) continue;
+    ApplyMove(move, chain, calls.num_individuals);
+    ClonalRun run = WholeRun(chain);
+    chain.log_likelihood = RunClonal(calls, run, false, true, chain.pass);
+    ++moves;
+  }
+  if (moves > 0) FitClonalChain(calls, chain, settings, false);
+  return moves;
+}
+
 std::vector<double> ClonalLinkageLods(const ClonalCalls& calls, const ClonalChain& chain) {
   const int length = static_cast<int>(chain.order.size());
   const int n = calls.num_individuals;
@@ -416,7 +521,7 @@ ClonalGroupMap MapClonalGroup(int32_t num_individuals, const std::vector<char>& 
   map.em_iterations = FitClonalChain(calls, chain, fit, true);
   if (options.polish_order) {
     map.polish_moves = PolishClonalOrder(calls, chain, fit, options.reach, 10);
-    const int blocks = MoveClonalBlocks(calls, chain, fit, 60, 50);
+    const int blocks = MoveClonalBlocks(calls, chain, fit, 60, 50) + RelocateClonalStrays(calls, chain, fit);
     if (blocks > 0) map.polish_moves += blocks + PolishClonalOrder(calls, chain, fit, options.reach, 10);
   }
   // Markers the chain gains nothing from leave the group, and the rest is fitted again.

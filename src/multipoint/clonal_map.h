@@ -46,6 +46,10 @@ int PolishClonalOrder(const ClonalCalls& calls, ClonalChain& chain, const Clonal
 int MoveClonalBlocks(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings, int max_span,
                      int max_moves);
 
+// Markers with a long interval on each side (or at an end, on its one side) are put in the gap
+// anywhere in the chromosome where they fit best, if the chromosome is likelier so. Returns moves.
+int RelocateClonalStrays(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings);
+
 // Per position, log10 of how much likelier the chromosome is with the marker than without it.
 std::vector<double> ClonalLinkageLods(const ClonalCalls& calls, const ClonalChain& chain);
 
