@@ -7,6 +7,7 @@
 #include "engine/map_state.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
+#include "multipoint/clonal_map.h"
 #include "pipeline/group_layout.h"
 #include "pipeline/pipeline_steps.h"
 #include "prep/group_names_from_loci.h"
@@ -60,7 +61,18 @@ struct GroupMapping {
   GroupLayout layout;
   const char* method;        // for the record: which distances the map holds
   bool estimates_error_rate;  // whether layout.error_rate is an estimate
+  // Clonal groups from the chain: phases per position of layout.order, each parent's length.
+  bool chain_phases = false;
+  std::vector<Phase> phases;
+  double parental_cm[2] = {0, 0};
 };
+
+MultipointOptions OptionsFor(const MapPipelineSettings& settings, const MapToolInput& data) {
+  MultipointOptions options;
+  options.error_rate = settings.error_rate;
+  options.mapping_function = data.mapping_function;
+  return options;
+}
 
 // The one step that gives a group its order and distances: a start order from the pairs, then
 // the group's map in that order. `markers` are 1-based input numbers.
@@ -73,15 +85,22 @@ GroupMapping MapOneGroup(const PairTable& pairs, const MapPipelineSettings& sett
   // at once, with an error model: two-point frequencies alone let each genotyping error add two
   // crossovers and cannot tell how little a dominant and a recessive neighbour share.
   if (settings.tool_code == kMapToolCode && markers.size() >= 2) {
-    MultipointOptions options;
-    options.error_rate = settings.error_rate;
-    options.mapping_function = data.mapping_function;
     GroupLayout layout = MapGroupMultipoint(data.population_type, data.population_size, GroupGenotypes(data, markers),
-                                            kinds, start, options);
-    if (layout.ok) return {std::move(layout), "multipoint likelihood with an error model", true};
+                                            kinds, start, OptionsFor(settings, data));
+    if (layout.ok) return {std::move(layout), "multipoint likelihood with an error model", true, false, {}, {}};
+  }
+  // Clonal groups likewise, with both parents' meioses and phases in the chain: pairs of markers
+  // that share no parent (A=B beside C=D) say nothing about their distance, the chromosome does.
+  if (settings.tool_code == kClonalToolCode && markers.size() >= 2) {
+    ClonalGroupMap clonal = MapClonalGroup(data.population_size, GroupGenotypes(data, markers), kinds, start,
+                                           OptionsFor(settings, data));
+    if (clonal.map.ok) {
+      return {std::move(clonal.map), "multipoint likelihood of both parents' meioses with an error model", true, true,
+              std::move(clonal.phases), {clonal.first_length_cm, clonal.second_length_cm}};
+    }
   }
   return {GroupMapFromTwoPoint(pairs, data.mapping_function, markers, start),
-          "two-point frequencies of neighbouring markers", false};
+          "two-point frequencies of neighbouring markers", false, false, {}, {}};
 }
 
 // The groups' layouts laid end to end: the linked markers in map order with their positions,
@@ -94,7 +113,34 @@ struct PlacedGroups {
   double error_sum = 0.0;  // estimated error rates weighed by the markers placed with them
   int64_t error_weight = 0;
   std::vector<GenotypeCell> suspects;
+  // Clonal: phase signs of the placed markers and each group's parental lengths, while every
+  // group of two or more markers came from the chain.
+  bool chain_phases = true;
+  std::vector<int8_t> phase_signs[2];
+  std::vector<float> parental_cm[2];
 };
+
+// Each position's phase in each parent as a sign against the group's first marker that
+// segregates in that parent.
+void AddPhaseSigns(const MapToolInput& data, const std::vector<int32_t>& markers, const GroupMapping& mapping,
+                   PlacedGroups& placed) {
+  const GroupLayout& layout = mapping.layout;
+  for (int parent = 0; parent < 2; ++parent) {
+    int first = -1;
+    for (std::size_t k = 0; k < layout.order.size(); ++k) {
+      const int32_t category = data.markers.categories[static_cast<size_t>(markers[static_cast<size_t>(layout.order[k])] - 1)];
+      int8_t sign = 1;
+      if (mapping.chain_phases && SegregatesIn(category, parent)) {
+        const int phase = parent == 0 ? mapping.phases[k].first : mapping.phases[k].second;
+        if (first < 0) first = phase;
+        sign = phase == first ? 1 : -1;
+      }
+      placed.phase_signs[parent].push_back(sign);
+    }
+    if (!layout.order.empty()) placed.parental_cm[parent].push_back(static_cast<float>(mapping.parental_cm[parent]));
+  }
+  if (!mapping.chain_phases && layout.order.size() >= 2) placed.chain_phases = false;
+}
 
 PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
                          const MapModel& map, UniformStream& random) {
@@ -115,6 +161,7 @@ PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& sett
       placed.position.push_back(static_cast<float>(layout.positions_cm[k]));
     }
     for (const int32_t k : layout.dropped) placed.dropped.push_back(markers[static_cast<size_t>(k)]);
+    if (settings.tool_code == kClonalToolCode) AddPhaseSigns(data, markers, mapping, placed);
     if (!layout.order.empty()) placed.group_size.push_back(static_cast<int32_t>(layout.order.size()));
     for (const SuspectCall& call : layout.suspects)
       placed.suspects.push_back({markers[static_cast<size_t>(call.marker)], call.individual});
@@ -165,6 +212,11 @@ void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, cons
   }
   record.dropped = placed.dropped;
   record.suspects = placed.suspects;
+  if (settings.tool_code == kClonalToolCode && placed.chain_phases)
+    for (int parent = 0; parent < 2; ++parent) {
+      record.phase_signs[parent] = placed.phase_signs[parent];
+      record.parental_lengths_cm[parent] = placed.parental_cm[parent];
+    }
   if (settings.ordering.around_frame) {
     record.ordering_note = "co-dominant markers ordered first, the others placed where their pairs with them fit best";
     if (!placed.unframed.empty())

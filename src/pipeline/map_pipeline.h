@@ -108,6 +108,11 @@ struct MapPipelineRecord {
   int64_t genotypes_set_missing = 0;  // by the error scan, in the corrected data set
   std::string corrected_file;
   std::vector<ParentalMap> parental_maps;  // clonal: the first parent's, then the second's
+  // Clonal maps from the multipoint chain: each mapped marker's phase sign in each parent (map
+  // order, +1 in the phase of its group's first marker segregating in that parent) and each
+  // group's length in each parent. Empty when the pairs give them.
+  std::vector<int8_t> phase_signs[2];
+  std::vector<float> parental_lengths_cm[2];
   std::vector<std::string> files_written;
   std::vector<std::string> warnings;
   std::vector<std::pair<std::string, double>> stage_seconds;  // wall clock

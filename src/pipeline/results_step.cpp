@@ -79,8 +79,19 @@ void WriteResults(const MapPipelineSettings& settings, MapToolInput& data, const
     ClonalLayout layout;
     layout.category = data.markers.categories;
     FillLayout(data, map, group_names, layout);
-    for (const ClonalView parent : {ClonalView::kFirstParent, ClonalView::kSecondParent})
-      record.parental_maps.push_back(ParentalMapOf(ClonalSummary(layout, pairs, parent)));
+    layout.phase_first = record.phase_signs[0];
+    layout.phase_second = record.phase_signs[1];
+    for (const ClonalView parent : {ClonalView::kFirstParent, ClonalView::kSecondParent}) {
+      ParentalMap summary = ParentalMapOf(ClonalSummary(layout, pairs, parent));
+      // The chain's own parental lengths, where it made the map, over the pairs' neighbours.
+      const std::vector<float>& chain = record.parental_lengths_cm[parent == ClonalView::kFirstParent ? 0 : 1];
+      if (chain.size() == summary.group_lengths_cm.size()) {
+        summary.group_lengths_cm = chain;
+        summary.total_cm = 0.0f;
+        for (const float length : chain) summary.total_cm += length;
+      }
+      record.parental_maps.push_back(std::move(summary));
+    }
     record.genotypes_set_missing = WriteClonalResults(layout, pairs, files, settings.switches, random);
   } else {
     MapLayout layout;

@@ -63,7 +63,9 @@ int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pai
   }
   const std::vector<ChromosomeRecord> chromosomes = LinkedChromosomes(record);
 
-  const PhaseSigns signs = ClonalPhaseSigns(map, pairs);
+  const bool mapped_phases = map.phase_first.size() == static_cast<std::size_t>(map.num_mapped) &&
+                             map.phase_second.size() == static_cast<std::size_t>(map.num_mapped);
+  const PhaseSigns signs = mapped_phases ? PhaseSigns{map.phase_first, map.phase_second} : ClonalPhaseSigns(map, pairs);
   const Haplotypes phased = ClonalHaplotypes(map, signs, input);
   std::string scanned = phased.genotypes;
   std::vector<int32_t> classes;
