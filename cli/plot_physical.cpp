@@ -106,12 +106,15 @@ Drawing DrawPhysical(const std::string& title, const std::vector<PhysicalPanel>&
     }
     d.Text(x_label, left + 0.5 * kPlotW, top + kPlotH + 30.0, 9.0, TextAnchor::kMiddle, kAxis);
     d.Add(TextShape{"cM", left - 34.0, top + 0.5 * kPlotH, 9.0, false, TextAnchor::kMiddle, kAxis, true});
-    std::string heading = p.chromosome;
-    if (p.groups.size() > 1 || p.groups.front() != p.chromosome) {
-      heading += ":";
-      for (const std::string& g : p.groups) heading += " " + g;
+    // The heading names the panel's groups, each in the colour of its dots.
+    double x = left;
+    const std::string chromosome = p.chromosome + (p.groups.size() > 1 || p.groups.front() != p.chromosome ? ":" : "");
+    d.Text(chromosome, x, top - 8.0, kFont, TextAnchor::kStart, kInk, true);
+    x += CairoBoldTextWidth(chromosome, kFont);
+    for (std::size_t g = 0; g < p.groups.size() && chromosome.back() == ':'; ++g) {
+      d.Text(p.groups[g], x + 5.0, top - 8.0, kFont, TextAnchor::kStart, kSeries[g % std::size(kSeries)], true);
+      x += 5.0 + CairoBoldTextWidth(p.groups[g], kFont);
     }
-    d.Text(heading, left, top - 8.0, kFont, TextAnchor::kStart, kInk, true);
     for (const PhysicalDot& dot : p.dots)
       d.Add(DotShape{X(dot.position / unit), Y(dot.cm), 2.2, kSeries[dot.series % std::size(kSeries)]});
   }
