@@ -223,11 +223,11 @@ void DrawScale(Drawing& d, const ChartGeometry& g, const ChartRow& row) {
   const double axis_x = kMargin + kAxisWidth - 16.0;
   d.Line(axis_x, g.Y(row, row.min_cm), axis_x, g.Y(row, row.max_cm), 1.0, kAxisInk);
   const double step = ScaleStep(g.px_per_cm);
-  for (double cm = row.min_cm; cm <= row.max_cm + 1e-9; cm += step) {
-    const double y = g.Y(row, cm);
-    d.Line(axis_x - 4.0, y, axis_x, y, 1.0, kAxisInk);
-    d.Text(FormatNumber(cm), axis_x - 6.0, y + 3.0, 9.0, TextAnchor::kEnd, kAxisInk);
-  }
+  // Ticks first, then numbers: like shapes in a run make a smaller file.
+  for (double cm = row.min_cm; cm <= row.max_cm + 1e-9; cm += step)
+    d.Line(axis_x - 4.0, g.Y(row, cm), axis_x, g.Y(row, cm), 1.0, kAxisInk);
+  for (double cm = row.min_cm; cm <= row.max_cm + 1e-9; cm += step)
+    d.Text(FormatNumber(cm), axis_x - 6.0, g.Y(row, cm) + 3.0, 9.0, TextAnchor::kEnd, kAxisInk);
   d.Text("cM", axis_x, g.Y(row, row.min_cm) - 8.0, 9.0, TextAnchor::kMiddle, kAxisInk);
 }
 

@@ -88,6 +88,9 @@ inline constexpr const char* kFontFamily = "DejaVu Sans, Liberation Sans, Arial,
 enum class PictureFormat { kSvg, kPdf, kPng };
 const char* ExtensionOf(PictureFormat format);  // "svg", "pdf", "png"
 
+// The PNG file bytes of an image shape (cairo encodes them), for embedding in SVG.
+std::string PngOfImage(const ImageShape& image);
+
 // The SVG text of a drawing: shapes as elements, text as <text> in the named font family.
 std::string SvgText(const Drawing& drawing);
 

@@ -102,7 +102,7 @@ class SvgWriter {
     Close();
     out_ += "<image x=\"" + Num(s.x) + "\" y=\"" + Num(s.y) + "\" width=\"" + std::to_string(s.width) +
             "\" height=\"" + std::to_string(s.height) +
-            "\" style=\"image-rendering:pixelated\" href=\"data:image/png;base64," + Base64(PngBytes(s)) + "\"/>\n";
+            "\" style=\"image-rendering:pixelated\" href=\"data:image/png;base64," + Base64(PngOfImage(s)) + "\"/>\n";
   }
   std::string Finish() {
     Close();
@@ -121,18 +121,9 @@ class SvgWriter {
     path_style_.clear();
     text_style_.clear();
   }
-  static std::string PngBytes(const ImageShape& s);
-
   std::string out_, path_style_, text_style_;
 };
 
-}  // namespace
-
-// Defined with the cairo renderer, which encodes the PNG.
-std::string PngOfImage(const ImageShape& image);
-
-namespace {
-std::string SvgWriter::PngBytes(const ImageShape& s) { return PngOfImage(s); }
 }  // namespace
 
 std::string SvgText(const Drawing& drawing) {

@@ -225,6 +225,33 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   EXPECT_EQ(cell(2, 4), none);    // markers 1 and 6: frequency clipped to 0.5
   EXPECT_EQ(cell(2, 2), (gaecli::Rgb{32, 32, 32}));  // the diagonal
   EXPECT_EQ(png.At(h.matrix_left + 3 * 40, h.matrix_top + 20), (gaecli::Rgb{255, 255, 255}));  // the boundary
+
+  // As SVG the heat map keeps the names as text on both axes, and embeds the matrix as a PNG of
+  // the matrix's size.
+  const std::string heat_svg = gaecli::SvgText(gaecli::DrawHeatMap(sources.heat, h));
+  ASSERT_TRUE(testing::CheckXml(heat_svg).ok);
+  const std::vector<std::string> heat_texts = SvgTexts(heat_svg);
+  EXPECT_EQ(std::count(heat_texts.begin(), heat_texts.end(), "M6"), 2);
+  EXPECT_EQ(std::count(heat_texts.begin(), heat_texts.end(), "LongMarkerNameNumbe"), 4);
+  std::smatch embedded;
+  ASSERT_TRUE(std::regex_search(heat_svg, embedded, std::regex("base64,([A-Za-z0-9+/=]+)")));
+  std::string bytes;
+  uint32_t bits = 0;
+  int count = 0;
+  const std::string digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  for (char c : embedded[1].str()) {
+    if (c == '=') break;
+    bits = (bits << 6) | static_cast<uint32_t>(digits.find(c));
+    if ((count += 6) >= 8) bytes += static_cast<char>((bits >> (count -= 8)) & 0xFF);
+  }
+  ASSERT_GT(bytes.size(), 24u);
+  EXPECT_EQ(bytes.substr(1, 3), "PNG");
+  auto be32 = [&](std::size_t at) {
+    return (static_cast<uint8_t>(bytes[at]) << 24) | (static_cast<uint8_t>(bytes[at + 1]) << 16) |
+           (static_cast<uint8_t>(bytes[at + 2]) << 8) | static_cast<uint8_t>(bytes[at + 3]);
+  };
+  EXPECT_EQ(be32(16), h.matrix_side);  // the header's width and height
+  EXPECT_EQ(be32(20), h.matrix_side);
 }
 
 // A summary of one group "Chromsome1" in the fixed columns of the reports. The tool's further
@@ -334,7 +361,8 @@ TEST(ChartRows, WrappingKeepsEveryGroupWholeOnOneRow) {
     const int groups = 1 + static_cast<int>(random() % 40);
     std::set<std::string> single;
     for (int b = 0; b < groups; ++b) {
-      gaecli::ChartBlock block{"G" + std::to_string(b), {}};
+      // Names are the user's: markup characters in them stay text.
+      gaecli::ChartBlock block{b == 0 ? "R&D <1>" : "G" + std::to_string(b), {}};
       const int bars = trial % 3 == 0 ? 1 + static_cast<int>(random() % 3) : 1;
       for (int k = 0; k < bars; ++k) {
         gaecli::ChartBar bar{"map" + std::to_string(k), {}};
@@ -342,6 +370,7 @@ TEST(ChartRows, WrappingKeepsEveryGroupWholeOnOneRow) {
         float cm = 0.0f;
         for (int m = 0; m < n; ++m, cm += static_cast<float>(random() % 80) / 10.0f)
           bar.ticks.push_back({std::string(1 + random() % 12, 'x').append(std::to_string(m)), cm});
+        if (b == 0) bar.ticks[0].name = "a&b<\"c\">";
         block.bars.push_back(std::move(bar));
       }
       if (!gaecli::IsDrawn(block)) single.insert(block.title);
@@ -375,8 +404,14 @@ TEST(ChartRows, WrappingKeepsEveryGroupWholeOnOneRow) {
     for (std::size_t b = 0; b < chart.blocks.size(); ++b)
       if (gaecli::IsDrawn(chart.blocks[b])) drawn.push_back(b);
     ASSERT_EQ(placed, drawn) << trial;
-    const std::vector<std::string> texts = SvgTexts(gaecli::SvgText(gaecli::DrawChart(chart, g)));
+    const std::string svg = gaecli::SvgText(gaecli::DrawChart(chart, g));
+    const testing::XmlCheck xml = testing::CheckXml(svg);
+    ASSERT_TRUE(xml.ok) << xml.error;
+    const std::vector<std::string> texts = SvgTexts(svg);
     ASSERT_EQ(std::count(texts.begin(), texts.end(), "cM"), static_cast<long>(g.rows.size())) << trial;
+    if (gaecli::IsDrawn(chart.blocks[0])) {
+      ASSERT_NE(std::find(texts.begin(), texts.end(), chart.blocks[0].bars[0].ticks[0].name), texts.end());
+    }
     std::string note;
     for (const std::string& line : g.note) note += line + " ";
     for (const std::string& title : single) ASSERT_NE(note.find(" " + title + " ("), std::string::npos) << note;
@@ -388,20 +423,20 @@ TEST(ChartRows, WrappingKeepsEveryGroupWholeOnOneRow) {
 
 TEST(GroupNames, TheChromosomeMostMarkersComeFrom) {
   struct Case {
-    std::vector<std::vector<std::string>> chromosomes;
-    std::vector<std::string> expected;
+    std::vector<std::vector<std::string>> chromosomes;  // of each group's markers, "" unknown
+    std::vector<std::string> names, chosen;
   };
+  const std::vector<std::string> reports = {"Chromsome1", "Chromsome2", "Chromsome3"};
   const Case cases[] = {
-      {{{"1A", "1A", "2B"}, {"2B"}}, {"1A", "2B"}},
-      {{{"", ""}, {"3D"}}, {"Chromsome1", "3D"}},                    // nothing known: the report's name
-      {{{"1A", "2B", "2B", "1A"}, {}}, {"1A", "Chromsome2"}},        // a tie: the first in map order
-      {{{"1A"}, {"5"}, {"1A", ""}}, {"1A.1", "5", "1A.2"}},          // one chromosome, two groups
+      {{{"1A", "1A", "2B"}, {"2B"}, {}}, {"1A", "2B", "Chromsome3"}, {"1A", "2B", ""}},
+      {{{"", ""}, {"3D"}, {}}, {"Chromsome1", "3D", "Chromsome3"}, {"", "3D", ""}},  // nothing known
+      {{{"1A", "2B", "2B", "1A"}, {}, {}}, {"1A", "Chromsome2", "Chromsome3"}, {"1A", "", ""}},  // tie: first
+      {{{"1A"}, {"5"}, {"1A", ""}}, {"1A.1", "5", "1A.2"}, {"1A", "5", "1A"}},  // one chromosome, two groups
   };
   for (const Case& c : cases) {
     std::vector<std::string> chosen;
-    EXPECT_EQ(gaecli::NameGroups(c.chromosomes, {"Chromsome1", "Chromsome2", "Chromsome3"}, &chosen)[0], c.expected[0]);
-    const auto names = gaecli::NameGroups(c.chromosomes, {"Chromsome1", "Chromsome2", "Chromsome3"});
-    EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + c.expected.size()), c.expected);
+    EXPECT_EQ(gaecli::NameGroups(c.chromosomes, reports, &chosen), c.names);
+    EXPECT_EQ(chosen, c.chosen);
   }
 }
 
