@@ -1,6 +1,7 @@
 #include "plot_physical.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <map>
 
@@ -43,6 +44,29 @@ Axis AxisOver(double lo, double hi) {
   return a;
 }
 
+// Chromosome names in the order a genome lists them: runs of digits compare as numbers, so
+// 2H comes before 10H.
+bool GenomeOrder(const std::string& a, const std::string& b) {
+  std::size_t i = 0, j = 0;
+  while (i < a.size() && j < b.size()) {
+    const bool da = std::isdigit(static_cast<unsigned char>(a[i])), db = std::isdigit(static_cast<unsigned char>(b[j]));
+    if (da && db) {
+      std::size_t ei = i, ej = j;
+      while (ei < a.size() && std::isdigit(static_cast<unsigned char>(a[ei]))) ++ei;
+      while (ej < b.size() && std::isdigit(static_cast<unsigned char>(b[ej]))) ++ej;
+      const std::string na = a.substr(i, ei - i), nb = b.substr(j, ej - j);
+      if (na.size() != nb.size() || na != nb) return na.size() != nb.size() ? na.size() < nb.size() : na < nb;
+      i = ei;
+      j = ej;
+    } else {
+      if (a[i] != b[j]) return a[i] < b[j];
+      ++i;
+      ++j;
+    }
+  }
+  return a.size() - i < b.size() - j;
+}
+
 }  // namespace
 
 std::vector<PhysicalPanel> PhysicalPanels(const PlotSources& s) {
@@ -64,6 +88,8 @@ std::vector<PhysicalPanel> PhysicalPanels(const PlotSources& s) {
     panels[panel_of[c]].dots.push_back({*l.position, l.cm, series_of[l.group]});
   }
   std::erase_if(panels, [](const PhysicalPanel& p) { return p.dots.empty(); });
+  std::stable_sort(panels.begin(), panels.end(),
+                   [](const PhysicalPanel& x, const PhysicalPanel& y) { return GenomeOrder(x.chromosome, y.chromosome); });
   return panels;
 }
 

@@ -24,7 +24,8 @@ struct PhysicalPanel {
   std::vector<PhysicalDot> dots;
 };
 
-// One panel per chromosome that names a group, in group order, holding the markers of those
+// One panel per chromosome that names a group, in the genome's order (numbers in names compare
+// as numbers), holding the markers of those
 // groups that the table puts on that chromosome with a position. Empty when there is no table
 // or it gives no positions.
 std::vector<PhysicalPanel> PhysicalPanels(const PlotSources& sources);

@@ -22,6 +22,7 @@
 #include "plot_group_names.h"
 #include "plot_heatmap.h"
 #include "plot_label_spread.h"
+#include "plot_physical.h"
 #include "plot_sources.h"
 #include "plot_sum_file.h"
 #include "report/map_layout.h"
@@ -440,6 +441,29 @@ TEST(GroupNames, TheChromosomeMostMarkersComeFrom) {
   }
 }
 
+// Map against genome: a panel per chromosome in the genome's order, holding the markers of the
+// groups named after it that the table puts there with a position.
+TEST(PhysicalPanels, ChromosomesInGenomeOrderWithTheirOwnMarkers) {
+  gaecli::PlotSources s;
+  s.group_names = {"10H", "2H.1", "Chromsome3", "2H.2"};
+  s.group_chromosomes = {"10H", "2H", "", "2H"};
+  using L = gaecli::PlotSources::Locus;
+  s.loci = {L{0, "10H", 5e6, 0.0f}, L{0, "10H", 9e6, 12.0f}, L{0, "2H", 1e6, 20.0f},  // the last: elsewhere
+            L{1, "2H", 3e6, 0.0f},  L{1, "2H", std::nullopt, 4.0f},                  // no position
+            L{2, "7H", 2e6, 0.0f},  L{3, "2H", 8e7, 0.0f},  L{3, "2H", 9e7, 30.0f}};
+  const std::vector<gaecli::PhysicalPanel> panels = gaecli::PhysicalPanels(s);
+  ASSERT_EQ(panels.size(), 2u);
+  EXPECT_EQ(panels[0].chromosome, "2H");
+  EXPECT_EQ(panels[0].groups, (std::vector<std::string>{"2H.1", "2H.2"}));
+  ASSERT_EQ(panels[0].dots.size(), 3u);
+  EXPECT_EQ(panels[0].dots[2].series, 1u);
+  EXPECT_DOUBLE_EQ(panels[0].dots[2].cm, 30.0);
+  EXPECT_EQ(panels[1].chromosome, "10H");
+  EXPECT_EQ(panels[1].dots.size(), 2u);
+  const std::vector<std::string> texts = SvgTexts(gaecli::SvgText(gaecli::DrawPhysical("t", panels)));
+  EXPECT_EQ(std::count(texts.begin(), texts.end(), "Physical position (Mb)"), 2);
+}
+
 int Gaengine(const std::string& arguments) {
   const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine " + arguments + " > out.txt 2>&1";
   const int status = std::system(command.c_str());
@@ -515,7 +539,12 @@ TEST_F(Pictures, OneGroupByTheUsersChromosomeName) {
     if (all.count(t)) shown.insert(t);
   EXPECT_EQ(shown, expected);
   EXPECT_LT(svg.size(), 2048 * expected.size());
-  const std::vector<std::string> physical = SvgTexts(testing::ReadText("f2." + group + ".physical.svg"));
+  // A dot for each of the group's markers: the table puts them all on the group's chromosome.
+  const std::string physical_svg = testing::ReadText("f2." + group + ".physical.svg");
+  std::size_t dots = 0;
+  for (std::size_t at = 0; (at = physical_svg.find("<circle ", at)) != std::string::npos; ++at) ++dots;
+  EXPECT_EQ(dots, expected.size());
+  const std::vector<std::string> physical = SvgTexts(physical_svg);
   EXPECT_NE(std::find(physical.begin(), physical.end(), group), physical.end());
   EXPECT_NE(std::find(physical.begin(), physical.end(), "Physical position (Mb)"), physical.end());
   EXPECT_NE(Gaengine("plot f2.map --group 9H"), 0);
