@@ -94,9 +94,23 @@ bool ReadInputMarkers(const std::string& path, gae::MapTool tool, InputMarkers& 
   return true;
 }
 
-ChartBar BarOf(const SumFile& sum, int32_t group, const std::string& title) {
+// The whole input names of a summary's markers, in its order. A summary cuts names to 19
+// characters; names cut alike go to their markers in input order over the whole file.
+std::vector<std::string> WholeNames(const SumFile& sum, const std::vector<std::string>& input_names) {
+  std::vector<std::string> printed;
+  for (const SumMarker& m : sum.markers) printed.push_back(m.name);
+  const std::vector<int64_t> numbers = MatchMarkerNumbers(printed, input_names);
+  for (std::size_t k = 0; k < numbers.size(); ++k)
+    if (numbers[k] > 0) printed[k] = gae::fmt::Trim(input_names[numbers[k] - 1]);
+  return printed;
+}
+
+// One map of a group, its markers named as the input file names them.
+// `whole`: WholeNames of the summary.
+ChartBar BarOf(const SumFile& sum, int32_t group, const std::string& title, const std::vector<std::string>& whole) {
   ChartBar bar{title, {}};
-  for (const SumMarker* m : sum.MarkersOf(group)) bar.ticks.push_back({m->name, m->position});
+  for (std::size_t k = 0; k < sum.markers.size(); ++k)
+    if (sum.markers[k].group == group) bar.ticks.push_back({whole[k], sum.markers[k].position});
   return bar;
 }
 
@@ -111,7 +125,7 @@ void AddConsensusBlocks(const std::string& group_name, const ChartBar& consensus
     ChartBar bar{gae::fmt::Trim(input.map_names[c]), {}};
     bool shares = false;
     for (int32_t k = 0; k < input.maps[c].NumMarkers(); ++k) {
-      bar.ticks.push_back({PrintedName(input.maps[c].marker_names[k]), input.maps[c].positions[k]});
+      bar.ticks.push_back({gae::fmt::Trim(input.maps[c].marker_names[k]), input.maps[c].positions[k]});
       shares = shares || names.count(bar.ticks.back().name) > 0;
     }
     if (shares) shared.push_back(std::move(bar));
@@ -253,29 +267,32 @@ bool LoadPlotSources(const std::string& input_path, gae::MapTool tool, PlotSourc
       return false;
     }
   }
-  heat.names = printed;
+  heat.names = WholeNames(sum, input.names);
   NameTheGroups(input_path, sum, input.names, out);
 
   std::vector<ChartBlock>& blocks = out.chart.blocks;
+  const std::vector<std::string> whole = WholeNames(sum, input.names);
   // A pure-line map is one map, like a bi-parental one.
   if (tool == gae::MapTool::kMAP || tool == gae::MapTool::kPLM) {
     out.chart.title = name + ": " + std::to_string(sum.markers.size()) + " markers on " +
                       std::to_string(sum.groups.size()) + " linkage groups";
     for (std::size_t k = 0; k < sum.groups.size(); ++k)
-      blocks.push_back({out.group_names[k], {BarOf(sum, sum.groups[k].number, out.group_names[k])}});
+      blocks.push_back({out.group_names[k], {BarOf(sum, sum.groups[k].number, out.group_names[k], whole)}});
   } else if (tool == gae::MapTool::kCDM) {
     SumFile first, second;
     if (!ReadSum(out.stem + ".sumf", first, error) || !ReadSum(out.stem + ".summ", second, error)) return false;
     out.chart.title = name + ": combined map between the maps of the two parents";
+    const std::vector<std::string> whole_first = WholeNames(first, input.names), whole_second = WholeNames(second, input.names);
     for (std::size_t k = 0; k < sum.groups.size(); ++k) {
       const int32_t number = sum.groups[k].number;
-      blocks.push_back({out.group_names[k], {BarOf(first, number, "Parent 1"), BarOf(sum, number, "Combined"),
-                                             BarOf(second, number, "Parent 2")}});
+      blocks.push_back({out.group_names[k], {BarOf(first, number, "Parent 1", whole_first),
+                                             BarOf(sum, number, "Combined", whole),
+                                             BarOf(second, number, "Parent 2", whole_second)}});
     }
   } else {
     out.chart.title = name + ": consensus map beside each of the " + std::to_string(input.maps.size()) + " input maps";
     for (std::size_t k = 0; k < sum.groups.size(); ++k) {
-      AddConsensusBlocks(out.group_names[k], BarOf(sum, sum.groups[k].number, "Consensus"), input, blocks);
+      AddConsensusBlocks(out.group_names[k], BarOf(sum, sum.groups[k].number, "Consensus", whole), input, blocks);
       out.block_group.resize(blocks.size(), k);
     }
   }
