@@ -67,20 +67,25 @@ std::vector<std::vector<std::size_t>> WrapRows(const std::vector<std::size_t>& o
   return fill(hi);
 }
 
-// Words (comma-separated items) set into lines no wider than `limit`.
-std::vector<std::string> WrapWords(const std::vector<std::string>& items, const std::string& lead, double limit,
-                                   const TextWidth& width) {
-  std::vector<std::string> lines{lead};
-  for (std::size_t k = 0; k < items.size(); ++k) {
-    const std::string piece = items[k] + (k + 1 < items.size() ? "," : "");
-    const std::string longer = lines.back() + " " + piece;
-    if (width(longer, kNoteFont) > limit && lines.back() != lead) {
-      lines.push_back(piece);
-    } else {
-      lines.back() = longer;
+// The note's pieces set into lines no wider than `limit` from (left, top): the lead, then each
+// group's name with its marker after it, a group and its marker never split across lines.
+std::vector<NotePiece> SetNote(const std::vector<std::pair<std::string, std::string>>& groups, double left, double top,
+                               double limit, const TextWidth& width) {
+  const std::string lead = "Groups of one marker, not drawn:";
+  const double line = kNoteFont * 1.4, space = 0.5 * kNoteFont, gap = 1.5 * kNoteFont;
+  std::vector<NotePiece> pieces{{lead, left, top + kNoteFont, false}};
+  double x = left + width(lead, kNoteFont) + gap, y = top + kNoteFont;
+  for (const auto& [group, marker] : groups) {
+    const double group_w = width(group, kNoteFont), marker_w = width(marker, kNoteFont);
+    if (x + group_w + space + marker_w > left + limit && x > left) {
+      x = left;
+      y += line;
     }
+    pieces.push_back({group, x, y, false});
+    pieces.push_back({marker, x + group_w + space, y, true});
+    x += group_w + space + marker_w + gap;
   }
-  return lines;
+  return pieces;
 }
 
 }  // namespace
@@ -96,13 +101,13 @@ ChartGeometry LayOutChart(const MapChart& chart, const TextWidth& width, double 
   bool any_tick = false;
   bool sub_titles = false;
   std::vector<std::size_t> drawn;
-  std::vector<std::string> single;
+  std::vector<std::pair<std::string, std::string>> single;  // group, marker
   for (std::size_t b = 0; b < chart.blocks.size(); ++b) {
     const ChartBlock& block = chart.blocks[b];
     if (!IsDrawn(block)) {
       for (const ChartBar& bar : block.bars)
         if (!bar.ticks.empty()) {
-          single.push_back(block.title + " (" + bar.ticks[0].name + ")");
+          single.emplace_back(block.title, bar.ticks[0].name);
           break;
         }
       continue;
@@ -209,9 +214,8 @@ ChartGeometry LayOutChart(const MapChart& chart, const TextWidth& width, double 
   }
   g.width = std::max(widest, std::min(max_width, 480.0));
   if (!single.empty()) {
-    g.note = WrapWords(single, "Groups of one marker, not drawn:", g.width - 2 * kMargin, width);
-    g.note_top = y;
-    y += kNoteFont * 1.4 * static_cast<double>(g.note.size());
+    g.note = SetNote(single, kMargin, y, g.width - 2 * kMargin, width);
+    y = g.note.back().y + 0.4 * kNoteFont;
   }
   g.height = y + kMargin;
   return g;
@@ -279,9 +283,8 @@ Drawing DrawChart(const MapChart& chart, const ChartGeometry& g) {
       }
     }
   }
-  for (std::size_t k = 0; k < g.note.size(); ++k)
-    d.Text(g.note[k], kMargin, g.note_top + kNoteFont * (1.0 + 1.4 * static_cast<double>(k)), kNoteFont,
-           TextAnchor::kStart, kSubtitle);
+  for (const NotePiece& p : g.note)
+    d.Text(p.text, p.x, p.y, kNoteFont, TextAnchor::kStart, p.is_marker ? kInk : kSubtitle);
   return d;
 }
 

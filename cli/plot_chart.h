@@ -57,14 +57,21 @@ struct ChartRow {
   double right = 0.0;               // right edge of the row's last block
 };
 
+// A piece of the note under the chart: its lead, a group's name, or the group's one marker
+// (a text of its own, so the marker's name is found like any other).
+struct NotePiece {
+  std::string text;
+  double x = 0.0, y = 0.0;  // baseline start
+  bool is_marker = false;
+};
+
 struct ChartGeometry {
   double width = 0.0, height = 0.0;
   double px_per_cm = 1.0, min_cm = 0.0;  // one scale for every row, so lengths compare
   double font_size = 10.0, pitch = 12.5;  // marker names and their least spacing
   std::vector<std::vector<PlacedBar>> blocks;  // per chart block; empty when it is not drawn
   std::vector<ChartRow> rows;
-  std::vector<std::string> note;  // lines listing the groups not drawn
-  double note_top = 0.0;
+  std::vector<NotePiece> note;  // listing the groups not drawn
   double Y(const ChartRow& row, double cm) const { return row.zero_y + (cm - min_cm) * px_per_cm; }
 };
 

@@ -413,12 +413,18 @@ TEST(ChartRows, WrappingKeepsEveryGroupWholeOnOneRow) {
     if (gaecli::IsDrawn(chart.blocks[0])) {
       ASSERT_NE(std::find(texts.begin(), texts.end(), chart.blocks[0].bars[0].ticks[0].name), texts.end());
     }
-    std::string note;
-    for (const std::string& line : g.note) note += line + " ";
-    for (const std::string& title : single) ASSERT_NE(note.find(" " + title + " ("), std::string::npos) << note;
-    if (single.empty()) {
-      ASSERT_TRUE(g.note.empty());
+    // Each group of one marker in the note, its marker a text of its own right after it.
+    std::set<std::string> noted;
+    for (std::size_t k = 1; k < g.note.size(); k += 2) {
+      ASSERT_TRUE(g.note[k + 1].is_marker);
+      const auto block = std::find_if(chart.blocks.begin(), chart.blocks.end(),
+                                      [&](const gaecli::ChartBlock& b) { return b.title == g.note[k].text; });
+      ASSERT_NE(block, chart.blocks.end());
+      ASSERT_EQ(g.note[k + 1].text, block->bars[0].ticks[0].name);
+      ASSERT_LE(g.note[k + 1].x + width(g.note[k + 1].text, 11.0), g.width) << trial;
+      noted.insert(g.note[k].text);
     }
+    ASSERT_EQ(noted, single) << trial;
   }
 }
 
