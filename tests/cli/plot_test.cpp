@@ -227,6 +227,20 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   EXPECT_EQ(cell(2, 2), (gaecli::Rgb{32, 32, 32}));  // the diagonal
   EXPECT_EQ(png.At(h.matrix_left + 3 * 40, h.matrix_top + 20), (gaecli::Rgb{255, 255, 255}));  // the boundary
 
+  // One group, by its number or its name in the reports: its own run of markers only.
+  for (const char* which : {"2", "Chromsome2"}) {
+    gaecli::PlotSources one = sources;
+    ASSERT_TRUE(gaecli::KeepOneGroup(which, one, error)) << error;
+    ASSERT_EQ(one.chart.blocks.size(), 1u);
+    EXPECT_EQ(one.chart.blocks[0].bars[0].ticks.size(), 2u);
+    EXPECT_EQ(one.heat.markers, (std::vector<int64_t>{4, 6}));
+    EXPECT_EQ(one.heat.names, (std::vector<std::string>{"LongMarkerNameNumber_B", "M6"}));
+    ASSERT_EQ(one.heat.groups.size(), 1u);
+    EXPECT_EQ(gaecli::LayOutHeatMap(one.heat).slots.size(), 2u);
+  }
+  EXPECT_FALSE(gaecli::KeepOneGroup("3", sources, error));
+  EXPECT_EQ(error, "no group 3; the groups are 1 Chromsome1, 2 Chromsome2");
+
   // As SVG the heat map keeps the names as text on both axes, and embeds the matrix as a PNG of
   // the matrix's size.
   const std::string heat_svg = gaecli::SvgText(gaecli::DrawHeatMap(sources.heat, h));
