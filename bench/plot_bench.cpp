@@ -11,6 +11,7 @@
 
 #include "bench_support.h"
 #include "vocabulary/pair_index.h"
+#include "plot_cairo.h"
 #include "plot_sources.h"
 #include "report/map_layout.h"
 #include "report/map_reports.h"
@@ -74,11 +75,13 @@ void BM_MapPictures(benchmark::State& state) {
     {
       gae::bench::QuietStdout quiet;
       ok = gaecli::LoadPlotSources(input, gae::MapTool::kMAP, sources, error) && sources.pairs_problem.empty() &&
-           gaecli::WriteChartSvg(sources.chart, sources.stem + ".map.svg", error) &&
+           gaecli::WriteDrawing(gaecli::DrawChart(sources.chart, gaecli::LayOutChart(sources.chart, gaecli::CairoTextWidth)),
+                                gaecli::PictureFormat::kSvg, sources.stem + ".map.svg", error) &&
            store.Open(sources.lrd_path, sources.record_length, 1);
       if (ok) {
         sources.heat.pairs = store.Table();
-        ok = gaecli::WriteHeatMapPng(sources.heat, sources.stem + ".rf.png", error);
+        ok = gaecli::WriteDrawing(gaecli::DrawHeatMap(sources.heat, gaecli::LayOutHeatMap(sources.heat)),
+                                  gaecli::PictureFormat::kPng, sources.stem + ".rf.png", error);
       }
     }
     if (!ok) state.SkipWithError(error.c_str());

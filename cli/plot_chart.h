@@ -1,11 +1,15 @@
-// The linkage-map chart: linkage groups side by side as vertical bars on one cM scale, each
-// marker a tick with its name beside it. Several maps of one group (a clonal map's parents, or
-// the input maps of a consensus) stand side by side, with lines joining the markers they share.
+// The linkage-map chart: linkage groups as vertical bars, each marker a tick with its name
+// beside it, the groups wrapped into rows of a readable width with a cM scale on every row.
+// Several maps of one group (a clonal map's parents, or the input maps of a consensus) stand
+// side by side, with lines joining the markers they share. Groups of a single marker are not
+// drawn but listed in a note under the chart.
 #pragma once
 
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "plot_drawing.h"
 
 namespace gaecli {
 
@@ -29,7 +33,10 @@ struct MapChart {
   std::vector<ChartBlock> blocks;
 };
 
-// Where everything lands, in the picture's units (CSS pixels).
+// A block is drawn when one of its maps has two markers or more.
+bool IsDrawn(const ChartBlock& block);
+
+// Where everything lands, in picture units (CSS pixels).
 struct PlacedTick {
   std::string name;
   double tick_y = 0.0, label_y = 0.0;  // label_y: the middle of the name's line
@@ -42,20 +49,40 @@ struct PlacedBar {
   std::vector<PlacedTick> ticks;
 };
 
+struct ChartRow {
+  std::vector<std::size_t> blocks;  // indices into the chart's blocks, left to right
+  double title_y = 0.0;             // baseline of the group names
+  double zero_y = 0.0;              // where the chart's least cM would lie on this row
+  double min_cm = 0.0, max_cm = 0.0;  // the span of this row's scale
+  double right = 0.0;               // right edge of the row's last block
+};
+
+// A piece of the note under the chart: its lead, a group's name, or the group's one marker
+// (a text of its own, so the marker's name is found like any other).
+struct NotePiece {
+  std::string text;
+  double x = 0.0, y = 0.0;  // baseline start
+  bool is_marker = false;
+};
+
 struct ChartGeometry {
   double width = 0.0, height = 0.0;
-  double plot_top = 0.0, px_per_cm = 1.0, min_cm = 0.0, max_cm = 0.0;
+  double px_per_cm = 1.0, min_cm = 0.0;  // one scale for every row, so lengths compare
   double font_size = 10.0, pitch = 12.5;  // marker names and their least spacing
-  std::vector<std::vector<PlacedBar>> blocks;
-  double Y(double cm) const { return plot_top + (cm - min_cm) * px_per_cm; }
+  std::vector<std::vector<PlacedBar>> blocks;  // per chart block; empty when it is not drawn
+  std::vector<ChartRow> rows;
+  std::vector<NotePiece> note;  // listing the groups not drawn
+  double Y(const ChartRow& row, double cm) const { return row.zero_y + (cm - min_cm) * px_per_cm; }
 };
 
 // Width of `text` at `font_size`; the drawing passes the font's own measure.
 using TextWidth = std::function<double(const std::string& text, double font_size)>;
 
-ChartGeometry LayOutChart(const MapChart& chart, const TextWidth& width);
+// Pictures wider than this wrap their groups into further rows.
+inline constexpr double kChartMaxWidth = 1800.0;
 
-// Draws the chart into an SVG file. False with `error` when cairo cannot write it.
-bool WriteChartSvg(const MapChart& chart, const std::string& path, std::string& error);
+ChartGeometry LayOutChart(const MapChart& chart, const TextWidth& width, double max_width = kChartMaxWidth);
+
+Drawing DrawChart(const MapChart& chart, const ChartGeometry& geometry);
 
 }  // namespace gaecli
