@@ -62,7 +62,7 @@ gae_lod_tree <- function(x, max_rf = 0.5, threads = 1L, progress = interactive()
   on.exit(shown$finish())
   tree <- .with_input(x, NULL, function(path)
     .Call(gae_c_lod_tree, path, .tool_codes[[x$tool]], max_rf, threads, shown$update))
-  dimnames(tree$membership) <- list(colnames(x$geno), format(tree$threshold))
+  dimnames(tree$membership) <- list(colnames(x$geno), as.character(tree$threshold))
   out <- data.frame(lod = tree$threshold, groups = tree$groups, singletons = tree$singletons,
                     counted = tree$counted, chosen = tree$chosen & tree$threshold == tree$lod)
   attr(out, "membership") <- tree$membership
@@ -119,6 +119,12 @@ gae_map <- function(x, lod = "auto", error_rate = NULL, seed = NULL, max_rf = 0.
   }
   shown <- .progress(progress)
   on.exit(shown$finish())
+  if (!is.null(seed)) {
+    # The ordering draws its random starts from the clock unless this names a seed.
+    before <- Sys.getenv("GAENGINE_SEED", unset = NA)
+    Sys.setenv(GAENGINE_SEED = seed)
+    on.exit(if (is.na(before)) Sys.unsetenv("GAENGINE_SEED") else Sys.setenv(GAENGINE_SEED = before), add = TRUE)
+  }
   names <- colnames(x$geno)
   .with_input(x, dir, function(path) {
     r <- .Call(gae_c_map, path, .tool_codes[[x$tool]], lod, max_rf, seed,
