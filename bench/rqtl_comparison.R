@@ -8,7 +8,7 @@ library(gaengine, lib.loc = if (length(args)) args[1] else NULL)
 
 same_partition <- function(a, b) {
   # Two labelings of the same markers split them alike when each label pairs with one other.
-  t <- table(a, b)
+  t <- table(as.character(a), as.character(b))
   all(rowSums(t > 0) == 1) && all(colSums(t > 0) == 1)
 }
 

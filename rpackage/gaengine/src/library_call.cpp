@@ -5,7 +5,6 @@
 #include <chrono>
 #include <exception>
 #include <future>
-#include <iostream>
 #include <thread>
 
 #include <R_ext/Utils.h>
@@ -14,7 +13,6 @@ namespace gaer {
 
 CapturedOutput::CapturedOutput() {
   std::fflush(stdout);
-  std::cout.flush();
   file_ = std::tmpfile();
   if (file_ == nullptr) return;
   saved_ = dup(1);
@@ -26,7 +24,6 @@ CapturedOutput::CapturedOutput() {
 
 CapturedOutput::~CapturedOutput() {
   std::fflush(stdout);
-  std::cout.flush();
   if (saved_ >= 0) {
     dup2(saved_, 1);
     close(saved_);
@@ -36,7 +33,6 @@ CapturedOutput::~CapturedOutput() {
 
 std::string CapturedOutput::Text() const {
   std::fflush(stdout);
-  std::cout.flush();
   if (file_ == nullptr) return "";
   std::string text;
   std::rewind(file_);

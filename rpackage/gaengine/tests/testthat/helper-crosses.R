@@ -8,6 +8,6 @@ simulated_cross <- function(type, n_ind = 150, seed = 1, include_x = FALSE, erro
 
 # The same split of markers into groups: each label of one side meets one label of the other.
 same_partition <- function(a, b) {
-  t <- table(a, b)
+  t <- table(as.character(a), as.character(b))
   all(rowSums(t > 0) == 1) && all(colSums(t > 0) == 1)
 }
