@@ -11,6 +11,8 @@ for (type in c("bc", "f2")) {
       expect_true(same_partition(ours, rqtl$LG), label = paste("groups at LOD", lod))
     }
     expect_equal(sum(tree$chosen), 1)
+    # The map without a threshold takes the one the tree shows.
+    expect_equal(gae_map(x, progress = FALSE)$lod, attr(tree, "choice")$lod)
     m <- gae_map(x, lod = 3, progress = FALSE)
     rqtl <- qtl::formLinkageGroups(est, max.rf = 0.5, min.lod = 3)
     placed <- setNames(m$map$group, m$map$marker)[rownames(rqtl)]

@@ -38,3 +38,23 @@ test_that("a data set written through the library's writer reads back as it was"
   expect_identical(back$population_type, 7L)
   expect_identical(unname(x$geno[1:5, 1]), rep("X", 5))
 })
+
+test_that("the suspect genotypes are mostly the calls flipped in an error-free simulation", {
+  skip_if_not_installed("qtl")
+  set.seed(8)
+  map <- qtl::sim.map(len = rep(60, 2), n.mar = 30, include.x = FALSE, eq.spacing = TRUE)
+  cross <- qtl::sim.cross(map, n.ind = 150, type = "bc", error.prob = 0)
+  flipped <- character(0)
+  for (k in 1:40) {
+    ch <- 1 + k %% 2
+    i <- sample(150, 1)
+    j <- sample(30, 1)
+    cross$geno[[ch]]$data[i, j] <- 3 - cross$geno[[ch]]$data[i, j]
+    flipped <- c(flipped, paste(colnames(cross$geno[[ch]]$data)[j], i))
+  }
+  flipped <- unique(flipped)
+  m <- gae_map(cross, seed = 1, progress = FALSE)
+  found <- paste(m$suspects$marker, m$suspects$individual)
+  expect_gt(mean(flipped %in% found), 0.6)
+  expect_gt(mean(found %in% flipped), 0.6)
+})
