@@ -388,17 +388,27 @@ SEXP gae_c_map(SEXP path, SEXP tool_code, SEXP lod, SEXP max_rf, SEXP seed, SEXP
   });
 }
 
-static const R_CallMethodDef kEntries[] = {
-    {"gae_c_read", reinterpret_cast<DL_FUNC>(&gae_c_read), 2},
-    {"gae_c_write", reinterpret_cast<DL_FUNC>(&gae_c_write), 9},
-    {"gae_c_pairs", reinterpret_cast<DL_FUNC>(&gae_c_pairs), 4},
-    {"gae_c_lod_tree", reinterpret_cast<DL_FUNC>(&gae_c_lod_tree), 5},
-    {"gae_c_map", reinterpret_cast<DL_FUNC>(&gae_c_map), 8},
+}  // extern "C"
+
+namespace {
+
+// R's table takes every entry as one untyped function pointer; void (*)() carries any.
+template <class Function>
+DL_FUNC Entry(Function* function) {
+  return reinterpret_cast<DL_FUNC>(reinterpret_cast<void (*)()>(function));
+}
+
+const R_CallMethodDef kEntries[] = {
+    {"gae_c_read", Entry(&gae_c_read), 2},
+    {"gae_c_write", Entry(&gae_c_write), 9},
+    {"gae_c_pairs", Entry(&gae_c_pairs), 4},
+    {"gae_c_lod_tree", Entry(&gae_c_lod_tree), 5},
+    {"gae_c_map", Entry(&gae_c_map), 8},
     {nullptr, nullptr, 0}};
 
-void R_init_gaengine(DllInfo* dll) {
+}  // namespace
+
+extern "C" void R_init_gaengine(DllInfo* dll) {
   R_registerRoutines(dll, nullptr, kEntries, nullptr, nullptr);
   R_useDynamicSymbols(dll, FALSE);
 }
-
-}  // extern "C"
