@@ -6,13 +6,22 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 DEB_PACKAGES := cmake make g++ gcc binutils libgtest-dev libgmock-dev libbenchmark-dev \
                 libcli11-dev libboost-math-dev libcairo2-dev libhts-dev pkg-config locales
 
+# And those of the R package (`make rpackage`); its tests run in `make test` when R has them.
+R_DEB_PACKAGES := r-base-dev r-cran-qtl r-cran-testthat
+
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: deps build run test test-sanitize bench clean examples
+.PHONY: deps deps-r install-debs build run test test-sanitize bench clean examples rpackage
 
 deps:
+	@$(MAKE) --no-print-directory install-debs PACKAGES="$(DEB_PACKAGES)"
+
+deps-r:
+	@$(MAKE) --no-print-directory install-debs PACKAGES="$(R_DEB_PACKAGES)"
+
+install-debs:
 	@missing=""; \
-	for p in $(DEB_PACKAGES); do \
+	for p in $(PACKAGES); do \
 	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q 'install ok installed' || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \
@@ -46,6 +55,12 @@ test-sanitize: deps
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 	cd $(SANITIZE_DIR) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 \
 	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
+
+# The R package, built against this checkout's library and installed into R's library (or RLIB=folder).
+rpackage: deps deps-r
+	cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=Release
+	cmake --build $(BUILD_DIR) -j $(JOBS) --target gaengine_static
+	GAENGINE_ROOT=$(CURDIR) GAENGINE_BUILD=$(abspath $(BUILD_DIR)) R CMD INSTALL --preclean --clean $(if $(RLIB),-l $(RLIB)) rpackage/gaengine
 
 bench: deps build
 	$(BUILD_DIR)/gaengine_bench --benchmark_counters_tabular=true

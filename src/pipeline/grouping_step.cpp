@@ -19,6 +19,15 @@ std::string LodText(float lod) {
 
 }  // namespace
 
+GroupingLod ChooseGroupingLod(const std::vector<LodTreeRow>& rows, int32_t n, float fallback_lod) {
+  // A plateau without a group of a few markers is a set of markers too small to show one.
+  const AutoLod choice = ChooseLod(rows, n);
+  if (choice.found && choice.groups > 0) return {choice.threshold, true, choice.reason};
+  return {fallback_lod, false,
+          LodText(fallback_lod) + ": no group of " + std::to_string(FewMarkers(n)) +
+              " markers or more holds over a run of thresholds of the LOD tree"};
+}
+
 void GroupByLod(const PairTable& pairs, const MapPipelineSettings& settings, const std::vector<int32_t>& anchors,
                 MapModel& map, MapPipelineRecord& record) {
   const int32_t n = static_cast<int32_t>(anchors.size());
@@ -35,15 +44,12 @@ void GroupByLod(const PairTable& pairs, const MapPipelineSettings& settings, con
     record.lod_threshold = *settings.lod;
     record.lod_reason = LodText(*settings.lod) + ", as asked";
   } else {
-    const std::vector<LodTreeRow> rows =
-        LodTree(table, n, LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep));
-    // A plateau without a group of a few markers is a set of markers too small to show one.
-    const AutoLod choice = ChooseLod(rows, n);
-    record.lod_chosen = choice.found && choice.groups > 0;
-    record.lod_threshold = record.lod_chosen ? choice.threshold : settings.fallback_lod;
-    record.lod_reason = record.lod_chosen ? choice.reason
-                        : LodText(settings.fallback_lod) + ": no group of " + std::to_string(FewMarkers(n)) +
-                              " markers or more holds over a run of thresholds of the LOD tree";
+    const GroupingLod choice =
+        ChooseGroupingLod(LodTree(table, n, LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep)), n,
+                          settings.fallback_lod);
+    record.lod_chosen = choice.chosen;
+    record.lod_threshold = choice.threshold;
+    record.lod_reason = choice.reason;
   }
   // The stored first value is minus the LOD.
   GroupByThreshold(table, kByFirstValue, n, -record.lod_threshold, map.anchor.data(), map.group.data());

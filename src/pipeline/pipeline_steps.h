@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/lod_tree.h"
 #include "engine/map_state.h"
 #include "input/map_tool_reader.h"
 #include "pipeline/map_pipeline.h"
@@ -23,6 +24,15 @@ int32_t PairRecordLength(int32_t tool_code);
 // false (with the failure set) when the file cannot be written.
 bool EnsurePairFile(const MapPipelineSettings& settings, const MapToolInput& data, UniformStream& random,
                     MapPipelineRecord& record);
+
+// The threshold a run groups at when it is given none: the plateau of the LOD tree's `rows`
+// (over the automatic thresholds, `n` markers), or `fallback_lod` when the tree shows none.
+struct GroupingLod {
+  float threshold = 0.0f;
+  bool chosen = false;  // by the plateau
+  std::string reason;
+};
+GroupingLod ChooseGroupingLod(const std::vector<LodTreeRow>& rows, int32_t n, float fallback_lod);
 
 // Groups the markers by LOD under the frequency cap into `map` (allocated for them, anchors
 // taken from the input), with the threshold asked or chosen from the LOD tree. Fills the

@@ -1,0 +1,3 @@
+library(testthat)
+library(gaengine)
+test_check("gaengine")
