@@ -13,6 +13,7 @@
 
 #include "commands.h"
 #include "vocabulary/message_code.h"
+#include "vocabulary/stopwatch.h"
 #include "frame/name_codes.h"
 #include "front_end_map.h"
 #include "vocabulary/population.h"
@@ -78,18 +79,7 @@ int PopulationTypeOf(const std::string& path, const MapRunTool& tool) {
   return type;
 }
 
-class Stopwatch {
- public:
-  double Lap() {
-    const auto now = std::chrono::steady_clock::now();
-    const double seconds = std::chrono::duration<double>(now - last_).count();
-    last_ = now;
-    return seconds;
-  }
-
- private:
-  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-};
+using gae::Stopwatch;
 
 // The total of the error report's "TotalError" line.
 long long FlaggedGenotypes(const std::string& err_path) {

@@ -14,23 +14,12 @@
 #include "prep/locus_table.h"
 #include "twopoint/pair_store_file.h"
 #include "vocabulary/message_code.h"
+#include "vocabulary/stopwatch.h"
 
 namespace gae {
 
 namespace {
 
-class Stopwatch {
- public:
-  double Lap() {
-    const auto now = std::chrono::steady_clock::now();
-    const double seconds = std::chrono::duration<double>(now - last_).count();
-    last_ = now;
-    return seconds;
-  }
-
- private:
-  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-};
 
 std::string Trimmed(const std::string& text) { return text.substr(0, text.find_last_not_of(' ') + 1); }
 

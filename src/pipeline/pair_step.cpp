@@ -4,9 +4,10 @@
 #include "pipeline/pipeline_steps.h"
 #include "report/text_file.h"
 #include "twopoint/cdm_pairwise_file.h"
+#include "twopoint/input_pair_file.h"
 #include "twopoint/map_pairwise_file.h"
-#include "twopoint/pair_store_writer.h"
 #include "twopoint/plm_pairwise_file.h"
+#include "twopoint/pair_store_writer.h"
 
 namespace gae {
 
@@ -14,33 +15,7 @@ namespace {
 
 bool WritePairs(const MapPipelineSettings& settings, const MapToolInput& data, const std::string& lrd,
                 UniformStream& random) {
-  if (settings.tool_code == kClonalToolCode) {
-    ClonalMarkers markers;
-    markers.population_type = data.population_type;
-    markers.mapping_function = data.mapping_function;
-    markers.num_markers = data.num_markers;
-    markers.num_individuals = data.population_size;
-    markers.categories = data.markers.categories.data();
-    markers.types = data.markers.types.data();
-    return CDMPairwiseFile(lrd, markers, settings.threads, random, settings.estimator);
-  }
-  if (settings.tool_code == kPureLineToolCode) {
-    PureLineMarkers markers;
-    markers.population_type = data.population_type;
-    markers.num_markers = data.num_markers;
-    markers.num_individuals = data.population_size;
-    markers.patterns = data.markers.categories.data();
-    markers.types = data.markers.types.data();
-    return PLMPairwiseFile(lrd, markers, settings.threads, settings.estimator);
-  }
-  BiparentalMarkers markers;
-  markers.population_type = data.population_type;
-  markers.mapping_function = data.mapping_function;
-  markers.num_markers = data.num_markers;
-  markers.num_individuals = data.population_size;
-  markers.kinds = data.markers.categories.data();
-  markers.types = data.markers.types.data();
-  return MAPPairwiseFile(lrd, markers, settings.threads, settings.estimator);
+  return WriteDataPairFile(lrd, settings.tool_code, data, settings.estimator, settings.threads, random);
 }
 
 }  // namespace

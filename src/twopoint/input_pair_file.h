@@ -6,9 +6,16 @@
 
 #include <string>
 
+#include "input/map_tool_reader.h"
 #include "twopoint/pair_estimator.h"
+#include "vocabulary/uniform_stream.h"
 
 namespace gae {
+
+// The pair file `lrd` of data already read (tool code 104, 20 or 30); `random` feeds the front
+// end's clonal estimates, which draw.
+bool WriteDataPairFile(const std::string& lrd, int tool_code, const MapToolInput& data, PairEstimator estimator,
+                       int threads, UniformStream& random);
 
 // Reads `input_path` as the tool of `tool_code` reads it (104 MAP, 20 CDM, 30 PLM) and writes
 // its pairwise file (PairStoreName of the path) with `estimator` on `threads` cores, unless a
