@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 # Debian packages the build, the tests and the benchmarks need.
 DEB_PACKAGES := cmake make g++ gcc binutils libgtest-dev libgmock-dev libbenchmark-dev \
-                libcli11-dev libboost-math-dev libcairo2-dev libhts-dev pkg-config locales
+                libcli11-dev libboost-math-dev libcairo2-dev libhts-dev pkg-config locales poppler-utils
 
 # And those of the R package (`make rpackage`); its tests run in `make test` when R has them.
 R_DEB_PACKAGES := r-base-dev r-cran-qtl r-cran-testthat
@@ -44,7 +44,7 @@ run: deps
 	cmake --build $(BUILD_DIR) -j $(JOBS) --target gaengine gaengine_cli
 	cd examples && ../$(BUILD_DIR)/gaengine map f2_five_chromosomes.map
 
-test: deps build
+test: deps deps-r build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
 # The suite under AddressSanitizer and UndefinedBehaviorSanitizer, in a build folder of its own
