@@ -14,17 +14,18 @@ std::vector<LodTreeRow> LinkageTree(const PairTable& table, int32_t n, float max
   return LodTree(CappedPairs(table, n, max_rf).Table(), n, thresholds);
 }
 
-int32_t PlateauGroupSize(int32_t n) { return std::max(3, n / 100); }
+int32_t PlateauGroupSize(int32_t n) { return FewMarkers(n); }
 
+// The automatic threshold of the summaries, less the words; a run without one group of counting
+// size says nothing about the threshold.
 AutoLinkageLod ChooseLinkageLod(const std::vector<LodTreeRow>& rows, int32_t n) {
   AutoLinkageLod choice;
-  const LodPlateau plateau = LongestPlateau(rows, PlateauGroupSize(n));
-  // A run of rows without one group of counting size says nothing about the threshold.
-  if (plateau.first < 0 || plateau.groups == 0) return choice;
+  const AutoLod chosen = ChooseLod(rows, n);
+  if (!chosen.found || chosen.groups == 0) return choice;
   choice.found = true;
-  choice.threshold = rows[static_cast<std::size_t>(plateau.first)].threshold;
-  choice.run_to = rows[static_cast<std::size_t>(plateau.last)].threshold;
-  choice.groups = plateau.groups;
+  choice.threshold = chosen.threshold;
+  choice.run_to = chosen.run_to;
+  choice.groups = chosen.groups;
   return choice;
 }
 
