@@ -74,7 +74,7 @@ TEST_F(CmpRun, NoisyStretchedCopiesOfOneMapGiveItsOrderAndOnlyThreeFiles) {
     std::sort(copy.begin(), copy.end());
     chromosomes += "Copy" + std::to_string(++c) + " " + std::to_string(copy.size()) + "\n";
     for (const auto& [cm, k] : copy)
-      rows += "t" + std::to_string(100 + k) + " " + std::to_string(c) + " " + std::to_string(cm) + "\n";
+      rows += 't' + std::to_string(100 + k) + ' ' + std::to_string(c) + ' ' + std::to_string(cm) + '\n';
   }
   testing::WriteText("copies.cmp", "2\n1\n4\n" + chromosomes + "! rows\n" + rows);
   ASSERT_EQ(testing::CallOnPath(CMPAllByDefault, "copies.cmp"), 0);
