@@ -5,7 +5,8 @@
 #include "frame/map_tool_policy.h"
 #include "report/clonal_output.h"
 #include "report/clonal_segregation.h"
-#include "twopoint/cdm_pairwise_file.h"
+#include "input/tool_codes.h"
+#include "twopoint/input_pair_file.h"
 
 namespace gae {
 
@@ -26,14 +27,7 @@ void CdmPolicy::FillCheckArrays() {
 }
 
 bool CdmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream& random) {
-  ClonalMarkers markers;
-  markers.population_type = data_.population_type;
-  markers.mapping_function = data_.mapping_function;
-  markers.num_markers = data_.num_markers;
-  markers.num_individuals = data_.population_size;
-  markers.categories = data_.markers.categories.data();
-  markers.types = data_.markers.types.data();
-  return CDMPairwiseFile(lrd_name, markers, threads, random);
+  return WriteDataPairFile(lrd_name, kClonalToolCode, data_, PairEstimator::kFrontEnd, threads, random);
 }
 
 void CdmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,

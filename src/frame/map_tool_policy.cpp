@@ -3,7 +3,8 @@
 #include "report/map_layout.h"
 #include "report/segregation.h"
 #include "report/text_file.h"
-#include "twopoint/map_pairwise_file.h"
+#include "input/tool_codes.h"
+#include "twopoint/input_pair_file.h"
 
 namespace gae {
 
@@ -32,15 +33,8 @@ void MapPolicy::FillCheckArrays() {
   }
 }
 
-bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream&) {
-  BiparentalMarkers markers;
-  markers.population_type = data_.population_type;
-  markers.mapping_function = data_.mapping_function;
-  markers.num_markers = data_.num_markers;
-  markers.num_individuals = data_.population_size;
-  markers.kinds = data_.markers.categories.data();
-  markers.types = data_.markers.types.data();
-  return MAPPairwiseFile(lrd_name, markers, threads);
+bool MapPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream& random) {
+  return WriteDataPairFile(lrd_name, kMapToolCode, data_, PairEstimator::kFrontEnd, threads, random);
 }
 
 void MapPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,

@@ -4,7 +4,8 @@
 #include "vocabulary/population.h"
 #include "report/tool_results.h"
 #include "report/pure_line_segregation.h"
-#include "twopoint/plm_pairwise_file.h"
+#include "input/tool_codes.h"
+#include "twopoint/input_pair_file.h"
 
 namespace gae {
 
@@ -25,14 +26,8 @@ void PlmPolicy::FillCheckArrays() {
   }
 }
 
-bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream&) {
-  PureLineMarkers markers;
-  markers.population_type = data_.population_type;
-  markers.num_markers = data_.num_markers;
-  markers.num_individuals = data_.population_size;
-  markers.patterns = data_.markers.categories.data();
-  markers.types = data_.markers.types.data();
-  return PLMPairwiseFile(lrd_name, markers, threads);
+bool PlmPolicy::WritePairs(const std::string& lrd_name, int threads, UniformStream& random) {
+  return WriteDataPairFile(lrd_name, kPureLineToolCode, data_, PairEstimator::kFrontEnd, threads, random);
 }
 
 void PlmPolicy::WriteResults(ResultFiles& files, const FinishedMap& finished,
