@@ -63,6 +63,7 @@ rpackage: deps deps-r
 	GAENGINE_ROOT=$(CURDIR) GAENGINE_BUILD=$(abspath $(BUILD_DIR)) R CMD INSTALL --preclean --clean $(if $(RLIB),-l $(RLIB)) rpackage/gaengine
 
 bench: deps build
+	cmake --build $(BUILD_DIR) -j $(JOBS) --target gaengine_bench
 	$(BUILD_DIR)/gaengine_bench --benchmark_counters_tabular=true
 
 examples: deps build

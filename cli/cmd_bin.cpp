@@ -2,7 +2,6 @@
 // table of the bins. The library's check validates the file (BIN.log); the binning runs here.
 #include <cstdio>
 #include <optional>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -20,6 +19,7 @@
 #include "prep/binning.h"
 #include "prep/distortion.h"
 #include "prep/map_input_text.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -133,11 +133,9 @@ int RunBin(const BinSettings& s) {
   }
   const std::string out = s.out.empty() ? Stem(s.file) + "_binned" + s.file.substr(Stem(s.file).size()) : s.out;
   const std::string table = Stem(out) + ".bins";
-  std::ofstream os(out, std::ios::binary), ts(table, std::ios::binary);
-  os << gae::MapInputText(record);
-  ts << BinTable(s, data, result, options);
-  if (!os.flush() || !ts.flush()) {
-    std::fprintf(stderr, "%s: cannot be written\n", out.c_str());
+  for (const auto& [path, text] : {std::pair{out, gae::MapInputText(record)}, std::pair{table, BinTable(s, data, result, options)}}) {
+    if (gae::WriteTextFile(path, text)) continue;
+    std::fprintf(stderr, "%s: cannot be written\n", path.c_str());
     return 1;
   }
   std::printf("%s: %d markers, %zu bins; dropped %zu for missing data, %zu for distortion\n",

@@ -11,6 +11,7 @@
 #include "plot_chart.h"
 #include "plot_physical.h"
 #include "plot_sources.h"
+#include "run_guard.h"
 #include "twopoint/pair_store_file.h"
 
 namespace gaecli {
@@ -73,6 +74,12 @@ int Draw(const PlotOptions& o) {
     stem += "." + FileSafe(sources.group_names.front());
   }
   const std::string ext = ExtensionOf(format);
+  // The heat map is a raster: PNG, or PDF where its names stay text.
+  const PictureFormat heat_format = format == PictureFormat::kPdf ? PictureFormat::kPdf : PictureFormat::kPng;
+  const std::string tail = stem.substr(sources.stem.size());  // the group's part of the names
+  RunScope scope;
+  if (!scope.Begin(o.file, {tail + ".map." + ext, tail + ".physical." + ext, tail + ".rf." + ExtensionOf(heat_format)}))
+    return 1;
   const MapChart& chart = sources.chart;
   if (!Write(DrawChart(chart, LayOutChart(chart, CairoTextWidth)), format, stem + ".map." + ext, "Map chart")) return 1;
   const std::vector<PhysicalPanel> panels = PhysicalPanels(sources);
@@ -92,8 +99,6 @@ int Draw(const PlotOptions& o) {
     return 1;
   }
   sources.heat.pairs = store.Table();
-  // The heat map is a raster: PNG, or PDF where its names stay text.
-  const PictureFormat heat_format = format == PictureFormat::kPdf ? PictureFormat::kPdf : PictureFormat::kPng;
   return Write(DrawHeatMap(sources.heat, LayOutHeatMap(sources.heat)), heat_format,
                stem + ".rf." + ExtensionOf(heat_format), "Heat map")
              ? 0

@@ -5,7 +5,6 @@
 #include <cctype>
 #include <cstdio>
 #include <optional>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -24,6 +23,7 @@
 #include "prep/snp_conversion.h"
 #include "prep/snp_design.h"
 #include "prep/snp_reader.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -96,9 +96,7 @@ int RunSnp(const std::string& file, std::string out, int requested) {
     record.anchors.push_back(input.anchors[m]);
   }
   if (out.empty()) out = DefaultOutput(file, tool_code);
-  std::ofstream os(out, std::ios::binary);
-  os << gae::MapInputText(record);
-  if (!os.flush()) {
+  if (!gae::WriteTextFile(out, gae::MapInputText(record))) {
     std::fprintf(stderr, "%s: cannot be written\n", out.c_str());
     return 1;
   }

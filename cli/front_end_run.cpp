@@ -247,9 +247,12 @@ std::string DefaultThresholdWarning(const std::string& file, const FrontEndMap& 
 
 }  // namespace
 
-std::vector<std::string> ResultSuffixes(const std::string& file, const std::string& tool) {
-  const std::vector<const char*>& suffixes = ToolOfFile(file, tool).suffixes;
-  return {suffixes.begin(), suffixes.end()};
+std::vector<std::string> ResultSuffixes(const MapOptions& o) {
+  const std::vector<const char*>& reports = ToolOfFile(o.file, o.tool).suffixes;
+  std::vector<std::string> suffixes(reports.begin(), reports.end());
+  if (o.tsv) suffixes.insert(suffixes.end(), {".map.tsv", ".pairs.tsv"});
+  if (o.plots) suffixes.insert(suffixes.end(), {".map.svg", ".physical.svg", ".rf.png"});
+  return suffixes;
 }
 
 int RunFrontEndMap(const MapOptions& o) {
@@ -271,7 +274,7 @@ int RunFrontEndMap(const MapOptions& o) {
     return 1;
   }
   RunScope scope;
-  if (!scope.Begin(file, {run.suffixes.begin(), run.suffixes.end()})) return 1;
+  if (!scope.Begin(file, ResultSuffixes(o))) return 1;
   Stopwatch clock;
   std::vector<std::pair<const char*, double>> times;
   MarkerTable markers;

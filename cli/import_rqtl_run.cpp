@@ -28,6 +28,7 @@
 #include "user_errors.h"
 #include "vocabulary/message_code.h"
 #include "vocabulary/population.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -139,17 +140,14 @@ int ReadBack(const std::string& path) {
   return status;
 }
 
-bool WriteText(const std::string& path, const std::string& text) {
-  std::ofstream os(path, std::ios::binary);
-  os << text;
-  return static_cast<bool>(os.flush());
-}
-
-void WriteSideTables(const RqtlCross& cross, const std::string& out) {
+bool WriteSideTables(const RqtlCross& cross, const std::string& out) {
   gae::LocusTable loci;
   for (std::size_t m = 0; m < cross.names.size(); ++m)
     loci.rows.push_back({cross.names[m], cross.chromosomes[m], cross.positions[m]});
-  WriteText(gae::LocusTablePath(out), gae::LocusTableText(loci));
+  if (!gae::WriteTextFile(gae::LocusTablePath(out), gae::LocusTableText(loci))) {
+    std::fprintf(stderr, "%s: cannot be written\n", gae::LocusTablePath(out).c_str());
+    return false;
+  }
   gae::TraitTable traits;
   traits.ids = cross.ids;
   std::vector<std::string> skipped;
@@ -161,11 +159,15 @@ void WriteSideTables(const RqtlCross& cross, const std::string& out) {
     traits.traits.push_back(cross.trait_names[t]);
     traits.values.push_back(cross.traits[t]);
   }
-  WriteText(gae::TraitTablePath(out), gae::TraitTableText(traits));
+  if (!gae::WriteTextFile(gae::TraitTablePath(out), gae::TraitTableText(traits))) {
+    std::fprintf(stderr, "%s: cannot be written\n", gae::TraitTablePath(out).c_str());
+    return false;
+  }
   std::printf("  chromosomes of the markers in %s; individuals and %zu traits in %s (the map run puts them in .bip "
               "and .met)\n", gae::LocusTablePath(out).c_str(), traits.traits.size(), gae::TraitTablePath(out).c_str());
   if (!skipped.empty())
     std::printf("  phenotypes that are not numbers left out of the traits: %s\n", NameList(skipped).c_str());
+  return true;
 }
 
 int RunImport(ImportOptions o) {
@@ -232,7 +234,7 @@ int RunImport(ImportOptions o) {
   record.letters = cross.letters;
   record.categories.assign(cross.names.size(), 1);
   record.anchors = RqtlAnchors(cross, o.anchors && cross.has_map);
-  if (!WriteText(o.out, gae::MapInputText(record))) {
+  if (!gae::WriteTextFile(o.out, gae::MapInputText(record))) {
     std::fprintf(stderr, "%s: cannot be written%s\n", o.out.c_str(),
                  FolderProblem(o.out).empty() ? "" : (": " + FolderProblem(o.out)).c_str());
     return 1;
@@ -249,7 +251,7 @@ int RunImport(ImportOptions o) {
               cross.individuals, o.out.c_str(), std::string(gae::PopulationName(gae::kBiparentalDesign, type)).c_str(),
               type);
   if (verdict.wrong_design) std::printf("  imported as declared (--force): %s\n", gae::DesignMessage(verdict).c_str());
-  WriteSideTables(cross, o.out);
+  if (!WriteSideTables(cross, o.out)) return 1;
   if (o.anchors && !cross.has_map) std::printf("  no map row in %s: no anchors written\n", o.file.c_str());
   if (o.anchors && cross.has_map) {
     std::printf("  anchors by chromosome:");

@@ -22,8 +22,8 @@ struct MapOptions {
 // extension (.cdm, .plm, .cmp; any other MAP).
 const gae::ToolProfile& InputTool(const std::string& file, const std::string& chosen);
 
-// The names after the stem of the files a map run of `file` writes (`tool` as --tool).
-std::vector<std::string> ResultSuffixes(const std::string& file, const std::string& tool);
+// The names after the stem of the files a map run writes, the optional tables and pictures included.
+std::vector<std::string> ResultSuffixes(const MapOptions& options);
 
 // The front end's default sequence through the exports, with its summary. Returns the exit status.
 int RunFrontEndMap(const MapOptions& options);

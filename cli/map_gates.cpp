@@ -1,7 +1,6 @@
 #include "map_gates.h"
 
 #include <cstdio>
-#include <fstream>
 
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
@@ -15,6 +14,7 @@
 #include "twopoint/pair_store_file.h"
 #include "twopoint/pair_store_writer.h"
 #include "vocabulary/message_code.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -163,9 +163,7 @@ std::string WriteSwitchedCopy(const std::string& file, const std::vector<std::st
     return "";
   }
   const std::string out = file.substr(0, file.size() - 4) + "_sw.map";
-  std::ofstream os(out, std::ios::binary);
-  os << gae::MapInputText(record);
-  if (!os.flush()) {
+  if (!gae::WriteTextFile(out, gae::MapInputText(record))) {
     std::fprintf(stderr, "%s: cannot be written\n", out.c_str());
     return "";
   }

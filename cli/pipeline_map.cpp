@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/map_state.h"
+#include "frame/store_bus_guard.h"
 #include "map_check.h"
 #include "map_command.h"
 #include "map_summary_extras.h"
@@ -48,6 +49,7 @@ gae::MapPipelineSettings SettingsOf(const MapOptions& o, const gae::ToolProfile&
   s.ordering.around_frame = o.order == "frame";
   s.threads = gae::PairStoreThreads();
   s.log = [](std::string_view line) { gae::ProcessRunLog().Write(line); };
+  s.store_watch = &gae::StoreBusGuard();
   return s;
 }
 
@@ -163,7 +165,7 @@ int RunPipelineMap(const MapOptions& o) {
     return 1;
   }
   RunScope scope;
-  if (!scope.Begin(o.file, ResultSuffixes(o.file, o.tool))) return 1;
+  if (!scope.Begin(o.file, ResultSuffixes(o))) return 1;
   if (!DeclaredMarkersFit(o.file, tool.tool_code)) return 1;
   std::vector<std::string> notes;
   if (CheckBeforePairs(o.file, tool.tool_code, o.force, notes) != 0) return 1;

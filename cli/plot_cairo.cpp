@@ -4,7 +4,8 @@
 
 #include <cmath>
 #include <cstdio>
-#include <fstream>
+
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -144,34 +145,36 @@ std::string PngOfImage(const ImageShape& image) {
 }
 
 bool WriteDrawing(const Drawing& drawing, PictureFormat format, const std::string& path, std::string& error) {
-  if (format == PictureFormat::kSvg) {
-    std::ofstream out(path, std::ios::binary);
-    out << SvgText(drawing);
-    out.close();
-    if (!out) error = path + ": cannot be written";
-    return static_cast<bool>(out);
-  }
-  cairo_surface_t* surface = nullptr;
-  if (format == PictureFormat::kPdf) {
-    // PDF sizes are in points; a CSS pixel is three quarters of one.
-    surface = cairo_pdf_surface_create(path.c_str(), 0.75 * drawing.width, 0.75 * drawing.height);
-  } else {
-    surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(drawing.width)),
-                                         static_cast<int>(std::ceil(drawing.height)));
-  }
-  cairo_t* cr = cairo_create(surface);
-  if (format == PictureFormat::kPdf) cairo_scale(cr, 0.75, 0.75);
-  PaintDrawing(drawing, cr);
-  cairo_destroy(cr);
+  // Every picture is made in memory and written whole under another name, then renamed: a link
+  // or a pipe at the name is replaced, never followed, and a full disk leaves no half picture.
+  std::string bytes;
   cairo_status_t status = CAIRO_STATUS_SUCCESS;
-  if (format == PictureFormat::kPdf) {
+  if (format == PictureFormat::kSvg) {
+    bytes = SvgText(drawing);
+  } else if (format == PictureFormat::kPdf) {
+    // PDF sizes are in points; a CSS pixel is three quarters of one.
+    cairo_surface_t* surface =
+        cairo_pdf_surface_create_for_stream(AppendBytes, &bytes, 0.75 * drawing.width, 0.75 * drawing.height);
+    cairo_t* cr = cairo_create(surface);
+    cairo_scale(cr, 0.75, 0.75);
+    PaintDrawing(drawing, cr);
+    cairo_destroy(cr);
     cairo_surface_finish(surface);
     status = cairo_surface_status(surface);
+    cairo_surface_destroy(surface);
   } else {
-    status = cairo_surface_write_to_png(surface, path.c_str());
+    cairo_surface_t* surface = cairo_image_surface_create(
+        CAIRO_FORMAT_RGB24, static_cast<int>(std::ceil(drawing.width)), static_cast<int>(std::ceil(drawing.height)));
+    cairo_t* cr = cairo_create(surface);
+    PaintDrawing(drawing, cr);
+    cairo_destroy(cr);
+    status = cairo_surface_write_to_png_stream(surface, AppendBytes, &bytes);
+    cairo_surface_destroy(surface);
   }
-  cairo_surface_destroy(surface);
-  return Fail(path, status, error);
+  if (!Fail(path, status, error)) return false;
+  if (gae::WriteTextFile(path, bytes)) return true;
+  error = path + ": cannot be written";
+  return false;
 }
 
 }  // namespace gaecli

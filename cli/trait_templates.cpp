@@ -11,6 +11,7 @@
 #include "prep/trait_table.h"
 #include "report/phenotype_rows.h"
 #include "vocabulary/path_stem.h"
+#include "report/text_file.h"
 
 namespace gaecli {
 
@@ -23,11 +24,7 @@ std::string Read(const std::string& path) {
   return text.str();
 }
 
-bool Write(const std::string& path, const std::string& text) {
-  std::ofstream out(path, std::ios::binary);
-  out << text;
-  return static_cast<bool>(out.flush());
-}
+bool Write(const std::string& path, const std::string& text) { return gae::WriteTextFile(path, text); }
 
 // Writes `filled` over `path` and keeps it if `validator` takes it; else puts `frame` back.
 bool FillOne(const std::string& path, const std::string& frame, const std::string& filled,

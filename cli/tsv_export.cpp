@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <memory>
 
 #include "report/text_file.h"
 #include "twopoint/pair_store_file.h"
@@ -34,21 +33,25 @@ bool WritePairsTsv(const std::string& lrd, int record_length, const std::vector<
                    const std::string& out, long long& written) {
   gae::PairStoreFile store;
   if (!store.Open(lrd, record_length, 1)) return false;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(out.c_str(), "w"), std::fclose);
-  if (!file) return false;
-  std::fputs("marker1\tmarker2\trec_freq\tlod\n", file.get());
+  gae::FileReplacement file(out);
+  std::string chunk = "marker1\tmarker2\trec_freq\tlod\n";
   const gae::PairTable& table = store.Table();
   const auto n = static_cast<int64_t>(names.size());
   written = 0;
+  char numbers[64];
   for (int64_t i = 2; i <= n; ++i)
     for (int64_t j = 1; j < i; ++j) {
       const float lod = -table.First(i, j), rec = table.Second(i, j);
       if (std::isnan(lod) || lod < min_lod) continue;
-      std::fprintf(file.get(), "%s\t%s\t%.4f\t%.3f\n", names[static_cast<std::size_t>(j - 1)].c_str(),
-                   names[static_cast<std::size_t>(i - 1)].c_str(), static_cast<double>(rec), static_cast<double>(lod));
+      std::snprintf(numbers, sizeof numbers, "\t%.4f\t%.3f\n", static_cast<double>(rec), static_cast<double>(lod));
+      chunk += names[static_cast<std::size_t>(j - 1)] + "\t" + names[static_cast<std::size_t>(i - 1)] + numbers;
       ++written;
+      // Pieces of a megabyte: a table of millions of pairs is never held whole.
+      if (chunk.size() < (1u << 20)) continue;
+      if (!file.Append(chunk)) return false;
+      chunk.clear();
     }
-  return std::ferror(file.get()) == 0;
+  return file.Append(chunk) && file.Commit();
 }
 
 bool WriteMapTables(const std::string& file, int record_length, const gae::MapModel& m,
@@ -64,14 +67,10 @@ bool WriteMapTables(const std::string& file, int record_length, const gae::MapMo
   }
   const std::string stem = gae::ResultStem(file);
   const std::string map_out = stem + ".map.tsv", pairs_out = stem + ".pairs.tsv";
-  std::FILE* out = std::fopen(map_out.c_str(), "w");
-  const std::string text = MapTsvText(rows);
-  if (out == nullptr || std::fwrite(text.data(), 1, text.size(), out) != text.size()) {
-    if (out != nullptr) std::fclose(out);
+  if (!gae::WriteTextFile(map_out, MapTsvText(rows))) {
     std::fprintf(stderr, "%s: cannot be written\n", map_out.c_str());
     return false;
   }
-  std::fclose(out);
   std::vector<std::string> names;
   for (int i = 1; i <= m.num_markers; ++i) names.push_back(marker_name(i));
   long long written = 0;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "twopoint/pair_store_file.h"
+#include "frame/store_bus_guard.h"
 
 namespace gae {
 
@@ -54,7 +54,7 @@ void ReportSkippedResults(const std::vector<std::string>& skipped) {
 }
 
 bool StoreCutShort(std::string_view dll_name, int* status) {
-  if (!TakePairStoreDamage()) return false;
+  if (!StoreBusGuard().TakeDamage()) return false;
   MessageCode() = kEntryFailed;
   PrintFrameMessage(Process().pair_store.lrd_name, 0.0f, 0.0f, 0);
   PrintFrameMessage(dll_name, 0.0f, 0.0f, 0);

@@ -1,6 +1,14 @@
 #include "frame/process_state.h"
 
+#include "frame/store_bus_guard.h"
+
 namespace gae {
+
+PairStoreSettings WatchedStore() {
+  PairStoreSettings settings;
+  settings.watch = &StoreBusGuard();
+  return settings;
+}
 
 ProcessState& Process() {
   static ProcessState state;
@@ -19,7 +27,7 @@ void ResetProcessStateForTesting() {
   ProcessState& state = Process();
   while (state.log.IsConnected()) state.log.Close();
   state.message_code = 0;
-  state.pair_store = PairStoreSettings{};
+  state.pair_store = WatchedStore();
   state.random = UniformStream{};
   state.map = MapModel{};
   state.missing_word_seen = false;

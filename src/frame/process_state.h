@@ -14,10 +14,13 @@
 
 namespace gae {
 
+// No store yet, but the process's watch over the stores it will map.
+PairStoreSettings WatchedStore();
+
 struct ProcessState {
   int32_t message_code = 0;   // selects the catalogue text; non-zero after a failure
   RunLog log;
-  PairStoreSettings pair_store;  // the store of the last CheckError, for the stages after it
+  PairStoreSettings pair_store = WatchedStore();  // the store of the last CheckError, for the stages after it
   UniformStream random;
   MapModel map;               // the working map of the whole-pipeline drivers
   // Set by the first phenotype row that uses a word ("NA", "*", ...) for a missing value;

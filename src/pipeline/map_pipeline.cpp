@@ -237,7 +237,7 @@ MapPipelineRecord RunMapPipeline(const MapPipelineSettings& settings, UniformStr
   if (!ReadInput(settings, data, record) || !EnsurePairFile(settings, data, random, record)) return record;
   record.stage_seconds.emplace_back("read and pairs", clock.Lap());
   PairStoreFile store;
-  if (!store.Open(record.pair_file, PairRecordLength(settings.tool_code), data.mapping_function)) {
+  if (!store.Open(record.pair_file, PairRecordLength(settings.tool_code), data.mapping_function, settings.store_watch)) {
     record.failure = -1;
     record.failure_text = "cannot read the pairwise file " + record.pair_file;
     return record;
@@ -253,6 +253,11 @@ MapPipelineRecord RunMapPipeline(const MapPipelineSettings& settings, UniformStr
   }
   MapGroups(store.Table(), settings, data, map, random, record);
   record.stage_seconds.emplace_back("ordering and distances", clock.Lap());
+  if (settings.store_watch != nullptr && settings.store_watch->TakeDamage()) {
+    record.failure = -1;
+    record.failure_text = "the pairwise file " + record.pair_file + " was cut short while the map was read from it";
+    return record;
+  }
   std::vector<std::string> names(static_cast<size_t>(map.num_groups), std::string(19, ' '));
   NameGroups(map.num_groups, map.group_status.data(), names);
   // An imported file's groups carry the names of the chromosomes most of their markers come from.

@@ -23,6 +23,8 @@
 
 namespace gae {
 
+class MappingWatch;
+
 struct MapPipelineRecord;
 
 struct MapPipelineSettings {
@@ -49,6 +51,9 @@ struct MapPipelineSettings {
   // The caller's checks of the pairs once the threshold stands (anchors the pairs deny,
   // switched alleles): false stops the run before anything is ordered or written. May be empty.
   std::function<bool(const MapPipelineRecord& so_far, const std::vector<int32_t>& anchors)> check_pairs;
+  // The owner of the process's watch over mapped pair files; none: a pair file truncated by
+  // another program during the run ends the process.
+  MappingWatch* store_watch = nullptr;
 };
 
 struct PipelineGroup {

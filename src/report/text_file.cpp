@@ -14,7 +14,7 @@ namespace gae {
 
 namespace {
 
-bool WriteAll(int fd, const std::string& text) {
+bool WriteAll(int fd, std::string_view text) {
   std::size_t done = 0;
   while (done < text.size()) {
     const ssize_t n = ::write(fd, text.data() + done, text.size() - done);
@@ -27,18 +27,34 @@ bool WriteAll(int fd, const std::string& text) {
 
 }  // namespace
 
+// Written whole under another name, then renamed: a reader never meets half a report, a full
+// disk leaves the old file as it was, and a link or a pipe at the name is replaced, never followed.
+FileReplacement::FileReplacement(std::string path) : path_(std::move(path)), part_(TemporaryName(path_)) {
+  fd_ = ::open(part_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  ok_ = created_ = fd_ >= 0;
+}
+
+FileReplacement::~FileReplacement() {
+  if (fd_ >= 0) ::close(fd_);
+  if (created_ && !committed_) std::remove(part_.c_str());
+}
+
+bool FileReplacement::Append(std::string_view text) {
+  ok_ = ok_ && WriteAll(fd_, text);
+  return ok_;
+}
+
+bool FileReplacement::Commit() {
+  if (fd_ >= 0) ok_ = (::close(fd_) == 0) && ok_;
+  fd_ = -1;
+  ok_ = ok_ && std::rename(part_.c_str(), path_.c_str()) == 0;
+  committed_ = ok_;
+  return ok_;
+}
+
 bool WriteTextFile(const std::string& path, const std::string& text) {
-  // Written whole under another name, then renamed: a reader never meets half a report, a
-  // full disk leaves the old file as it was, and a link or a pipe at the name is replaced,
-  // never followed.
-  const std::string part = TemporaryName(path);
-  const int fd = ::open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (fd < 0) return false;
-  bool ok = WriteAll(fd, text);
-  ok = (::close(fd) == 0) && ok;
-  ok = ok && std::rename(part.c_str(), path.c_str()) == 0;
-  if (!ok) std::remove(part.c_str());
-  return ok;
+  FileReplacement file(path);
+  return file.Append(text) && file.Commit();
 }
 
 bool FolderTakesFiles(const std::string& path) {

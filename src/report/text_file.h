@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace gae {
@@ -8,6 +9,24 @@ namespace gae {
 // Replaces `path` with `text`, written whole under a temporary name first. False when the
 // file cannot be written completely; the old file, if any, then stays as it was.
 bool WriteTextFile(const std::string& path, const std::string& text);
+
+// A file written in pieces under a temporary name and put in place whole by Commit(), for a
+// result too large to build as one text. Uncommitted, it leaves the old file as it was.
+class FileReplacement {
+ public:
+  explicit FileReplacement(std::string path);
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+  ~FileReplacement();
+  bool Append(std::string_view text);
+  // False when any piece could not be written or the file not put in place.
+  bool Commit();
+
+ private:
+  std::string path_, part_;
+  int fd_ = -1;
+  bool ok_ = false, created_ = false, committed_ = false;
+};
 
 // Whether a new file can be made beside `path` (whose folder must exist): false in a read-only
 // folder or file system.

@@ -10,6 +10,21 @@
 
 namespace gae {
 
+// Told of each mapping a store makes and drops. A store cut short under a running map (another
+// program truncating it in place) ends the process with SIGBUS at the first lookup past the new
+// end; only the owner of the process may catch signals, so it watches the mappings and reports
+// the damage, and the run fails instead of the process dying.
+class MappingWatch {
+ public:
+  virtual void Mapped(const void* start, std::size_t bytes) = 0;
+  virtual void Unmapped(const void* start) = 0;
+  // Whether a watched store lost pages since the last call (they read as zeros); clears it.
+  virtual bool TakeDamage() = 0;
+
+ protected:
+  ~MappingWatch() = default;
+};
+
 // Where a pairwise store lies and how to read it: the last successful CheckError of a process
 // leaves these for the stage exports that follow.
 struct PairStoreSettings {
@@ -19,6 +34,7 @@ struct PairStoreSettings {
   // The records the store must hold, once known: a file cut short since it was written is
   // refused, not read as a map of unlinked markers.
   int64_t expected_records = -1;
+  MappingWatch* watch = nullptr;  // none: a store cut short under the run ends the process
 };
 
 class PairStoreFile {
@@ -30,21 +46,18 @@ class PairStoreFile {
 
   // `record_length` in 4-byte words. False when the file cannot be opened or mapped. An empty
   // file (a project of one marker) opens and holds no record.
-  bool Open(const std::string& path, int record_length, int mapping_function);
+  bool Open(const std::string& path, int record_length, int mapping_function, MappingWatch* watch = nullptr);
   void Close();
   bool IsOpen() const { return open_; }
   const PairTable& Table() const { return table_; }
 
  private:
   void* mapping_ = nullptr;
+  MappingWatch* watch_ = nullptr;
   std::size_t bytes_ = 0;
   bool open_ = false;
   PairTable table_;
 };
-
-// Whether a store was cut short while this process had it mapped (its lost records read as
-// zeros), since the last call; the flag is cleared.
-bool TakePairStoreDamage();
 
 // Opens the store that `settings` describe. False when there is none or it cannot be read.
 bool OpenPairStore(PairStoreFile& store, const PairStoreSettings& settings);

@@ -113,17 +113,21 @@ TEST_F(SharedFolder, AFileTheCommandDidNotWriteIsNeverReplacedUnlessAsked) {
   const std::string traits = ReadText(testing::SourcePath("examples/clonal_f1.cdq"));
   WriteText("c.cdq", traits);
   WriteText("elsewhere.txt", "kept\n");
-  ASSERT_EQ(::symlink("elsewhere.txt", "c.hap"), 0);
-  const testing::CommandRun refused = GaengineErrApart("map c.cdm");
+  for (const char* name : {"c.hap", "c.map.tsv", "c.rf.png"}) ASSERT_EQ(::symlink("elsewhere.txt", name), 0);
+  const testing::CommandRun refused = GaengineErrApart("map --tsv --plots c.cdm");
   EXPECT_EQ(refused.exit_code, 1);
   EXPECT_THAT(refused.err, HasSubstr("c.cdq: a result of c.cdm would replace this file"));
-  EXPECT_THAT(refused.err, HasSubstr("c.hap: a result"));
+  for (const char* name : {"c.hap:", "c.map.tsv:", "c.rf.png:"}) EXPECT_THAT(refused.err, HasSubstr(name));
   EXPECT_EQ(ReadText("c.cdq"), traits);
   EXPECT_FALSE(FileExists("c.sum"));
 
-  ASSERT_EQ(Gaengine("map --overwrite c.cdm").exit_code, 0);
-  EXPECT_EQ(ReadText("elsewhere.txt"), "kept\n");  // the link was replaced, not followed
-  EXPECT_EQ(Gaengine("map c.cdm").exit_code, 0);   // its own results it may replace
+  ASSERT_EQ(Gaengine("map --overwrite --tsv --plots c.cdm").exit_code, 0);
+  EXPECT_EQ(ReadText("elsewhere.txt"), "kept\n");  // the links were replaced, not followed
+  // Its own results, tables and pictures included, it may replace; an edited one it may not.
+  EXPECT_EQ(Gaengine("map --tsv --plots c.cdm").exit_code, 0);
+  EXPECT_EQ(Gaengine("plot c.cdm").exit_code, 0);
+  WriteText("c.map.svg", "edited by hand\n");
+  EXPECT_EQ(Gaengine("plot c.cdm").exit_code, 1);
   WriteText("c.err", "edited by hand\n");
   EXPECT_EQ(Gaengine("map c.cdm").exit_code, 1);
 }

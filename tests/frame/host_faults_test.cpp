@@ -20,6 +20,7 @@
 #include "gaengine.h"
 #include "support/export_call.h"
 #include "support/temp_dir.h"
+#include "frame/store_bus_guard.h"
 #include "twopoint/pair_store_file.h"
 #include "twopoint/pair_store_writer.h"
 
@@ -267,11 +268,11 @@ TEST_F(HostMachine, APairFileCutShortUnderARunFailsItWithoutACrash) {
   ASSERT_EQ(check.status, 0);
   EXPECT_EQ(InChild([] {
               PairStoreFile store;
-              if (!store.Open("f.LRD", 2, 1)) return 2;
+              if (!store.Open("f.LRD", 2, 1, &StoreBusGuard())) return 2;
               if (::truncate("f.LRD", 0) != 0) return 3;
               float sum = 0.0f;
               for (int64_t k = 0; k < store.Table().num_records; ++k) sum += store.Table().records[2 * k];
-              return TakePairStoreDamage() && sum == 0.0f ? 0 : 1;
+              return StoreBusGuard().TakeDamage() && sum == 0.0f ? 0 : 1;
             }),
             0);
   ASSERT_EQ(::truncate("f.LRD", 8 * 100), 0);

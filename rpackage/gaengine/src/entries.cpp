@@ -14,6 +14,7 @@
 #include "engine/auto_lod.h"
 #include "engine/frequency_cap.h"
 #include "engine/lod_tree.h"
+#include "frame/store_bus_guard.h"
 #include "frame/tool_profile.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
@@ -142,6 +143,7 @@ MapPipelineSettings CommandSettings(const std::string& path, int tool_code) {
   s.ordering.tour = {d.ordering_method, d.ordering_by, d.ordering_option, d.ordering_param1, d.ordering_param2};
   s.ordering.ripple_by = d.rippling_by;
   s.ordering.window_size = d.window_size;
+  s.store_watch = &StoreBusGuard();
   return s;
 }
 
@@ -160,7 +162,7 @@ void EnsurePairs(MapPipelineSettings& settings, const MapToolInput& data, SEXP s
              [&] { ShowProgress(show, progress); }, printed);
   ShowProgress(show, progress);
   if (!record.Ok()) Refused(settings.input_path, printed, record.failure_text);
-  if (!store.Open(record.pair_file, PairRecordLength(settings.tool_code), data.mapping_function))
+  if (!store.Open(record.pair_file, PairRecordLength(settings.tool_code), data.mapping_function, settings.store_watch))
     throw UserError("cannot read the pairwise file " + record.pair_file);
 }
 
