@@ -149,6 +149,7 @@ TEST(PairStoreSizeTest, CellCountWrapsIn32BitsAsTheFormatAlwaysDid) {
 TEST(PairStoreSizeTest, ARefusedAllocationFailsTheTest) {
   auto refuse = [](std::size_t) -> void* { return nullptr; };
   EXPECT_FALSE(PairCellsFit(10, refuse));
+  EXPECT_FALSE(PairCellsFit(PairCellCount(46341), refuse));  // however many cells
   EXPECT_TRUE(PairCellsFit(0, refuse));
   EXPECT_TRUE(PairCellsFit(10));
 }
