@@ -1,7 +1,6 @@
-// Ordering methods on group matrices: insertion against a literal transcription, and the
-// options' documented effects on stores with a known true order.
-#include "engine/order_group.h"
-
+// Ordering a group: sorting and sampling, tour primitives, insertion and rippling against literal
+// transcriptions of their rules, and the options' documented effects on stores with a known true
+// order.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,12 +10,16 @@
 #include <limits>
 #include <numeric>
 #include <random>
+#include <set>
 
 #include "engine/engine_test_support.h"
-#include "engine/ordering_methods.h"
-#include "engine/sort_sample.h"
 #include "engine/local_search.h"
+#include "engine/order_group.h"
+#include "engine/ordering_methods.h"
+#include "engine/rippling.h"
+#include "engine/sort_sample.h"
 #include "engine/tour_primitives.h"
+#include "support/alloc_counter.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {
@@ -24,6 +27,95 @@ namespace {
 
 using ::testing::ElementsAre;
 using testing::MemoryStore;
+
+TEST(SortWithPermutation, StableAscendingWithNaNLast) {
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const float values[] = {3.0f, nan, -1.0f, 3.0f, 0.5f, nan, -1.0f};
+  float sorted[7];
+  int32_t perm[7];
+  SVRGP(7, values, sorted, perm);
+  EXPECT_THAT(perm, ElementsAre(3, 7, 5, 1, 4, 2, 6));
+  for (int k = 0; k < 7; ++k) {
+    if (std::isnan(values[perm[k] - 1])) EXPECT_TRUE(std::isnan(sorted[k]));
+    else EXPECT_EQ(sorted[k], values[perm[k] - 1]);
+  }
+  const int32_t ints[] = {5, 2, 9, 2, 1};
+  int32_t isorted[5], iperm[5];
+  SVIGP(5, ints, isorted, iperm);
+  EXPECT_THAT(isorted, ElementsAre(1, 2, 2, 5, 9));
+  EXPECT_THAT(iperm, ElementsAre(5, 2, 4, 1, 3));
+}
+
+TEST(RandomSample, DistinctNumbersEachEquallyLikely) {
+  UniformStream random;
+  int32_t sample[10];
+  RNSRI(12, 10, random, sample);  // more than the population: all of it
+  std::set<int32_t> all(sample, sample + 10);
+  EXPECT_EQ(all.size(), 10u);
+  EXPECT_EQ(*all.begin(), 1);
+  EXPECT_EQ(*all.rbegin(), 10);
+
+  // 3 of 8 many times: each number is drawn 3/8 of the time, and the first draw is uniform too.
+  const int draws = 40000;
+  std::vector<int> hits(9, 0), first(9, 0);
+  for (int d = 0; d < draws; ++d) {
+    int32_t s[3];
+    RNSRI(3, 8, random, s);
+    ASSERT_NE(s[0], s[1]);
+    ASSERT_NE(s[0], s[2]);
+    ASSERT_NE(s[1], s[2]);
+    for (int32_t v : s) {
+      ASSERT_GE(v, 1);
+      ASSERT_LE(v, 8);
+      ++hits[v];
+    }
+    ++first[s[0]];
+  }
+  for (int v = 1; v <= 8; ++v) {
+    EXPECT_NEAR(hits[v] / static_cast<double>(draws), 3.0 / 8.0, 0.015) << v;
+    EXPECT_NEAR(first[v] / static_cast<double>(draws), 1.0 / 8.0, 0.01) << v;
+  }
+  // The same seed draws the same sample.
+  UniformStream a, b;
+  int32_t sa[5], sb[5];
+  RNSRI(5, 100, a, sa);
+  RNSRI(5, 100, b, sb);
+  EXPECT_TRUE(std::equal(sa, sa + 5, sb));
+}
+
+// A matrix from points on a line: d(i, j) = |x_i - x_j|.
+TourMatrix Line(const std::vector<float>& x) {
+  const int32_t n = static_cast<int32_t>(x.size());
+  TourMatrix d(n);
+  for (int32_t i = 2; i <= n; ++i)
+    for (int32_t j = 1; j < i; ++j) d.Set(i, j, std::fabs(x[i - 1] - x[j - 1]));
+  return d;
+}
+
+TEST(TourPrimitives, NearestNeighbourTakesTheLaterOfEqualCandidates) {
+  // From city 2 at 0, cities 1 and 3 both lie at distance 1: the later in the working array
+  // (after the swap of entries 1 and 2 the array reads 2 1 3 4) is 3.
+  const TourMatrix d = Line({-1, 0, 1, 5});
+  Tour tour;
+  NearestNeighbourTour(d, 2, tour);
+  EXPECT_THAT(tour, ElementsAre(2, 3, 1, 4));
+  NearestNeighbourTour(d, 4, tour);
+  EXPECT_THAT(tour, ElementsAre(4, 3, 2, 1));
+}
+
+TEST(TourPrimitives, LengthsByHand) {
+  const TourMatrix d = Line({0, 1, 3, 7});
+  const Tour tour = {1, 3, 2, 4};
+  float total = 0, longest = 0, closing = 0;
+  ClosedLength(d, tour, &total, &longest);
+  EXPECT_EQ(total, 7.0f + 3.0f + 2.0f + 6.0f);
+  EXPECT_EQ(longest, 7.0f);
+  OpenLength(d, tour, &total, &closing);
+  EXPECT_EQ(total, 3.0f + 2.0f + 6.0f);
+  EXPECT_EQ(closing, 7.0f);
+  // pairs (i>j) over (i-j)^2: d(3,1)/1 + d(2,1)/4 + d(2,3)/1 + d(4,1)/9 + d(4,3)/4 + d(4,2)/1
+  EXPECT_FLOAT_EQ(PairWeightedSum(d, tour), 3.0f + 1.0f / 4 + 2.0f + 7.0f / 9 + 4.0f / 4 + 6.0f);
+}
 
 // Fixes the clock seed of the random starts for one test.
 class FixedSeed : public ::testing::Test {
@@ -291,6 +383,66 @@ TEST_F(OrderGroupOnALine, ConsensusOrdersSharedMarkersFirstThenInsertsTheRest) {
   OrderConsensus(table, 2, 2, maps.data(), two.data(), position.data(), random, nullptr);
   EXPECT_THAT(two, ElementsAre(5, 3));
   EXPECT_EQ(position[1], MapRecToDistance(3, c.store.Second(5, 3)));
+}
+
+// One sliding pass as its rule reads, every row's cost looked up in the matrix.
+void LiteralRipple(int32_t window_size, const TourMatrix& d, std::vector<int32_t>& perm) {
+  const int32_t n = static_cast<int32_t>(perm.size());
+  const int32_t W = std::min(window_size, n);
+  for (int32_t s = 1; s <= n - W + 1; ++s) {
+    const std::vector<int32_t> w(perm.begin() + (s - 1), perm.begin() + (s - 1 + W));
+    std::vector<int32_t> row(W), chosen(W);
+    std::iota(row.begin(), row.end(), 1);
+    chosen = row;
+    float best = std::numeric_limits<float>::infinity();
+    do {
+      float cost = s >= 2 ? d(perm[s - 2], w[row[0] - 1]) : 0.0f;
+      for (int32_t k = 1; k <= W - 1; ++k) cost += d(w[row[k - 1] - 1], w[row[k] - 1]);
+      if (s <= n - W) cost += d(w[row[W - 1] - 1], perm[s + W - 1]);
+      if (cost < best) best = cost, chosen = row;
+    } while (std::next_permutation(row.begin(), row.end()));
+    for (int32_t k = 0; k < W; ++k) perm[s - 1 + k] = w[chosen[k] - 1];
+  }
+}
+
+TEST(RippleWindows, AWideWindowNeedsNoTableOfItsPermutations) {
+  // Found by fuzzing: consensus windows of 10 to 12 built a table of every permutation first
+  // (145 MB at 10, 1.7 GB at 11). The walk must hold no more than a few small vectors, and
+  // still find the cheapest order of a whole group in one window.
+  std::mt19937 rng(61);
+  const int32_t n = 10;
+  const TourMatrix d = testing::ToTourMatrix(n, testing::RandomPacked(n, rng, 0, 1000, true));
+  std::vector<int32_t> perm(n);
+  std::iota(perm.begin(), perm.end(), 1);
+  std::shuffle(perm.begin(), perm.end(), rng);
+  std::vector<int32_t> literal = perm;
+  {
+    testing::AllocationScope scope;
+    RippleWindows(n, d, perm);
+    EXPECT_LT(scope.PeakBytes(), 64 * 1024);
+  }
+  LiteralRipple(n, d, literal);
+  EXPECT_EQ(perm, literal);
+}
+
+TEST(RippleWindows, EqualsTheLiteralRuleOnRandomMatrices) {
+  std::mt19937 rng(53);
+  int changed = 0;
+  for (int trial = 0; trial < 300; ++trial) {
+    const int32_t n = 1 + static_cast<int32_t>(rng() % 25);
+    const int32_t window = 2 + static_cast<int32_t>(rng() % 5);
+    const TourMatrix d = testing::ToTourMatrix(n, testing::RandomPacked(n, rng, -8, 8, trial % 2 == 1));
+    std::vector<int32_t> ours(n);
+    std::iota(ours.begin(), ours.end(), 1);
+    std::shuffle(ours.begin(), ours.end(), rng);
+    std::vector<int32_t> literal = ours;
+    const std::vector<int32_t> start = ours;
+    RippleWindows(window, d, ours);
+    LiteralRipple(window, d, literal);
+    ASSERT_EQ(ours, literal) << "trial " << trial;
+    changed += ours != start;
+  }
+  EXPECT_GT(changed, 150);
 }
 
 }  // namespace

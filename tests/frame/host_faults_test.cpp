@@ -186,25 +186,6 @@ TEST_F(HostArguments, APathLengthPastTheBufferReadsOnlyToTheNul) {
 
 class HostMachine : public testing::InTempDir {};
 
-TEST_F(HostMachine, AReportCutShortByAFullDiskFailsTheRunAndNamesTheFile) {
-  CopyExample("f2_five_chromosomes.map", "f.map");
-  ASSERT_EQ(testing::CallOnPath(MAPAllByDefault, "f.map"), 0);
-  const std::string sum = ReadText("f.sum");
-  std::remove("MAP.log");  // the failure must fit in a fresh log
-  // Every file may now hold at most 8 KB: the pair file is reused, the larger reports fail.
-  const int child = InChild([] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{8192, 8192};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    int status = 0;
-    MAPAllByDefault(5, "f.map", &status);
-    return status == 1101 ? 0 : 1;
-  });
-  EXPECT_EQ(child, 0);
-  EXPECT_NE(ReadText("MAP.log").find("--Error1101: error found in DLL! DLL name=f."), std::string::npos);
-  EXPECT_EQ(ReadText("f.sum"), sum);  // the report of the last good run stays whole
-}
-
 TEST_F(HostMachine, AReadOnlyFolderIsRefusedBeforeTheRun) {
   ASSERT_EQ(::mkdir("ro", 0755), 0);
   CopyExample("f2_five_chromosomes.map", "ro/f.map");

@@ -3,7 +3,6 @@
 // catalogued code (or its flag), give back everything it allocated, and never hold much memory.
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <functional>
 #include <random>
 #include <string>
@@ -11,6 +10,7 @@
 
 #include "vocabulary/messages.h"
 #include "frame/process_state.h"
+#include "fuzz/mutate.h"
 #include "gaengine.h"
 #include "input/map_tool_reader.h"
 #include "support/alloc_counter.h"
@@ -67,55 +67,6 @@ std::vector<std::function<int(const std::string&)>> Entries() {
   return entries;
 }
 
-std::vector<std::string> Mutants(const std::string& text, std::mt19937& rng) {
-  std::vector<std::string> out;
-  auto below = [&rng](std::size_t n) { return n == 0 ? 0 : rng() % n; };
-  for (int i = 0; i < 6; ++i) out.push_back(text.substr(0, below(text.size())));
-  for (int i = 0; i < 8; ++i) {
-    std::string m = text;
-    for (int f = 1 + static_cast<int>(below(16)); f > 0; --f) m[below(m.size())] = static_cast<char>(rng());
-    out.push_back(m);
-  }
-  // Each of the first numbers of the file made huge or absurd.
-  const char* huge[] = {"2147483647", "2000000000", "-2147483648", "99999999999", "0"};
-  std::size_t pos = 0;
-  for (int n = 0; n < 9; ++n) {
-    while (pos < text.size() && !(std::isdigit(static_cast<unsigned char>(text[pos])) &&
-                                  (pos == 0 || text[pos - 1] == ' ' || text[pos - 1] == '\n'))) {
-      if (text[pos] == '!') pos = text.find('\n', pos);  // skip remark lines
-      if (pos == std::string::npos) break;
-      ++pos;
-    }
-    if (pos == std::string::npos || pos >= text.size()) break;
-    std::size_t end = pos;
-    while (end < text.size() && std::isdigit(static_cast<unsigned char>(text[end]))) ++end;
-    out.push_back(text.substr(0, pos) + huge[below(5)] + text.substr(end));
-    pos = end;
-  }
-  auto line_starts = [&text] {
-    std::vector<std::size_t> starts{0};
-    for (std::size_t i = 0; i < text.size(); ++i) if (text[i] == '\n') starts.push_back(i + 1);
-    return starts;
-  }();
-  for (int i = 0; i < 4; ++i) {
-    const std::size_t at = line_starts[below(line_starts.size())];
-    out.push_back(text.substr(0, at) + "\n\n\n" + text.substr(at));
-    const std::size_t next = text.find('\n', at);
-    out.push_back(text.substr(0, at) + (next == std::string::npos ? "" : text.substr(next + 1)));
-  }
-  for (int i = 0; i < 3; ++i) {
-    std::string m = text;
-    const std::size_t at = below(m.size());
-    for (std::size_t k = at; k < std::min(m.size(), at + 64); ++k) m[k] = static_cast<char>(rng());
-    out.push_back(m);
-  }
-  std::string garbage(3000, '\0');
-  for (char& c : garbage) c = static_cast<char>(rng());
-  out.push_back(garbage);
-  out.push_back("");
-  return out;
-}
-
 class Fuzz : public testing::InTempDir {};
 
 TEST_F(Fuzz, EveryEntryReturnsAndReleasesOnMutatedExamples) {
@@ -124,19 +75,24 @@ TEST_F(Fuzz, EveryEntryReturnsAndReleasesOnMutatedExamples) {
   // Each entry first reads its own example, which it must accept; this also puts in place the
   // buffers the frame keeps for the process.
   for (std::size_t e = 0; e < entries.size(); ++e) EXPECT_EQ(entries[e](testing::SourcePath(kExamples[e])), 0) << kExamples[e];
-  std::mt19937 rng(20240611);
+  std::vector<std::string> pool;
+  for (const char* example : kExamples) pool.push_back(testing::ReadText(testing::SourcePath(example)));
+  std::mt19937_64 rng(20240611);
   int calls = 0;
-  for (const char* example : kExamples) {
-    for (const std::string& mutant : Mutants(testing::ReadText(testing::SourcePath(example)), rng)) {
+  for (std::size_t k = 0; k < pool.size(); ++k) {
+    for (int m = 0; m <= 36; ++m) {
+      // One to eight edits of the example; the last one an empty file.
+      std::string mutant = m == 36 ? "" : pool[k];
+      for (int edits = m == 36 ? 0 : 1 + static_cast<int>(rng() % 8); edits > 0; --edits) fuzz::Mutate(mutant, pool, rng);
       testing::WriteText("mutant.txt", mutant);
       for (std::size_t e = 0; e < entries.size(); ++e) {
         testing::AllocationScope scope;
         const int result = entries[e]("mutant.txt");
         ++calls;
         EXPECT_TRUE(result == 0 || result == 1 || IsCatalogued(result))
-            << example << " entry " << e << " result " << result;
-        EXPECT_EQ(scope.LiveBytes(), 0) << example << " entry " << e;
-        EXPECT_LT(scope.PeakBytes(), kPeakBound) << example << " entry " << e;
+            << kExamples[k] << " entry " << e << " result " << result;
+        EXPECT_EQ(scope.LiveBytes(), 0) << kExamples[k] << " entry " << e;
+        EXPECT_LT(scope.PeakBytes(), kPeakBound) << kExamples[k] << " entry " << e;
       }
     }
   }

@@ -1,16 +1,27 @@
-// The estimator frame: pair codes, tables, the two phases, the guard, Newton and the score.
+// The front end's two-point estimator: pair codes, tables, the two phases, the guard, Newton and
+// the score, by hand; expected tables of every population type estimated back to their frequency;
+// the exported single-table calculator; map distance and recombination frequency.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "gaengine.h"
+#include "support/temp_dir.h"
+#include "twopoint/closed_forms.h"
+#include "twopoint/mapping_function.h"
 #include "twopoint/two_point.h"
+#include "twopoint/two_point_cases.h"
 
 namespace gae {
 namespace {
+
+using testing::AllTypeCodes;
+using testing::Name;
+using testing::TypeCode;
 
 const float kNaN = std::numeric_limits<float>::quiet_NaN();
 
@@ -160,6 +171,225 @@ TEST(TwoPointNewtonStart, StartValuesByHand) {
   // NaN passes the clamps.
   const float hets[9] = {0, 0, 0, 0, 50, 0, 0, 0, 0};
   EXPECT_TRUE(std::isnan(TwoPointStart(7, 11, hets, 50)));
+}
+
+float Closed(int type, int code, const float (&cells)[9]) {
+  float n = 0;
+  for (float v : cells) n += v;
+  float r = -1;
+  EXPECT_TRUE(TwoPointClosedForm(type, code, cells, n, r)) << "type " << type << " code " << code;
+  return r;
+}
+
+TEST(TwoPointClosedForm, NothingIsClamped) {
+  // A RIL table with R = 0.8 gives r = 0.4 / 0.2 = 2 in one phase.
+  EXPECT_FLOAT_EQ(Closed(4, 11, {10, 0, 40, 0, 0, 0, 40, 0, 10}), 2.0f);
+  // All recombinant: exactly 1.
+  EXPECT_FLOAT_EQ(Closed(3, 11, {0, 0, 20, 0, 0, 0, 20, 0, 0}), 1.0f);
+  // Every line recombinant: R = 1, r = 0.5 / 0, infinite.
+  EXPECT_TRUE(std::isinf(Closed(4, 11, {0, 0, 50, 0, 0, 0, 50, 0, 0})));
+}
+
+// The start values of some dominant and recessive pairs lie far from the estimate: for F3
+// codes 1212 and 1010, 1 - 4 N9/n is negative below r of about 0.2 and the start is clamped to
+// 0.0001, where the first step is shorter than the convergence test; for P1BC1F2 and P2BC1F2
+// codes 1210/1012, P5 - P7 is 1/4 at every r, so the start is always 0.9999; for P1BC2F2 code
+// 1212 the start is 1 - r. From there, at small r, the guarded iteration stops at or next to
+// 0 instead of at r. These are the (type, code, r) tables, in coupling, that do not come back.
+struct Case {
+  int type, code;
+  double r;
+};
+bool Listed(const std::vector<Case>& list, const TypeCode& tc, double r) {
+  for (const Case& c : list)
+    if (c.type == tc.type && c.code == tc.code && c.r == r) return true;
+  return false;
+}
+const std::vector<Case> kStopsAtTheBorder = {
+    {8, 1212, 0.02}, {8, 1212, 0.1}, {8, 1010, 0.02}, {8, 1010, 0.1},   {13, 1210, 0.02},
+    {13, 1012, 0.02}, {14, 1210, 0.02}, {14, 1012, 0.02}, {15, 1212, 0.02}, {16, 1212, 0.02},
+    {16, 1010, 0.02}};
+
+TEST(TwoPointRecovery, ExpectedTablesOfTenThousandGiveTheirFrequencyBack) {
+  for (const TypeCode& tc : AllTypeCodes()) {
+    for (double r : {0.02, 0.1, 0.3}) {
+      float cells[9];
+      testing::ExpectedTable(tc, r, 10000, cells);
+      float rec = -1, lod = -1, se = -1;
+      TwoPointEstimate(tc.type, tc.code, cells, rec, lod, se);
+      if (Listed(kStopsAtTheBorder, tc, r)) {
+        EXPECT_LT(rec, 0.00021f) << Name(tc) << " r " << r;
+        continue;
+      }
+      EXPECT_NEAR(rec, r, 0.002) << Name(tc) << " r " << r;
+      EXPECT_GT(lod, 0.0f) << Name(tc) << " r " << r;
+      EXPECT_GT(se, 0.0f) << Name(tc) << " r " << r;
+    }
+  }
+}
+
+// Markers linked in the other phase: the table is the exchanged one, and the estimate is 1 - r.
+// It comes from the exchanged table, so the cases above recur under the exchanged code; and
+// P1BC2F2 code 1010 read in repulsion ends its first phase at 0, which no second phase beats.
+const std::vector<Case> kRepulsionMissed = {
+    {8, 1210, 0.02}, {8, 1210, 0.1},  {8, 1012, 0.02}, {8, 1012, 0.1},  {13, 1212, 0.02},
+    {13, 1010, 0.02}, {14, 1212, 0.02}, {14, 1010, 0.02}, {15, 1210, 0.02}, {15, 1012, 0.02},
+    {15, 1010, 0.02}, {15, 1010, 0.1}, {15, 1010, 0.3}, {16, 1210, 0.02}, {16, 1012, 0.02}};
+
+TEST(TwoPointRecovery, RepulsionTablesGiveOneMinusTheFrequency) {
+  // The exchange of one marker's alleles, as a permutation of the cells (an involution).
+  auto exchanged = [](const TypeCode& tc, int& code) -> std::array<int, 9> {
+    code = tc.code;
+    if (tc.type == 1 || tc.type == 9) return {4, 5, 6, 1, 2, 3, 7, 8, 9};
+    if (tc.type == 2 || tc.type == 10) return {1, 2, 3, 7, 8, 9, 4, 5, 6};
+    if (testing::MultiCodeType(tc.type)) {
+      if (tc.code == 1212) code = 1210;
+      if (tc.code == 1210 || tc.code == 1012) code = 1212;
+      if (tc.code == 1010) code = 1210;
+      if (tc.code == 1212 || tc.code == 1210 || tc.code == 1012) return {3, 2, 1, 6, 5, 4, 9, 8, 7};
+    }
+    return {7, 8, 9, 4, 5, 6, 1, 2, 3};
+  };
+  for (const TypeCode& tc : AllTypeCodes()) {
+    int other_code = 0;
+    const std::array<int, 9> perm = exchanged(tc, other_code);
+    for (double r : {0.02, 0.1, 0.3}) {
+      float in_phase[9], cells[9];
+      testing::ExpectedTable({tc.type, other_code}, r, 10000, in_phase);
+      for (int k = 0; k < 9; ++k) cells[k] = in_phase[perm[k] - 1];
+      float rec = -1, lod = -1, se = -1;
+      TwoPointEstimate(tc.type, tc.code, cells, rec, lod, se);
+      if (Listed(kRepulsionMissed, tc, r)) {
+        EXPECT_GT(std::fabs(rec - (1 - r)), 0.002) << Name(tc) << " r " << r;
+        continue;
+      }
+      EXPECT_NEAR(rec, 1 - r, 0.002) << Name(tc) << " r " << r;
+      EXPECT_GT(lod, 0.0f) << Name(tc) << " r " << r;
+    }
+  }
+}
+
+struct Outputs {
+  float rec = -1, se = -1, lod = -1, p = -1, haldane = -1, kosambi = -1;
+};
+Outputs Call(int code, int type, const float* cells) {
+  Outputs o;
+  ToolTwoPointREC(code, type, cells, &o.rec, &o.se, &o.lod, &o.p, &o.haldane, &o.kosambi);
+  return o;
+}
+
+using ToolTwoPoint = testing::InTempDir;
+
+TEST_F(ToolTwoPoint, BackcrossTableByHand) {
+  // r = 8/20 = 0.4; LOD = 12 log10 0.6 + 8 log10 0.4 - 20 log10 0.5 = 0.174895;
+  // x = 2 ln(10) LOD = 0.805422 and, for one degree of freedom, p = erfc(sqrt(x / 2)).
+  const float cells[9] = {6, 4, 0, 4, 6, 0, 0, 0, 0};
+  const Outputs o = Call(11, 1, cells);
+  EXPECT_FLOAT_EQ(o.rec, 0.4f);
+  EXPECT_NEAR(o.lod, 0.174895f, 2e-6f);
+  // h = -12 / 0.36 - 8 / 0.16 = -83.3333, error sqrt(0.012).
+  EXPECT_NEAR(o.se, std::sqrt(0.012f), 1e-6f);
+  EXPECT_NEAR(o.p, std::erfc(std::sqrt(0.805422 / 2)), 2e-6);
+  // Haldane -50 ln 0.2 = 80.471896, Kosambi 25 ln 9 = 54.930614.
+  EXPECT_NEAR(o.haldane, 80.471896f, 1e-4f);
+  EXPECT_NEAR(o.kosambi, 54.930614f, 1e-4f);
+  // No log is opened.
+  EXPECT_FALSE(testing::FileExists("MAP.log"));
+}
+
+TEST_F(ToolTwoPoint, TablesWithoutAnEstimateAnswerAsUnlinked) {
+  // An empty F2 table, and one found by fuzzing: the second marker is H wherever the first is
+  // typed, and the first has as many H as A and B together, so both phases give r = NaN with
+  // a LOD of about 149. The calculator answers as the store keeps such a pair.
+  const float empty[9] = {}, degenerate[9] = {0, 0, 0, 54, 99, 45, 0, 0, 0};
+  for (const float* cells : {empty, degenerate}) {
+    const Outputs o = Call(11, 7, cells);
+    EXPECT_EQ(o.rec, 0.5f);
+    EXPECT_EQ(o.lod, 0.0f);
+    EXPECT_EQ(o.se, 0.0f);
+    EXPECT_EQ(o.p, 1.0f);
+    EXPECT_EQ(o.haldane, 1000.0f);
+    EXPECT_EQ(o.kosambi, 1000.0f);
+  }
+  // Missing pointers: the cells count as empty, absent outputs are skipped.
+  float rec = -1;
+  ToolTwoPointREC(11, 7, nullptr, &rec, nullptr, nullptr, nullptr, nullptr, nullptr);
+  EXPECT_EQ(rec, 0.5f);
+}
+
+TEST_F(ToolTwoPoint, TablesComeWithTheFirstMarkerAsRows) {
+  // An F2 pair of a recessive and a co-dominant marker (code 101), typed with the recessive
+  // marker as rows: rows 1 and 2 hold it, all three columns the co-dominant one. The engine
+  // knows this layout as code 110 (co-dominant first), so the calculator transposes it.
+  const float as_typed[9] = {30, 10, 1, 12, 50, 11, 0, 0, 0};
+  const float transposed[9] = {30, 12, 0, 10, 50, 0, 1, 11, 0};
+  float rec = 0, lod = 0, se = 0;
+  TwoPointEstimate(7, 110, transposed, rec, lod, se);
+  const Outputs o = Call(101, 7, as_typed);
+  EXPECT_EQ(o.rec, rec);
+  EXPECT_EQ(o.lod, lod);
+  EXPECT_EQ(o.se, se);
+  EXPECT_GT(o.rec, 0.0f);
+  EXPECT_LT(o.rec, 0.5f);
+  // Code 110 itself is taken as it stands.
+  const Outputs same = Call(110, 7, transposed);
+  EXPECT_EQ(same.rec, rec);
+}
+
+constexpr int kKosambi = 1, kHaldane = 2, kMorgan = 3;
+
+TEST(MappingFunction, DistancesByHand) {
+  // r = 0.1: Kosambi 25 ln(1.2 / 0.8) = 10.136628, Haldane -50 ln 0.8 = 11.157178, Morgan 10.
+  EXPECT_NEAR(MapRecToDistance(kKosambi, 0.1f), 10.136628f, 2e-5f);
+  EXPECT_NEAR(MapRecToDistance(kHaldane, 0.1f), 11.157178f, 2e-5f);
+  EXPECT_NEAR(MapRecToDistance(kMorgan, 0.1f), 10.0f, 1e-5f);
+  // d = 20 cM: Kosambi 0.5 (e^0.8 - 1) / (e^0.8 + 1) = 0.1899745, Haldane 0.5 (1 - e^-0.4)
+  // = 0.1648400, Morgan 0.2.
+  EXPECT_NEAR(MapDistanceToRec(kKosambi, 20.0f), 0.1899745f, 1e-6f);
+  EXPECT_NEAR(MapDistanceToRec(kHaldane, 20.0f), 0.1648400f, 1e-6f);
+  EXPECT_NEAR(MapDistanceToRec(kMorgan, 30.0f), 0.3f, 1e-7f);
+}
+
+TEST(MappingFunction, TheTwoDirectionsAreInverse) {
+  for (int code : {kKosambi, kHaldane, kMorgan}) {
+    for (float d : {0.5f, 3.0f, 17.0f, 42.0f}) {
+      EXPECT_NEAR(MapRecToDistance(code, MapDistanceToRec(code, d)), d, 2e-4f * d) << code;
+    }
+  }
+}
+
+TEST(MappingFunction, FrequencyEdges) {
+  for (int code : {kKosambi, kHaldane, kMorgan}) {
+    // No recombination is no distance, and a plain zero, never -0.
+    const float at_zero = MapRecToDistance(code, 0.0f);
+    EXPECT_EQ(at_zero, 0.0f) << code;
+    EXPECT_FALSE(std::signbit(at_zero)) << code;
+    // Free recombination, and what 32 bits cannot tell from it.
+    EXPECT_EQ(MapRecToDistance(code, 0.5f), kUnlinkedDistance);
+    EXPECT_EQ(MapRecToDistance(code, 0.50000001f), kUnlinkedDistance);
+    // Above 1/2 the pair is linked in the other phase: 1 is 0, 0.75 is 0.25.
+    EXPECT_EQ(MapRecToDistance(code, 1.0f), 0.0f);
+    EXPECT_EQ(MapRecToDistance(code, 0.75f), MapRecToDistance(code, 0.25f));
+    // Outside 0..1 and NaN: unlinked.
+    EXPECT_EQ(MapRecToDistance(code, -0.01f), kUnlinkedDistance);
+    EXPECT_EQ(MapRecToDistance(code, 1.01f), kUnlinkedDistance);
+    EXPECT_EQ(MapRecToDistance(code, std::numeric_limits<float>::quiet_NaN()), kUnlinkedDistance);
+  }
+  EXPECT_EQ(MapRecToDistance(4, 0.1f), kUnlinkedDistance);
+}
+
+TEST(MappingFunction, DistanceEdges) {
+  for (int code : {kKosambi, kHaldane, kMorgan}) {
+    EXPECT_EQ(MapDistanceToRec(code, -1.0f), 0.0f);
+    EXPECT_EQ(MapDistanceToRec(code, 999.0f), 0.5f);
+    EXPECT_EQ(MapDistanceToRec(code, kUnlinkedDistance), 0.5f);
+  }
+  // Morgan's line passes 1/2 at 50 cM and is capped there: 60 cM is 0.5, not 0.6.
+  EXPECT_EQ(MapDistanceToRec(kMorgan, 60.0f), 0.5f);
+  // The other two approach 1/2 without reaching it before 999 cM.
+  EXPECT_LT(MapDistanceToRec(kHaldane, 900.0f), 0.5f + 1e-7f);
+  EXPECT_LE(MapDistanceToRec(kKosambi, 998.0f), 0.5f);
+  EXPECT_EQ(MapDistanceToRec(0, 10.0f), 0.5f);
 }
 
 }  // namespace
