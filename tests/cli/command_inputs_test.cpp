@@ -325,7 +325,7 @@ TEST_F(TrustChecks, ASecondRunOnThePairFileWaitsOrStops) {
 // The bundled clonal example lies beside its own .cdq: a map run must not replace it.
 TEST_F(TrustChecks, AFileTheCommandDidNotWriteIsNeverReplacedUnlessAsked) {
   WriteText("c.cdm", ReadText(testing::SourcePath("examples/clonal_f1.cdm")));
-  const std::string traits = ReadText(testing::SourcePath("examples/clonal_f1.cdq"));
+  const std::string traits = ReadText(testing::SourcePath("examples/clonal_f1_traits.cdq"));
   WriteText("c.cdq", traits);
   WriteText("elsewhere.txt", "kept\n");
   for (const char* name : {"c.hap", "c.map.tsv", "c.rf.png"}) ASSERT_EQ(::symlink("elsewhere.txt", name), 0);

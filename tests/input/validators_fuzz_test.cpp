@@ -24,7 +24,7 @@ constexpr long long kPeakBound = 64ll << 20;  // far above what files of this si
 const char* const kExamples[] = {
     "examples/ril_two_traits.bip", "examples/f2_segregation.sdl",
     "examples/backcross_three_environments.met", "examples/three_families.nam",
-    "examples/four_way_ril.plq", "examples/clonal_f1.cdq", "examples/segment_lines.csl",
+    "examples/four_way_ril_traits.plq", "examples/clonal_f1_traits.cdq", "examples/segment_lines.csl",
     "examples/trial_two_traits.aov", "examples/three_maps_3b.cmp",
     "examples/training_and_breeding.gsp", "examples/f2_five_chromosomes.map", "examples/clonal_f1.cdm",
     "examples/four_way_ril.plm"};
