@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 
+#include <CLI/CLI.hpp>
+
 #include "report/text_file.h"
 #include "vocabulary/frame_codes.h"
 #include "vocabulary/message_code.h"

@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace gaecli {
 
