@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "multipoint/clonal_suspects.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {
@@ -551,6 +552,7 @@ ClonalGroupMap MapClonalGroup(int32_t num_individuals, const std::vector<char>& 
     out.first_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(chain.rf_first[k]));
     out.second_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(chain.rf_second[k]));
   }
+  map.suspects = ClonalSuspects(calls, chain, options.suspect_posterior);
   out.phases = chain.phases;
   out.rf_first = chain.rf_first;
   out.rf_second = chain.rf_second;
