@@ -1,6 +1,5 @@
 // The founder chain of pure lines against computations written from the breeding tables:
-// the two-locus founder tables, a sum over every hidden founder path, and the EM of one
-// interval against a brute-force maximum.
+// the two-locus founder tables and a sum over every hidden founder path.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,7 +10,6 @@
 #include "multipoint/founder_calls.h"
 #include "multipoint/founder_design.h"
 #include "support/bred_data_sets.h"
-#include "support/brute_force.h"
 #include "support/pure_line_likelihood.h"
 
 namespace gae {
@@ -96,27 +94,6 @@ TEST(FounderChain, ForwardPassEqualsTheSumOverAllFounderPaths) {
     st.rf = {0.07, 0.31};
     st.error_rate = 0.04;
     EXPECT_NEAR(EvaluateChain(calls, st, nullptr), SumOverPaths(type, patterns, letters, st.rf, st.error_rate), 1e-10);
-  }
-}
-
-// Two fully informative markers: EM's step for the interval maximises the expected complete
-// log-likelihood, which a brute-force search over r finds independently.
-TEST(FounderChain, IntervalStepReachesTheMaximumOfTheExpectedCounts) {
-  std::mt19937_64 rng(9);
-  for (int type = 1; type <= 4; ++type) {
-    const HmmDesign d = MakeFounderDesign(type);
-    std::vector<double> expected(kMatrixSize, 0.0);
-    for (int a = 0; a < d.num_states; ++a)
-      for (int b = 0; b < d.num_states; ++b) expected[a * kMaxChainStates + b] = (a == b ? 40.0 : 1.0) * (rng() % 5 + 1);
-    auto value = [&](double r) {
-      double t[kMatrixSize], q = 0;
-      TransitionMatrix(d, r, t);
-      for (int k = 0; k < kMatrixSize; ++k)
-        if (expected[k] > 0) q += expected[k] * std::log(t[k]);
-      return q;
-    };
-    const double r = MaximiseInterval(d, expected.data(), 0.499);
-    EXPECT_NEAR(r, testing::BruteForceMaximum(value, 1e-9, 0.499).x, 1e-5) << type;
   }
 }
 
