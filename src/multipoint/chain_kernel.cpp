@@ -167,7 +167,7 @@ class IndividualPass {
       for (int s = 0; s < S; ++s) {
         const double p = a_[j * S + s] * b_[j * S + s];
         z += p;
-        if (!CallMatches(code, g_.design.state_class[s])) wrong += p;
+        if (!g_.Agrees(in_.markers[j], code, s)) wrong += p;
       }
       sums.errors += wrong / z;
       sums.typed += 1;
@@ -227,6 +227,7 @@ double RunForwardBackward(const RunInput& in, const ChainVectors& out, RunSums* 
     case 2: return RunTyped<2>(in, out, sums);
     case 3: return RunTyped<3>(in, out, sums);
     case 4: return RunTyped<4>(in, out, sums);
+    case 8: return RunTyped<8>(in, out, sums);
     default: return 0;
   }
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "multipoint/clonal_suspects.h"
 #include "twopoint/mapping_function.h"
 
 namespace gae {
@@ -16,6 +17,8 @@ constexpr double kMinFrequency = 1e-6;
 // A move must raise ln L by this much: less is within what an incompletely fitted window gains
 // from refitting alone.
 constexpr double kMinMoveGain = 0.05;
+// Markers from either end among which blocks are moved whatever the intervals between them.
+constexpr int kEndZone = 10;
 
 ClonalRun WholeRun(const ClonalChain& chain) {
   ClonalRun run;
@@ -343,6 +346,28 @@ int MoveClonalBlocks(const ClonalCalls& calls, ClonalChain& chain, const ClonalF
           }
         }
       }
+    // At the ends, markers that segregate in one parent only can stand in blocks in the wrong
+    // order with nothing long between them: blocks reaching an end are swapped (either way
+    // round), and three put in the opposite order, which takes two swaps that each lose.
+    const int zone = std::min(kEndZone, length);
+    auto blocks = [&](std::initializer_list<std::pair<int, int>> runs, bool turn_first, bool turn_second) {
+      arrangement.clear();
+      int k = 0;
+      for (const auto& [from, to] : runs) append(from, to, (k == 0 && turn_first) || (k == 1 && turn_second)), ++k;
+      consider(std::min(runs.begin()->first, (runs.end() - 1)->first));
+    };
+    for (int a = 1; a < zone; ++a)
+      for (int b = a + 1; b <= zone; ++b) {
+        const int ta = length - b, tb = length - a;  // the same cuts counted from the tail
+        for (int turn = 0; turn < 4; ++turn) {
+          blocks({{a, b}, {0, a}}, turn & 1, turn & 2);
+          blocks({{tb, length}, {ta, tb}}, turn & 1, turn & 2);
+        }
+        for (int c = b + 1; c <= zone; ++c) {
+          blocks({{b, c}, {a, b}, {0, a}}, false, false);
+          blocks({{length - a, length}, {length - b, length - a}, {length - c, length - b}}, false, false);
+        }
+      }
     if (best.log_likelihood == -HUGE_VAL) break;
     ApplyMove(best, chain, calls.num_individuals);
     // Fresh vectors everywhere for the next round's windows; the full fit waits for the end.
@@ -521,8 +546,13 @@ ClonalGroupMap MapClonalGroup(int32_t num_individuals, const std::vector<char>& 
   map.em_iterations = FitClonalChain(calls, chain, fit, true);
   if (options.polish_order) {
     map.polish_moves = PolishClonalOrder(calls, chain, fit, options.reach, 10);
-    const int blocks = MoveClonalBlocks(calls, chain, fit, 60, 50) + RelocateClonalStrays(calls, chain, fit);
-    if (blocks > 0) map.polish_moves += blocks + PolishClonalOrder(calls, chain, fit, options.reach, 10);
+    // Blocks and markers far from their place, then the local moves again, until neither finds
+    // anything: a stretch misplaced as a whole comes back one block at a time.
+    for (int round = 0; round < 4; ++round) {
+      const int far = MoveClonalBlocks(calls, chain, fit, 60, 50) + RelocateClonalStrays(calls, chain, fit);
+      if (far == 0) break;
+      map.polish_moves += far + PolishClonalOrder(calls, chain, fit, options.reach, 10);
+    }
   }
   // Markers the chain gains nothing from leave the group, and the rest is fitted again.
   const std::vector<double> lods = ClonalLinkageLods(calls, chain);
@@ -551,6 +581,7 @@ ClonalGroupMap MapClonalGroup(int32_t num_individuals, const std::vector<char>& 
     out.first_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(chain.rf_first[k]));
     out.second_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(chain.rf_second[k]));
   }
+  map.suspects = ClonalSuspects(calls, chain, options.suspect_posterior);
   out.phases = chain.phases;
   out.rf_first = chain.rf_first;
   out.rf_second = chain.rf_second;

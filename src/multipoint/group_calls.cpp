@@ -35,6 +35,16 @@ GroupCalls MakeGroupCalls(int32_t population_type, int32_t num_individuals, cons
     g.codes[k] = CallCode(types[k]);
     if (g.codes[k] != kMissingCall) ++g.typed[k / num_individuals];
   }
+  const HmmDesign& d = g.design;
+  g.agrees.assign(static_cast<std::size_t>(g.num_markers) * kNumCallCodes, 0);
+  for (int32_t m = 0; m < g.num_markers; ++m) {
+    // A codominant marker shows every class of the design; a dominant or recessive one two.
+    g.shown.push_back(static_cast<int8_t>(categories[m] == 1 ? d.num_classes : 2));
+    for (int code = 0; code < kNumCallCodes; ++code)
+      for (int s = 0; s < d.num_states; ++s)
+        if (CallMatches(static_cast<uint8_t>(code), d.state_class[s]))
+          g.agrees[static_cast<std::size_t>(m) * kNumCallCodes + code] |= static_cast<uint8_t>(1 << s);
+  }
   return g;
 }
 
@@ -42,8 +52,7 @@ std::vector<EmissionTable> MakeEmissions(const GroupCalls& calls, double e) {
   const HmmDesign& d = calls.design;
   std::vector<EmissionTable> out(calls.num_markers);
   for (int32_t m = 0; m < calls.num_markers; ++m) {
-    // A codominant marker shows every class of the design; a dominant or recessive one two.
-    const int shown = calls.categories[m] == 1 ? d.num_classes : 2;
+    const int shown = calls.shown[m];
     const double wrong = shown > 1 ? e / (shown - 1) : 0.0;
     EmissionTable& t = out[m];
     t.fill(0);
@@ -51,7 +60,7 @@ std::vector<EmissionTable> MakeEmissions(const GroupCalls& calls, double e) {
       for (int s = 0; s < d.num_states; ++s) {
         double p = 1.0;
         if (code != kMissingCall) {
-          p = CallMatches(static_cast<uint8_t>(code), d.state_class[s]) ? 1 - e : wrong;
+          p = calls.Agrees(m, static_cast<uint8_t>(code), s) ? 1 - e : wrong;
         }
         t[code * kMaxChainStates + s] = p;
       }

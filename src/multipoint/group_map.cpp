@@ -46,35 +46,39 @@ std::vector<SuspectCall> FindSuspects(const GroupCalls& calls, const ChainState&
       if (code == kMissingCall) continue;
       double agree = 0;
       for (int u = 0; u < s; ++u)
-        if (CallMatches(code, calls.design.state_class[u])) agree += post[(i * m + p) * s + u];
+        if (calls.Agrees(marker, code, u)) agree += post[(i * m + p) * s + u];
       if (agree < threshold) out.push_back({marker, i, agree});
     }
   return out;
 }
 
-bool ValidInput(int32_t population_type, int32_t num_individuals, const std::vector<char>& types,
-                const std::vector<int32_t>& categories, const std::vector<int32_t>& start_order) {
-  if (MakeHmmDesign(population_type).num_states == 0 || num_individuals <= 0) return false;
-  if (types.size() != categories.size() * static_cast<std::size_t>(num_individuals)) return false;
-  std::vector<bool> seen(categories.size(), false);
+}  // namespace
+
+bool ValidStartOrder(std::size_t num_markers, const std::vector<int32_t>& start_order) {
+  std::vector<bool> seen(num_markers, false);
   for (int32_t m : start_order) {
-    if (m < 0 || static_cast<std::size_t>(m) >= categories.size() || seen[m]) return false;
+    if (m < 0 || static_cast<std::size_t>(m) >= num_markers || seen[m]) return false;
     seen[m] = true;
   }
   return true;
 }
 
-}  // namespace
-
 MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_individuals,
                                       const std::vector<char>& types, const std::vector<int32_t>& categories,
                                       const std::vector<int32_t>& start_order, const MultipointOptions& options) {
-  MultipointGroupMap map;
-  if (!ValidInput(population_type, num_individuals, types, categories, start_order)) {
+  if (MakeHmmDesign(population_type).num_states == 0 || num_individuals <= 0 ||
+      types.size() != categories.size() * static_cast<std::size_t>(num_individuals) ||
+      !ValidStartOrder(categories.size(), start_order)) {
+    MultipointGroupMap map;
     map.ok = false;
     return map;
   }
-  const GroupCalls calls = MakeGroupCalls(population_type, num_individuals, types, categories);
+  return MapGroupCalls(MakeGroupCalls(population_type, num_individuals, types, categories), start_order, options);
+}
+
+MultipointGroupMap MapGroupCalls(const GroupCalls& calls, const std::vector<int32_t>& start_order,
+                                 const MultipointOptions& options) {
+  MultipointGroupMap map;
   const FitSettings fit = FitFrom(options);
   ChainState st;
   map.em_iterations = Fit(calls, st, start_order, fit.fixed_error.value_or(options.start_error_rate), fit);

@@ -10,6 +10,8 @@
 
 namespace gae {
 
+struct GroupCalls;
+
 struct MultipointOptions {
   std::optional<double> error_rate;  // fixed genotyping-error rate; estimated when absent
   int32_t mapping_function = 1;      // 1 Kosambi, 2 Haldane, 3 Morgan
@@ -53,5 +55,13 @@ struct MultipointGroupMap {
 MultipointGroupMap MapGroupMultipoint(int32_t population_type, int32_t num_individuals,
                                       const std::vector<char>& types, const std::vector<int32_t>& categories,
                                       const std::vector<int32_t>& start_order, const MultipointOptions& options);
+
+// The same from calls already read, in any design the chain knows (bi-parental or founders);
+// `start_order` must name each of the calls' markers at most once.
+MultipointGroupMap MapGroupCalls(const GroupCalls& calls, const std::vector<int32_t>& start_order,
+                                 const MultipointOptions& options);
+
+// Whether an order names markers 0..num_markers-1 at most once each.
+bool ValidStartOrder(std::size_t num_markers, const std::vector<int32_t>& start_order);
 
 }  // namespace gae

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "multipoint/founder_design.h"
 #include "twopoint/two_point_model.h"
 
 namespace gae {
@@ -85,6 +86,10 @@ HmmDesign MakeHmmDesign(int32_t type) {
 
 void TransitionMatrix(const HmmDesign& d, double r, double* m) {
   const int n = d.num_states;
+  if (d.founders > 0) {
+    FounderTransitions(d, r, m);
+    return;
+  }
   if (d.counted) {
     const double q = d.expanded ? 2 * r / (1 + 2 * r) : r;
     double power[3] = {1, q, q * q};

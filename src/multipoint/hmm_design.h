@@ -9,6 +9,9 @@
 // their observable classes as states and take the transition as the two-locus genotype
 // distribution divided by the one-locus distribution, so any pair of loci in the chain shows
 // exactly the design's two-locus frequencies.
+//
+// Pure lines of four- and eight-way crosses keep the founder a line carries as the state
+// (founder_design.h); their transitions come from the funnel's two-locus tables.
 #pragma once
 
 #include <array>
@@ -16,7 +19,7 @@
 
 namespace gae {
 
-inline constexpr int kMaxChainStates = 4;
+inline constexpr int kMaxChainStates = 8;
 
 struct HmmDesign {
   int32_t population_type = 0;
@@ -30,6 +33,10 @@ struct HmmDesign {
   bool expanded = false;
   int meioses = 0;
   std::array<int8_t, kMaxChainStates * kMaxChainStates> switches{};
+  // Pure lines: the number of founders (4 or 8; 0 for the other designs) and whether the lines
+  // were inbred by selfing rather than doubled.
+  int founders = 0;
+  bool inbred = false;
 };
 
 HmmDesign MakeHmmDesign(int32_t population_type);

@@ -8,6 +8,7 @@
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "multipoint/clonal_map.h"
+#include "multipoint/founder_map.h"
 #include "pipeline/group_layout.h"
 #include "pipeline/pipeline_steps.h"
 #include "prep/group_names_from_loci.h"
@@ -77,6 +78,12 @@ GroupMapping MapOneGroup(const PairTable& pairs, const MapPipelineSettings& sett
     GroupLayout layout = MapGroupMultipoint(data.population_type, data.population_size, GroupGenotypes(data, markers),
                                             kinds, start, OptionsFor(settings, data));
     if (layout.ok) return {std::move(layout), "multipoint likelihood with an error model", true, false, {}, {}};
+  }
+  // Pure lines likewise, the founder a line carries being the chain's state.
+  if (settings.tool_code == kPureLineToolCode && markers.size() >= 2) {
+    GroupLayout layout = MapFounderGroup(data.population_type, data.population_size, GroupGenotypes(data, markers),
+                                         kinds, start, OptionsFor(settings, data));
+    if (layout.ok) return {std::move(layout), "multipoint likelihood of the founders with an error model", true, false, {}, {}};
   }
   // Clonal groups likewise, with both parents' meioses and phases in the chain: pairs of markers
   // that share no parent (A=B beside C=D) say nothing about their distance, the chromosome does.

@@ -92,15 +92,17 @@ void WriteResults(const MapPipelineSettings& settings, MapToolInput& data, const
       }
       record.parental_maps.push_back(std::move(summary));
     }
-    record.genotypes_set_missing = WriteClonalResults(layout, pairs, files, settings.switches, random);
+    record.genotypes_set_missing = WriteClonalResults(layout, pairs, files, settings.switches, random,
+                                                      record.error_rate ? &record.suspects : nullptr);
   } else {
     MapLayout layout;
     layout.marker_class = data.markers.categories;
     FillLayout(data, map, group_names, layout);
     record.genotypes_set_missing = settings.tool_code == kPureLineToolCode
-                                       ? WritePlmResults(layout, pairs, settings.switches, random, files)
+                                       ? WritePlmResults(layout, pairs, settings.switches, random, files,
+                                                         record.error_rate ? &record.suspects : nullptr)
                                        : WriteMapResults(layout, pairs, settings.switches, random, files,
-                                                                         record.error_rate ? &record.suspects : nullptr);
+                                                         record.error_rate ? &record.suspects : nullptr);
   }
   record.corrected_file = files.Stem() + CorrectedSuffix(settings.tool_code);
   record.files_written.insert(record.files_written.end(), files.Written().begin(), files.Written().end());

@@ -46,11 +46,34 @@ void CopyFlags(const std::string& before, const std::string& scanned, std::strin
     if (scanned[k] == 'X' && before[k] != 'X') to[k] = 'X';
 }
 
+// The calls the map found suspect set to missing in `genotypes` (rows of the markers `numbers`);
+// returns how many were not missing already.
+int64_t SetSuspectsMissing(const std::vector<int32_t>& numbers, int32_t num_individuals,
+                           const std::vector<GenotypeCell>& suspects, std::string& genotypes) {
+  std::vector<int64_t> row_of;
+  for (std::size_t k = 0; k < numbers.size(); ++k) {
+    if (row_of.size() <= static_cast<std::size_t>(numbers[k])) row_of.resize(static_cast<std::size_t>(numbers[k]) + 1, -1);
+    row_of[static_cast<std::size_t>(numbers[k])] = static_cast<int64_t>(k);
+  }
+  int64_t flagged = 0;
+  for (const GenotypeCell& cell : suspects) {
+    if (cell.marker < 1 || static_cast<std::size_t>(cell.marker) >= row_of.size() || row_of[static_cast<std::size_t>(cell.marker)] < 0 ||
+        cell.individual < 0 || cell.individual >= num_individuals)
+      continue;
+    char& call = genotypes[static_cast<std::size_t>(row_of[static_cast<std::size_t>(cell.marker)] * num_individuals + cell.individual)];
+    if (call != 'X') {
+      call = 'X';
+      ++flagged;
+    }
+  }
+  return flagged;
+}
+
 }  // namespace
 
 int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pairs,
                                    ResultFiles& files, bool write_qtl_file,
-                                   UniformStream& random) {
+                                   UniformStream& random, const std::vector<GenotypeCell>* suspects) {
   const LinkedMapRecord record = LinkedRecord(map);
   std::string input;
   std::vector<int32_t> numbers;
@@ -71,11 +94,16 @@ int64_t WriteClonalDownstreamFiles(const ClonalLayout& map, const PairTable& pai
   std::vector<int32_t> classes;
   PrepareScan(map, signs, scanned, classes);
   const std::string before_scan = scanned;
-  const PopulationModel model{kClonalDesign, map.population_type, map.mapping_function};
-  const int64_t flagged = ErrorScan(model, map.num_individuals, chromosomes, classes,
-                                    std::span<char>(scanned.data(), scanned.size()), random);
   std::string corrected = input;
-  CopyFlags(before_scan, scanned, corrected);
+  int64_t flagged = 0;
+  if (suspects != nullptr) {
+    flagged = SetSuspectsMissing(numbers, map.num_individuals, *suspects, corrected);
+  } else {
+    const PopulationModel model{kClonalDesign, map.population_type, map.mapping_function};
+    flagged = ErrorScan(model, map.num_individuals, chromosomes, classes,
+                        std::span<char>(scanned.data(), scanned.size()), random);
+    CopyFlags(before_scan, scanned, corrected);
+  }
   const std::vector<uint8_t> lost = MonomorphicMarkers(corrected, map.num_individuals, kClonalLetters);
   files.Write("EC.cdm", EcCdmText(record, category_texts, corrected, lost));
   files.Write(".hap", phased.text);

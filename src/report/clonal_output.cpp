@@ -8,7 +8,8 @@
 namespace gae {
 
 int64_t WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, ResultFiles& files,
-                           const ResultSwitches& switches, UniformStream& random) {
+                           const ResultSwitches& switches, UniformStream& random,
+                           const std::vector<GenotypeCell>* suspects) {
   struct View {
     ClonalView view;
     const char* suffix;  // after .sum, .lod, .rec, .dis
@@ -26,7 +27,7 @@ int64_t WriteClonalResults(const ClonalLayout& map, const PairTable& pairs, Resu
     if (switches.dis)
       files.Write(std::string(".dis") + v.suffix, ClonalMatrixReport(map, pairs, v.view, ClonalMatrix::kDis));
   }
-  return WriteClonalDownstreamFiles(map, pairs, files, switches.qtl_files, random);
+  return WriteClonalDownstreamFiles(map, pairs, files, switches.qtl_files, random, suspects);
 }
 
 }  // namespace gae

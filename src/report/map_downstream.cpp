@@ -93,7 +93,7 @@ int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, Unif
 }
 
 int64_t WritePlmDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
-                                ResultFiles& files) {
+                                ResultFiles& files, const std::vector<GenotypeCell>* suspects) {
   const int founders = PureLineFounders(map.population_type);
   const LinkedData data = Linked(map);
   std::vector<std::string> categories;
@@ -101,7 +101,8 @@ int64_t WritePlmDownstreamFiles(const MapLayout& map, bool write_qtl_files, Unif
   if (write_qtl_files) files.Write(".plq", PlqText(data.record, categories, data.input));
   int64_t flagged = 0;
   const int32_t design = founders == 8 ? kEightWayDesign : kFourWayDesign;
-  const std::string corrected = Scanned(map, data, design, random, flagged);
+  const std::string corrected = suspects != nullptr ? WithSuspectsMissing(map, data, *suspects, flagged)
+                                                    : Scanned(map, data, design, random, flagged);
   // A line shows a founder letter or X: a marker whose lines show one letter and X has lost
   // its polymorphism.
   const std::string_view letters = std::string_view("ABCDEFGH").substr(0, founders);

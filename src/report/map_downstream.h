@@ -26,9 +26,9 @@ int64_t WriteMapDownstreamFiles(const MapLayout& map, bool write_qtl_files, Unif
                                 ResultFiles& files, const std::vector<GenotypeCell>* suspects = nullptr);
 
 // The same for a four-way or eight-way pure-line map (`map.marker_class` holds the founder
-// patterns): .plq when `write_qtl_files`, then the scan with the pure-line tables, EC.plm and
-// .err.
+// patterns): .plq when `write_qtl_files`, then the scan with the pure-line tables (or the
+// `suspects` set to missing), EC.plm and .err.
 int64_t WritePlmDownstreamFiles(const MapLayout& map, bool write_qtl_files, UniformStream& random,
-                                ResultFiles& files);
+                                ResultFiles& files, const std::vector<GenotypeCell>* suspects = nullptr);
 
 }  // namespace gae

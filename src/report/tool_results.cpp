@@ -22,10 +22,10 @@ int64_t WriteMapResults(const MapLayout& map, const PairTable& pairs, const Resu
 }
 
 int64_t WritePlmResults(const MapLayout& map, const PairTable& pairs, const ResultSwitches& switches,
-                        UniformStream& random, ResultFiles& files) {
+                        UniformStream& random, ResultFiles& files, const std::vector<GenotypeCell>* suspects) {
   WriteSharedMapReports(map, pairs, switches, files);
   files.Write(".mtp", PlmMtpReport(map));
-  return WritePlmDownstreamFiles(map, switches.qtl_files, random, files);
+  return WritePlmDownstreamFiles(map, switches.qtl_files, random, files, suspects);
 }
 
 }  // namespace gae

@@ -29,6 +29,6 @@ int64_t WriteMapResults(const MapLayout& map, const PairTable& pairs, const Resu
                         UniformStream& random, ResultFiles& files, const std::vector<GenotypeCell>* suspects = nullptr);
 // The same for four-way and eight-way pure lines (EC.plm, .err; .plq by the QTL switch).
 int64_t WritePlmResults(const MapLayout& map, const PairTable& pairs, const ResultSwitches& switches,
-                        UniformStream& random, ResultFiles& files);
+                        UniformStream& random, ResultFiles& files, const std::vector<GenotypeCell>* suspects = nullptr);
 
 }  // namespace gae

@@ -230,5 +230,28 @@ TEST(ClonalChain, GroupMapRestoresAShuffledOrderAndKeepsEveryLinkedMarker) {
   EXPECT_NEAR(map.second_length_cm, 100.0, 10.0);
 }
 
+// A progeny's call at an ABCD marker in the middle of the chromosome turned into the type of the
+// other homologues of both parents: two crossovers around one marker in each parent's meiosis,
+// which the chain cannot believe, so the call is suspect; the calls the breeder left alone
+// mostly are not.
+TEST(ClonalChain, SuspectsFlagAPlantedWrongCall) {
+  BredClonal b = BreedClonal(40, 200, 7);
+  const int marker = 20, individual = 13;
+  ASSERT_EQ(b.categories[marker], 1);
+  char& call = b.types[static_cast<std::size_t>(marker) * 200 + individual];
+  if (call == 'X') call = 'A';
+  const char swapped[] = {'D', 'C', 'B', 'A'};  // AC <-> BD, AD <-> BC
+  call = swapped[call - 'A'];
+  std::vector<int32_t> start;
+  for (int m = 0; m < 40; ++m) start.push_back(m);
+  const ClonalGroupMap map = MapClonalGroup(200, b.types, b.categories, start, {});
+  ASSERT_TRUE(map.map.ok);
+  const auto& suspects = map.map.suspects;
+  EXPECT_TRUE(std::any_of(suspects.begin(), suspects.end(),
+                          [&](const SuspectCall& c) { return c.marker == marker && c.individual == individual; }));
+  // About 1% of the calls were bred wrong, and not all of them can be seen.
+  EXPECT_LT(suspects.size(), 40u * 200u / 50u);
+}
+
 }  // namespace
 }  // namespace gae
