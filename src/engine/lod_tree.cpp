@@ -101,7 +101,7 @@ void KeepSpanningForest(int32_t n, std::vector<LodForestEdge>& linked) {
 }  // namespace
 
 LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_threshold, float max_rf,
-                         std::size_t held_pairs, const std::function<void(double)>& progress) {
+                         std::size_t held_pairs, const std::function<void(int64_t)>& passed) {
   LodForest forest;
   forest.n = n;
   forest.loosest = -lowest_threshold;
@@ -133,8 +133,9 @@ LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_thresho
         if (forest.edges.size() >= cap) KeepSpanningForest(n, forest.edges);
       }
     }
-    if (progress && i % 256 == 0) progress(static_cast<double>(k) / static_cast<double>(total));
+    if (passed && i % 256 == 0) passed(k);
   }
+  if (passed) passed(k);
   KeepSpanningForest(n, forest.edges);
   if (seed_i > 0) forest.seed = FoldedIntoSeed(pairs, n, seed_i, seed_j);
   return forest;

@@ -47,10 +47,10 @@ struct LodForest {
 };
 
 // `held_pairs` sets how many pairs gather before a pruning (0: a few million; never fewer than
-// n), so memory does not grow with the number of pairs. `progress`, when given, hears the share
-// of the pairs read now and then.
+// n), so memory does not grow with the number of pairs. `passed`, when given, hears now and
+// then how many records (in store order) the pass has read.
 LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_threshold, float max_rf,
-                         std::size_t held_pairs = 0, const std::function<void(double)>& progress = {});
+                         std::size_t held_pairs = 0, const std::function<void(int64_t)>& passed = {});
 
 // One row for each threshold, in the order given; thresholds below the forest's lowest see only
 // the pairs it holds.

@@ -38,15 +38,18 @@ bool AnyAnchor(const std::vector<int32_t>& anchors) {
 }  // namespace
 
 void GroupByLod(const PairTable& pairs, const MapPipelineSettings& settings, const std::vector<int32_t>& anchors,
-                MapModel& map, MapPipelineRecord& record) {
+                MapModel& map, MapPipelineRecord& record, const std::function<void(int64_t)>& passed) {
   const int32_t n = static_cast<int32_t>(anchors.size());
   AllocateMapState(map, n);
   std::copy(anchors.begin(), anchors.end(), map.anchor.begin());
   record.max_rf = settings.max_rf;
   const std::vector<float> thresholds = LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep);
   const float lowest = settings.lod ? *settings.lod : std::min(kAutoLodLow, settings.fallback_lod);
-  std::function<void(double)> progress;
-  if (settings.progress) progress = [&settings](double share) { settings.progress("LOD tree", share); };
+  const double total = n > 1 ? static_cast<double>(n) * (n - 1) / 2 : 1.0;
+  const auto progress = [&](int64_t records) {
+    if (passed) passed(records);
+    if (settings.progress) settings.progress("LOD tree", std::min(0.999, static_cast<double>(records) / total));
+  };
   // One pass over the pairs, the cap a test on each: the tree's rows and the groups both come
   // from the spanning forest it keeps.
   const LodForest forest = BuildLodForest(pairs, n, lowest, settings.max_rf, 0, progress);
