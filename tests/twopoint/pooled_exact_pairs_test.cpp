@@ -1,10 +1,17 @@
 // The pair file's estimator (class counts pooled by chance, two-class designs answered from an
-// (n, k) table) against the single-pair exact estimate it stands in for.
+// (n, k) table) against the single-pair exact estimate it stands in for, alone and in a whole
+// pair file.
 #include <gtest/gtest.h>
 
 #include <random>
 
+#include "support/bred_data_sets.h"
+#include "support/temp_dir.h"
 #include "twopoint/exact_two_point.h"
+#include "twopoint/genotype_planes.h"
+#include "twopoint/map_pairwise_file.h"
+#include "twopoint/pair_store_file.h"
+#include "twopoint/two_point.h"
 #include "twopoint/pooled_exact_pairs.h"
 #include "two_point_cases.h"
 
@@ -81,6 +88,40 @@ TEST(PooledExactPairs, F2ClassesPoolByChance) {
   EXPECT_EQ(pooling.chance_of[1], pooling.chance_of[7]);
   EXPECT_NE(pooling.chance_of[0], pooling.chance_of[2]);
   EXPECT_NE(pooling.chance_of[4], pooling.chance_of[1]);
+}
+
+class ExactPairFile : public testing::InTempDir {};
+
+// The exact pair file, written on two threads, read back record by record against the
+// single-pair estimate of the classes counted afresh: doubled haploids (the table) and an F2
+// (pooled chances).
+TEST_F(ExactPairFile, HoldsTheSingleEstimateOfEveryPair) {
+  for (const int type : {3, 7}) {
+    SCOPED_TRACE(type);
+    const testing::BiparentalData data = testing::SimulateBiparentalData(type, 2, 30, 4.0, 120, 0.02, 0.05, 11);
+    std::string letters;
+    for (const std::string& m : data.letters) letters += m;
+    const std::vector<int32_t> kinds(data.letters.size(), 1);
+    BiparentalMarkers markers;
+    markers.population_type = type;
+    markers.num_markers = static_cast<int64_t>(data.letters.size());
+    markers.num_individuals = 120;
+    markers.kinds = kinds.data();
+    markers.types = letters.data();
+    const std::string lrd = "exact" + std::to_string(type) + ".LRD";
+    ASSERT_TRUE(MAPPairwiseFile(lrd, markers, 2, PairEstimator::kExact));
+    PairStoreFile store;
+    ASSERT_TRUE(store.Open(lrd, kMapRecordLength, 1));
+    const GenotypePlanes planes(letters.data(), markers.num_markers, 120);
+    for (int64_t i = 2; i <= markers.num_markers; ++i) {
+      for (int64_t j = 1; j < i; ++j) {
+        float cells[9];
+        planes.Count(i, j, cells);
+        const ExactTwoPoint single = ExactTwoPointEstimate(type, PairCode(1, 1), cells);
+        ExpectSameEstimate({store.Table().Second(i, j), -store.Table().First(i, j)}, single);
+      }
+    }
+  }
 }
 
 }  // namespace
