@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 #include "engine/grouping.h"
 
@@ -55,28 +56,34 @@ LodTreeRow RowOf(UnionFind& sets, int32_t n, float threshold, bool keep_groups) 
   return row;
 }
 
-// A pair's value under the cap: none (NaN) when its frequency is not below it.
-struct CappedReader {
-  const PairTable& table;
+// Whether a record lost its value to the cap: its frequency is not below it.
+struct Cap {
   float max_rf;
-  bool capping() const { return max_rf < kNoFrequencyCap; }
-  bool Capped(const float* record) const { return capping() && !(record[1] < max_rf); }
-  float Second(int32_t i, int32_t j) const {
-    const float r = table.Second(i, j);
-    return capping() && !(r < max_rf) ? std::numeric_limits<float>::quiet_NaN() : r;
-  }
+  bool Capped(const float* record) const { return max_rf < kNoFrequencyCap && !(record[1] < max_rf); }
 };
 
 // The markers that grouping folds into the seed pair's group before it grows: one sweep in
-// marker order, a marker pulled in becoming a source when the sweep reaches it.
-std::vector<int32_t> FoldedIntoSeed(const CappedReader& pairs, int32_t n, int32_t a, int32_t b) {
+// marker order, a marker pulled in becoming a source when the sweep reaches it. `near` holds the
+// pairs within the fold-in frequency (gathered in the pass, so the sweep reads no pair again).
+std::vector<int32_t> FoldedIntoSeed(const std::vector<std::pair<int32_t, int32_t>>& near, int32_t n, int32_t a,
+                                    int32_t b) {
+  std::vector<int32_t> first(static_cast<std::size_t>(n) + 2, 0), partners(2 * near.size());
+  for (const auto& [i, j] : near) {
+    ++first[static_cast<std::size_t>(i) + 1];
+    ++first[static_cast<std::size_t>(j) + 1];
+  }
+  for (std::size_t m = 1; m < first.size(); ++m) first[m] += first[m - 1];
+  std::vector<int32_t> fill(first.begin(), first.end() - 1);
+  for (const auto& [i, j] : near) {
+    partners[static_cast<std::size_t>(fill[static_cast<std::size_t>(i)]++)] = j;
+    partners[static_cast<std::size_t>(fill[static_cast<std::size_t>(j)]++)] = i;
+  }
   std::vector<int32_t> grouped(static_cast<std::size_t>(n) + 1, 0);
   grouped[static_cast<std::size_t>(a)] = grouped[static_cast<std::size_t>(b)] = 1;
   for (int32_t i = 1; i <= n; ++i) {
     if (grouped[static_cast<std::size_t>(i)] == 0) continue;
-    for (int32_t j = 1; j <= n; ++j)
-      if (grouped[static_cast<std::size_t>(j)] == 0 && j != i && pairs.Second(i, j) < kFoldInFrequency)
-        grouped[static_cast<std::size_t>(j)] = 1;
+    for (int32_t k = first[static_cast<std::size_t>(i)]; k < first[static_cast<std::size_t>(i) + 1]; ++k)
+      grouped[static_cast<std::size_t>(partners[static_cast<std::size_t>(k)])] = 1;
   }
   std::vector<int32_t> members;
   for (int32_t i = 1; i <= n; ++i)
@@ -106,7 +113,8 @@ LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_thresho
   forest.n = n;
   forest.loosest = -lowest_threshold;
   if (n < 1) return forest;
-  const CappedReader pairs{table, max_rf};
+  const Cap pairs{max_rf};
+  std::vector<std::pair<int32_t, int32_t>> near;
   int32_t seed_i = 0, seed_j = 0;
   const std::size_t cap = held_pairs > 0 ? std::max<std::size_t>(held_pairs, static_cast<std::size_t>(n))
                                         : std::max<std::size_t>(std::size_t{1} << 21, 4 * static_cast<std::size_t>(n));
@@ -122,6 +130,7 @@ LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_thresho
         ++forest.capped;
         continue;
       }
+      if (record[1] < kFoldInFrequency) near.emplace_back(i, j);
       const float v = record[0];
       if (v < forest.best) {
         forest.best = v;
@@ -137,7 +146,7 @@ LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_thresho
   }
   if (passed) passed(k);
   KeepSpanningForest(n, forest.edges);
-  if (seed_i > 0) forest.seed = FoldedIntoSeed(pairs, n, seed_i, seed_j);
+  if (seed_i > 0) forest.seed = FoldedIntoSeed(near, n, seed_i, seed_j);
   return forest;
 }
 
