@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/auto_lod.h"
-#include "engine/frequency_cap.h"
+#include "engine/grouping.h"
 #include "engine/lod_tree.h"
 
 namespace gaecli {

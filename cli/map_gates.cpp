@@ -103,7 +103,9 @@ int CheckPairFile(const std::string& file, int tool_code, const std::vector<std:
                  "anchor section (0 frees it), or import without --anchors\n");
     return 1;
   }
-  const std::vector<int> switched = gae::SwitchedAlleleMarkers(store.Table(), num_markers, threshold);
+  // Passes over the whole file: what lies behind a pass leaves memory.
+  const std::vector<int> switched =
+      gae::SwitchedAlleleMarkers(store.Table(), num_markers, threshold, [&store](int64_t records) { store.Passed(records); });
   if (switched.empty()) return 0;
   std::vector<std::string> names;
   std::string list;

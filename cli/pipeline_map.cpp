@@ -9,6 +9,7 @@
 #include "engine/map_state.h"
 #include "frame/store_bus_guard.h"
 #include "map_check.h"
+#include "stage_progress.h"
 #include "map_command.h"
 #include "map_summary_extras.h"
 #include "library_output.h"
@@ -178,6 +179,11 @@ int RunPipelineMap(const MapOptions& o) {
   gae::MapPipelineRecord record;
   PairProgress progress;
   settings.pairs_starting = [&progress](const std::string& lrd, int64_t bytes) { progress.Start(lrd, bytes); };
+  StageProgress stage_progress;
+  settings.progress = [&progress, &stage_progress](std::string_view stage, double share) {
+    progress.Stop();  // the pairs are done once a later stage reports
+    stage_progress.Show(stage, share);
+  };
   {
     const LibraryOutput captured;
     const gae::LogSession log(tool.letters);

@@ -30,9 +30,23 @@ struct Partner {
   }
 };
 
+// The pair values grouping reads, under the cap.
+struct CappedValues {
+  const PairTable& table;
+  int by_what;
+  float max_rf;
+  bool Capped(int32_t i, int32_t j) const { return max_rf < kNoFrequencyCap && !(table.Second(i, j) < max_rf); }
+  float Value(int32_t i, int32_t j) const {
+    return Capped(i, j) ? std::numeric_limits<float>::quiet_NaN() : PairValue(table, by_what, i, j);
+  }
+  float Second(int32_t i, int32_t j) const {
+    return Capped(i, j) ? std::numeric_limits<float>::quiet_NaN() : table.Second(i, j);
+  }
+};
+
 // Each grouped marker, once the sweep reaches it, pulls in every free marker within the
 // fold-in frequency; a marker pulled in this way becomes a source later in the same sweep.
-void FoldIn(const PairTable& table, int32_t n, int32_t* group) {
+void FoldIn(const CappedValues& table, int32_t n, int32_t* group) {
   for (int32_t i = 1; i <= n; ++i) {
     if (group[i - 1] == 0) continue;
     for (int32_t j = 1; j <= n; ++j)
@@ -40,7 +54,7 @@ void FoldIn(const PairTable& table, int32_t n, int32_t* group) {
   }
 }
 
-void Grow(const PairTable& table, int by_what, int32_t n, float threshold, int32_t* group) {
+void Grow(const CappedValues& table, int32_t n, float threshold, int32_t* group) {
   std::vector<int32_t> free_markers;
   int32_t largest = 0;
   for (int32_t i = 1; i <= n; ++i) {
@@ -51,7 +65,7 @@ void Grow(const PairTable& table, int by_what, int32_t n, float threshold, int32
   std::vector<Partner> best(static_cast<std::size_t>(n) + 1);
   for (int32_t j = 1; j <= n; ++j) {
     if (group[j - 1] < 1) continue;
-    for (const int32_t i : free_markers) best[static_cast<std::size_t>(i)].Consider(PairValue(table, by_what, i, j), group[j - 1], j);
+    for (const int32_t i : free_markers) best[static_cast<std::size_t>(i)].Consider(table.Value(i, j), group[j - 1], j);
   }
   while (!free_markers.empty()) {
     std::size_t chosen = 0;
@@ -69,15 +83,16 @@ void Grow(const PairTable& table, int by_what, int32_t n, float threshold, int32
     group[marker - 1] = joins;
     largest = std::max(largest, joins);
     free_markers.erase(free_markers.begin() + static_cast<std::ptrdiff_t>(chosen));
-    for (const int32_t i : free_markers) best[static_cast<std::size_t>(i)].Consider(PairValue(table, by_what, i, marker), joins, marker);
+    for (const int32_t i : free_markers) best[static_cast<std::size_t>(i)].Consider(table.Value(i, marker), joins, marker);
   }
 }
 
 }  // namespace
 
-void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float threshold,
-                      const int32_t* anchor, int32_t* group) {
+void GroupByThreshold(const PairTable& store, int by_what, int32_t n, float threshold,
+                      const int32_t* anchor, int32_t* group, float max_rf) {
   if (n < 1) return;
+  const CappedValues table{store, by_what, max_rf};
   const std::vector<int32_t> ranked = AnchorRanks(n, anchor);
   std::copy(ranked.begin(), ranked.end(), group);
   const int64_t anchored = std::accumulate(group, group + n, int64_t{0});
@@ -86,7 +101,7 @@ void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float thre
     int32_t bi = 0, bj = 0;
     for (int32_t i = 2; i <= n; ++i) {
       for (int32_t j = 1; j < i; ++j) {
-        const float v = PairValue(table, by_what, i, j);
+        const float v = table.Value(i, j);
         if (v < best) {
           best = v;
           bi = i;
@@ -102,7 +117,7 @@ void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float thre
     group[bj - 1] = 1;
   }
   FoldIn(table, n, group);
-  Grow(table, by_what, n, threshold, group);
+  Grow(table, n, threshold, group);
 }
 
 std::vector<int32_t> AnchorRanks(int32_t n, const int32_t* anchor) {

@@ -15,6 +15,13 @@ inline float PairValue(const PairTable& table, int by_what, int32_t i, int32_t j
   return table.Value(by_what, i, j);
 }
 
+// A frequency cap on linkage: a pair links only if its recombination frequency lies below the
+// cap as well as its value below the threshold. In a few hundred F2 plants, chance pairs that
+// clear LOD 3 between chromosomes come with frequencies well above 1/2 (the likelihood peaks
+// on the far side), and one such pair merges two chromosomes into one group. A capped pair
+// holds no value: it never links, folds in or seeds a group. This cap is never reached.
+inline constexpr float kNoFrequencyCap = 2.0f;
+
 // Markers closer than this in recombination frequency are folded into a group whatever the
 // criterion, before single-linkage growth.
 inline constexpr float kFoldInFrequency = 0.01f;
@@ -31,9 +38,9 @@ std::vector<int32_t> AnchorRanks(int32_t n, const int32_t* anchor);
 // group of its own). Near-identical markers are folded in, then the free marker closest to any
 // grouped marker joins that marker's group if its value is strictly below the threshold, or
 // opens a new group. Ties go to the lowest free marker, then the lowest group, then the lowest
-// member; values that are not numbers never count.
+// member; values that are not numbers never count. Pairs are capped at `max_rf`.
 void GroupByThreshold(const PairTable& table, int by_what, int32_t n, float threshold,
-                      const int32_t* anchor, int32_t* group);
+                      const int32_t* anchor, int32_t* group, float max_rf = kNoFrequencyCap);
 
 // Average linkage down to `count` groups (at least the number of anchor groups, at most n). Anchored
 // markers start in their anchor's cluster, every other marker alone; the two clusters with the

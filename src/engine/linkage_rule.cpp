@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/frequency_cap.h"
 #include "engine/grouping.h"
 
 namespace gae {
@@ -11,7 +10,7 @@ namespace gae {
 std::vector<LodTreeRow> LinkageTree(const PairTable& table, int32_t n, float max_rf, float low,
                                     float high, float step) {
   const std::vector<float> thresholds = LodTreeThresholds(low, high, step);
-  return LodTree(CappedPairs(table, n, max_rf).Table(), n, thresholds);
+  return LodTree(table, n, thresholds, false, 0, max_rf);
 }
 
 int32_t PlateauGroupSize(int32_t n) { return FewMarkers(n); }
@@ -54,8 +53,7 @@ std::vector<int32_t> LinkageGroups(const PairTable& table, int32_t n, const Link
   }
   std::vector<int32_t> group(static_cast<std::size_t>(n), 0);
   // The stored first value is minus the LOD.
-  GroupByThreshold(CappedPairs(table, n, rule.max_rf).Table(), kByFirstValue, n, -rule.min_lod, anchors,
-                   group.data());
+  GroupByThreshold(table, kByFirstValue, n, -rule.min_lod, anchors, group.data(), rule.max_rf);
   return group;
 }
 

@@ -11,6 +11,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <limits>
 #include <vector>
 
 #include "twopoint/pair_table.h"
@@ -26,12 +28,42 @@ struct LodTreeRow {
                                 // numbered in the order of their lowest marker
 };
 
-// One row for each threshold, in the order given. Of the pairs with a LOD above the lowest
-// threshold only a spanning forest is held (a few million pairs at most while it is pruned),
-// so memory does not grow with the number of pairs. `held_pairs` sets how many pairs gather
-// before a pruning (0: the default bound; never fewer than n).
+// What the LOD tree keeps of the pairs, from one streaming pass over them: a spanning forest
+// of the pairs whose LOD lies above the lowest threshold, strongest first (at every threshold
+// the forest's pairs above it connect exactly the markers that all pairs above it connect),
+// the strongest pair of all and the markers folded into its group. A pair whose frequency is
+// not below `max_rf` holds no value: it never links, folds in or seeds a group.
+struct LodForestEdge {
+  float value;  // minus the LOD, as stored
+  int32_t i, j;
+};
+struct LodForest {
+  int32_t n = 0;
+  float loosest = 0.0f;  // minus the lowest threshold the forest serves
+  std::vector<LodForestEdge> edges;
+  float best = std::numeric_limits<float>::infinity();
+  std::vector<int32_t> seed;  // the strongest pair's markers and those folded into them
+  int64_t capped = 0;         // pairs that lost their value to the cap
+};
+
+// `held_pairs` sets how many pairs gather before a pruning (0: a few million; never fewer than
+// n), so memory does not grow with the number of pairs. `passed`, when given, hears now and
+// then how many records (in store order) the pass has read.
+LodForest BuildLodForest(const PairTable& table, int32_t n, float lowest_threshold, float max_rf,
+                         std::size_t held_pairs = 0, const std::function<void(int64_t)>& passed = {});
+
+// One row for each threshold, in the order given; thresholds below the forest's lowest see only
+// the pairs it holds.
+std::vector<LodTreeRow> LodTreeRows(const LodForest& forest, const std::vector<float>& thresholds,
+                                    bool keep_groups = false);
+
+// The groups at `threshold` (1-based, numbered in the order of their lowest marker): the
+// partition grouping by threshold makes on the pairs the forest came from.
+std::vector<int32_t> ForestGroups(const LodForest& forest, float threshold);
+
+// The forest and its rows in one call, pairs capped at `max_rf`.
 std::vector<LodTreeRow> LodTree(const PairTable& table, int32_t n, const std::vector<float>& thresholds,
-                                bool keep_groups = false, std::size_t held_pairs = 0);
+                                bool keep_groups = false, std::size_t held_pairs = 0, float max_rf = 2.0f);
 
 // Thresholds from `low` to `high` by `step` (both ends included when the steps land on them).
 std::vector<float> LodTreeThresholds(float low, float high, float step);

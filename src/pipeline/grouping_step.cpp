@@ -1,8 +1,9 @@
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <optional>
 
 #include "engine/auto_lod.h"
-#include "engine/frequency_cap.h"
 #include "engine/grouping.h"
 #include "engine/lod_tree.h"
 #include "pipeline/pipeline_steps.h"
@@ -28,31 +29,50 @@ GroupingLod ChooseGroupingLod(const std::vector<LodTreeRow>& rows, int32_t n, fl
               " markers or more holds over a run of thresholds of the LOD tree"};
 }
 
+namespace {
+
+bool AnyAnchor(const std::vector<int32_t>& anchors) {
+  return std::any_of(anchors.begin(), anchors.end(), [](int32_t a) { return a != 0; });
+}
+
+}  // namespace
+
 void GroupByLod(const PairTable& pairs, const MapPipelineSettings& settings, const std::vector<int32_t>& anchors,
-                MapModel& map, MapPipelineRecord& record) {
+                MapModel& map, MapPipelineRecord& record, const std::function<void(int64_t)>& passed) {
   const int32_t n = static_cast<int32_t>(anchors.size());
   AllocateMapState(map, n);
   std::copy(anchors.begin(), anchors.end(), map.anchor.begin());
   record.max_rf = settings.max_rf;
-  std::optional<CappedPairs> capped;
-  if (settings.max_rf < kNoFrequencyCap) {
-    capped.emplace(pairs, n, settings.max_rf);
-    record.pairs_capped = capped->Capped();
-  }
-  const PairTable& table = capped ? capped->Table() : pairs;
+  const std::vector<float> thresholds = LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep);
+  const float lowest = settings.lod ? *settings.lod : std::min(kAutoLodLow, settings.fallback_lod);
+  const double total = n > 1 ? static_cast<double>(n) * (n - 1) / 2 : 1.0;
+  const auto progress = [&](int64_t records) {
+    if (passed) passed(records);
+    if (settings.progress) settings.progress("LOD tree", std::min(0.999, static_cast<double>(records) / total));
+  };
+  // One pass over the pairs, the cap a test on each: the tree's rows and the groups both come
+  // from the spanning forest it keeps.
+  const LodForest forest = BuildLodForest(pairs, n, lowest, settings.max_rf, 0, progress);
+  if (settings.progress) settings.progress("LOD tree", 1.0);
+  record.pairs_capped = forest.capped;
   if (settings.lod) {
     record.lod_threshold = *settings.lod;
     record.lod_reason = LodText(*settings.lod) + ", as asked";
   } else {
-    const GroupingLod choice =
-        ChooseGroupingLod(LodTree(table, n, LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep)), n,
-                          settings.fallback_lod);
+    const GroupingLod choice = ChooseGroupingLod(LodTreeRows(forest, thresholds), n, settings.fallback_lod);
     record.lod_chosen = choice.chosen;
     record.lod_threshold = choice.threshold;
     record.lod_reason = choice.reason;
   }
-  // The stored first value is minus the LOD.
-  GroupByThreshold(table, kByFirstValue, n, -record.lod_threshold, map.anchor.data(), map.group.data());
+  if (AnyAnchor(anchors)) {
+    // Anchored markers start their groups and the free ones join the nearest: not a partition
+    // of the forest. The stored first value is minus the LOD.
+    GroupByThreshold(pairs, kByFirstValue, n, -record.lod_threshold, map.anchor.data(), map.group.data(),
+                     settings.max_rf);
+  } else {
+    const std::vector<int32_t> group = ForestGroups(forest, record.lod_threshold);
+    std::copy(group.begin(), group.end(), map.group.begin());
+  }
   RebuildGroupModel(map);
 }
 

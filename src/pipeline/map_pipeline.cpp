@@ -250,7 +250,8 @@ MapPipelineRecord RunMapPipeline(const MapPipelineSettings& settings, UniformStr
     return record;
   }
   MapModel map;
-  GroupByLod(store.Table(), settings, data.anchors, map, record);
+  GroupByLod(store.Table(), settings, data.anchors, map, record, [&store](int64_t records) { store.Passed(records); });
+  store.Passed(-1);
   record.stage_seconds.emplace_back("grouping", clock.Lap());
   if (settings.check_pairs && !settings.check_pairs(record, data.anchors)) {
     record.failure = -1;

@@ -48,6 +48,9 @@ struct MapPipelineSettings {
   // Told before the pairs are estimated (not when a complete pair file is reused): the file and
   // the size it will reach, for a display of progress. May be empty.
   std::function<void(const std::string& pair_file, int64_t bytes)> pairs_starting;
+  // Hears the share done of a long stage ("LOD tree") now and then, for a display of progress.
+  // May be empty.
+  std::function<void(std::string_view stage, double share)> progress;
   // The caller's checks of the pairs once the threshold stands (anchors the pairs deny,
   // switched alleles): false stops the run before anything is ordered or written. May be empty.
   std::function<bool(const MapPipelineRecord& so_far, const std::vector<int32_t>& anchors)> check_pairs;

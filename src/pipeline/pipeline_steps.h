@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,9 +37,10 @@ GroupingLod ChooseGroupingLod(const std::vector<LodTreeRow>& rows, int32_t n, fl
 
 // Groups the markers by LOD under the frequency cap into `map` (allocated for them, anchors
 // taken from the input), with the threshold asked or chosen from the LOD tree. Fills the
-// record's grouping fields.
+// record's grouping fields. `passed` hears how far the one pass over the pairs has read (in
+// records), so that a store in a file can let go of what lies behind it.
 void GroupByLod(const PairTable& pairs, const MapPipelineSettings& settings, const std::vector<int32_t>& anchors,
-                MapModel& map, MapPipelineRecord& record);
+                MapModel& map, MapPipelineRecord& record, const std::function<void(int64_t)>& passed = {});
 
 // Markers that show a single genotype class among their typed individuals (bi-parental and
 // clonal data; pure lines with one allele are refused by the reader): each of their pairs is

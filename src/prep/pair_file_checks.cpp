@@ -1,5 +1,7 @@
 #include "prep/pair_file_checks.h"
 
+#include "vocabulary/pair_index.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -67,24 +69,47 @@ std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<co
 // A marker whose strongest link is to the recombinant side (a frequency above 1/2) is read as
 // switched; switching it turns the side of all its pairs, which can clear its neighbours, so the
 // clearest marker is named first and the rest judged again.
-std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold) {
+namespace {
+
+// Each marker's strongest parental and recombinant links, as the markers named so far being
+// switched make them: one pass over the records in store order.
+void StrongestSides(const PairTable& pairs, int64_t num_markers, const std::vector<bool>& switched,
+                    std::vector<float>& parental, std::vector<float>& recombinant,
+                    const std::function<void(int64_t)>& passed) {
+  parental.assign(static_cast<std::size_t>(num_markers) + 1, 0.0f);
+  recombinant.assign(static_cast<std::size_t>(num_markers) + 1, 0.0f);
+  const int64_t stored = std::min(PairCount(num_markers), pairs.num_records);
+  int64_t k = 0;
+  for (int64_t i = 2; i <= num_markers && k < stored; ++i) {
+    for (int64_t j = 1; j < i && k < stored; ++j, ++k) {
+      const float* record = pairs.records + k * pairs.record_length;
+      const float lod = -record[0], rec = record[1];
+      if (std::isnan(lod) || std::isnan(rec) || rec == 0.5f) continue;
+      const bool high = (rec > 0.5f) != (switched[static_cast<std::size_t>(i)] != switched[static_cast<std::size_t>(j)]);
+      std::vector<float>& side = high ? recombinant : parental;
+      side[static_cast<std::size_t>(i)] = std::max(side[static_cast<std::size_t>(i)], lod);
+      side[static_cast<std::size_t>(j)] = std::max(side[static_cast<std::size_t>(j)], lod);
+    }
+    if (passed && i % 256 == 0) passed(k);
+  }
+  if (passed) passed(k);
+}
+
+}  // namespace
+
+std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold,
+                                       const std::function<void(int64_t)>& passed) {
   std::vector<bool> switched(static_cast<std::size_t>(num_markers) + 1, false);
   std::vector<int> named;
+  std::vector<float> parental, recombinant;
   for (int64_t round = 0; round < num_markers; ++round) {
+    StrongestSides(pairs, num_markers, switched, parental, recombinant, passed);
     int best_marker = 0;
     float best_margin = 0.0f;
     for (int64_t i = 1; i <= num_markers; ++i) {
-      float parental = 0.0f, recombinant = 0.0f;
-      for (int64_t j = 1; j <= num_markers; ++j) {
-        if (j == i) continue;
-        const float lod = -pairs.First(i, j), rec = pairs.Second(i, j);
-        if (std::isnan(lod) || std::isnan(rec) || rec == 0.5f) continue;
-        const bool high = (rec > 0.5f) != (switched[static_cast<std::size_t>(i)] != switched[static_cast<std::size_t>(j)]);
-        float& side = high ? recombinant : parental;
-        side = std::max(side, lod);
-      }
-      if (recombinant > threshold && recombinant - parental > best_margin) {
-        best_margin = recombinant - parental;
+      const float p = parental[static_cast<std::size_t>(i)], r = recombinant[static_cast<std::size_t>(i)];
+      if (r > threshold && r - p > best_margin) {
+        best_margin = r - p;
         best_marker = static_cast<int>(i);
       }
     }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -29,7 +30,9 @@ std::vector<AnchorConflict> AnchorConflicts(const PairTable& pairs, std::span<co
 
 // Markers whose alleles look switched: those whose strongest link, of LOD above `threshold`,
 // shows more recombinants than parental types (a frequency above 1/2), named one at a time, the
-// clearest first, each judged as if the markers named before it were switched. 1-based.
-std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold);
+// clearest first, each judged as if the markers named before it were switched. 1-based. Each
+// round is one pass over the records in store order; `passed` hears how far it has read.
+std::vector<int> SwitchedAlleleMarkers(const PairTable& pairs, int64_t num_markers, float threshold,
+                                       const std::function<void(int64_t)>& passed = {});
 
 }  // namespace gae

@@ -6,6 +6,7 @@
 #include <limits>
 #include <vector>
 
+#include "twopoint/exact_phases.h"
 #include "twopoint/exact_search.h"
 #include "twopoint/two_point.h"
 #include "twopoint/two_point_model.h"
@@ -62,50 +63,29 @@ const LogGrid* GridFor(int population_type, int pair_code) {
   return grid.used == 0 ? nullptr : &grid;
 }
 
-struct PhaseMaximum {
-  double r = 0.5;
-  double log_lik = -std::numeric_limits<double>::infinity();
+// One phase read class by class.
+struct CellPhase {
+  int type, code;
+  const float* cells;
+  const LogGrid* grid;
+  ExactGrid Grid() const {
+    ExactGrid sum{};
+    for (int k = 0; k < 9; ++k) {
+      if (cells[k] == 0.0f || !((grid->used >> k) & 1u)) continue;
+      const float n = cells[k];
+      for (int j = 0; j < kGridPoints; ++j) sum[j] += n * grid->log_p[k][j];
+    }
+    return sum;
+  }
+  void Derivatives(double r, double& g, double& h) const { TwoPointModel<double>(type, code, cells, r, nullptr, &g, &h); }
+  double LogLik(double r) const { return TwoPointLogLikelihood(type, code, cells, r); }
+  double HalfLogLik() const {
+    double sum = 0.0;
+    for (int k = 0; k < 9; ++k)
+      if (cells[k] != 0.0f && ((grid->used >> k) & 1u)) sum += cells[k] * grid->log_half[k];
+    return sum;
+  }
 };
-
-// The grid's log-likelihood of one phase.
-ExactGrid GridLogLik(const LogGrid& grid, const float cells[9]) {
-  ExactGrid sum{};
-  for (int k = 0; k < 9; ++k) {
-    if (cells[k] == 0.0f || !((grid.used >> k) & 1u)) continue;
-    const float n = cells[k];
-    for (int j = 0; j < kGridPoints; ++j) sum[j] += n * grid.log_p[k][j];
-  }
-  return sum;
-}
-
-// Refines the grid's candidates of one phase, keeping the best maximum found so far.
-void RefinePhase(int type, int code, const float cells[9], const ExactGrid& grid, float overall_best,
-                 float margin, PhaseMaximum& best) {
-  const auto derivatives = [&](double r, double& g, double& h) {
-    TwoPointModel<double>(type, code, cells, r, nullptr, &g, &h);
-  };
-  int candidates[2];
-  const int count = ExactGridCandidates(grid, overall_best, margin, candidates);
-  for (int c = 0; c < count; ++c) {
-    PhaseMaximum m;
-    m.r = RefineGridPoint(derivatives, candidates[c]);
-    m.log_lik = TwoPointLogLikelihood(type, code, cells, m.r);
-    if (m.log_lik > best.log_lik) best = m;
-  }
-}
-
-double HalfLogLik(const LogGrid& grid, const float cells[9]) {
-  double sum = 0.0;
-  for (int k = 0; k < 9; ++k)
-    if (cells[k] != 0.0f && ((grid.used >> k) & 1u)) sum += cells[k] * grid.log_half[k];
-  return sum;
-}
-
-float GridMax(const ExactGrid& grid) {
-  float best = grid[0];
-  for (float v : grid) best = std::max(best, v);
-  return best;
-}
 
 }  // namespace
 
@@ -125,36 +105,25 @@ double TwoPointLogLikelihood(int population_type, int pair_code, const float cel
 }
 
 ExactTwoPoint ExactTwoPointEstimate(int population_type, int pair_code, const float cells[9]) {
+  float swapped[9];
+  const int second_code = TwoPointExchangedPhase(population_type, pair_code, cells, swapped);
+  return ExactTwoPointOfPhases(population_type, pair_code, cells, second_code, swapped);
+}
+
+ExactTwoPoint ExactTwoPointOfPhases(int population_type, int pair_code, const float cells[9], int second_code,
+                                    const float swapped[9]) {
   ExactTwoPoint out;
   float n = 0.0f;
   for (int k = 0; k < 9; ++k) n += cells[k];
   if (!(n > 0.0f)) return out;
   const LogGrid* first = GridFor(population_type, pair_code);
-  float swapped[9];
-  const int second_code = TwoPointExchangedPhase(population_type, pair_code, cells, swapped);
   const LogGrid* second = second_code != 0 ? GridFor(population_type, second_code) : nullptr;
   if (first == nullptr || second == nullptr) {
     out.rec_freq = std::numeric_limits<float>::quiet_NaN();
     return out;
   }
-  const ExactGrid grid1 = GridLogLik(*first, cells);
-  const ExactGrid grid2 = GridLogLik(*second, swapped);
-  const float overall = std::max(GridMax(grid1), GridMax(grid2));
-  PhaseMaximum as_given, exchanged;
-  const float margin = ExactGridMargin(n);
-  RefinePhase(population_type, pair_code, cells, grid1, overall, margin, as_given);
-  RefinePhase(population_type, second_code, swapped, grid2, overall, margin, exchanged);
-  const bool take_exchanged = exchanged.log_lik > as_given.log_lik;
-  const PhaseMaximum& best = take_exchanged ? exchanged : as_given;
-  // Free recombination is tested with the phase as free as under linkage: where the two
-  // readings of the alleles segregate differently (backcrosses), the better one at 1/2 is the
-  // baseline, so that the LOD measures linkage and not the segregation of one marker.
-  const double at_half = std::max(HalfLogLik(*first, cells), HalfLogLik(*second, swapped));
-  const double gain = best.log_lik - at_half;
-  if (!(gain > 1e-9 * (1.0 + std::fabs(at_half)))) return out;  // nothing beats 1/2
-  out.rec_freq = static_cast<float>(take_exchanged ? 1.0 - best.r : best.r);
-  out.lod = static_cast<float>(gain / std::log(10.0));
-  return out;
+  return ExactOfPhases(CellPhase{population_type, pair_code, cells, first},
+                       CellPhase{population_type, second_code, swapped, second}, n);
 }
 
 }  // namespace gae

@@ -26,6 +26,11 @@ struct ExactTwoPoint {
 // or pair code gives a frequency that is not a number (the store keeps such a pair unlinked).
 ExactTwoPoint ExactTwoPointEstimate(int population_type, int pair_code, const float cells[9]);
 
+// The same from both phases read already: `cells` with `pair_code` and the exchanged table
+// `swapped` with `second_code` (0 when the type has no second phase).
+ExactTwoPoint ExactTwoPointOfPhases(int population_type, int pair_code, const float cells[9], int second_code,
+                                    const float swapped[9]);
+
 // ln L of the table in the phase as given, at r: sum of N ln P over the counted classes,
 // minus infinity when a counted class cannot occur at r. NaN for an unknown type or code.
 double TwoPointLogLikelihood(int population_type, int pair_code, const float cells[9], double r);

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 
 namespace gae {
 
@@ -39,6 +40,19 @@ bool PairStoreFile::Open(const std::string& path, int record_length, int mapping
   table_.mapping_function = mapping_function;
   open_ = true;
   return true;
+}
+
+void PairStoreFile::Passed(int64_t records) {
+  if (mapping_ == nullptr) return;
+  char* start = static_cast<char*>(mapping_);
+  if (records < 0) {
+    ::madvise(mapping_, bytes_, MADV_RANDOM);
+    return;
+  }
+  const std::size_t done = std::min(bytes_, static_cast<std::size_t>(records) * 4u * static_cast<std::size_t>(table_.record_length));
+  const std::size_t whole = (done / page_bytes) * page_bytes;
+  if (whole > 0) ::madvise(mapping_, whole, MADV_DONTNEED);
+  if (whole < bytes_) ::madvise(start + whole, bytes_ - whole, MADV_SEQUENTIAL);
 }
 
 void PairStoreFile::Close() {

@@ -50,6 +50,11 @@ class PairStoreFile {
   void Close();
   bool IsOpen() const { return open_; }
   const PairTable& Table() const { return table_; }
+  // A pass over the records in file order has read those before `records`: they leave this
+  // process's memory (the system still caches them) and those after are read ahead. A pass
+  // over a store larger than memory thus holds a stretch of it at a time. Negative: the pass
+  // is over, and lookups jump about again.
+  void Passed(int64_t records);
 
  private:
   void* mapping_ = nullptr;

@@ -9,7 +9,6 @@
 
 #include "engine/engine_test_support.h"
 #include "engine/frame_ordering.h"
-#include "engine/frequency_cap.h"
 #include "engine/grouping.h"
 #include "engine/lod_tree.h"
 #include "engine/rippling.h"
@@ -182,16 +181,17 @@ TEST_F(FrequencyCap, AChanceLinkAboveTheCapNoLongerJoinsTwoGroups) {
   ASSERT_TRUE(store.Open("hand.LRD", 2, 1));
   const std::vector<int32_t> anchor(6, 0), one(6, 1), two{1, 1, 1, 2, 2, 2};
   std::vector<int32_t> group(6);
-  const auto group_at = [&](const PairTable& table) {
-    GroupByThreshold(table, kByFirstValue, 6, -3.0f, anchor.data(), group.data());
+  const auto group_at = [&](float max_rf) {
+    GroupByThreshold(store.Table(), kByFirstValue, 6, -3.0f, anchor.data(), group.data(), max_rf);
     return group;
   };
-  EXPECT_EQ(group_at(store.Table()), one);
-  const CappedPairs capped(store.Table(), 6, 0.5f);
-  EXPECT_EQ(capped.Capped(), 9);  // the chance link and the eight unlinked pairs at 0.5
-  EXPECT_EQ(group_at(capped.Table()), two);
-  EXPECT_EQ(LodTree(capped.Table(), 6, {3.0f})[0].sizes, (std::vector<int32_t>{3, 3}));
-  EXPECT_EQ(group_at(CappedPairs(store.Table(), 6, 0.75f).Table()), one);  // a cap above it changes nothing
+  EXPECT_EQ(group_at(kNoFrequencyCap), one);
+  const LodForest forest = BuildLodForest(store.Table(), 6, 3.0f, 0.5f);
+  EXPECT_EQ(forest.capped, 9);  // the chance link and the eight unlinked pairs at 0.5
+  EXPECT_EQ(group_at(0.5f), two);
+  EXPECT_EQ(ForestGroups(forest, 3.0f), two);
+  EXPECT_EQ(LodTree(store.Table(), 6, {3.0f}, false, 0, 0.5f)[0].sizes, (std::vector<int32_t>{3, 3}));
+  EXPECT_EQ(group_at(0.75f), one);  // a cap above it changes nothing
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/engine_test_support.h"
+#include "engine/grouping.h"
 #include "gaengine.h"
 #include "support/temp_dir.h"
 
@@ -103,6 +104,44 @@ TEST(LodTreePlateau, LongestRunOfEqualCountsWithTiesToTheLowerRun) {
   EXPECT_EQ(LongestPlateau({}, 3).first, -1);
   EXPECT_EQ(LodTreeThresholds(2.0f, 15.0f, 1.0f).size(), 14u);
   EXPECT_EQ(LodTreeThresholds(2.0f, 3.0f, 0.25f).back(), 3.0f);
+}
+
+}  // namespace
+}  // namespace gae
+
+namespace gae {
+namespace {
+
+// The streaming forest under a frequency cap against grouping by threshold with the same cap,
+// at every threshold: the rows of the tree and the final groups taken from the forest are the
+// partitions grouping makes, and the pairs the cap took are those whose frequency reaches it.
+TEST(LodForest, CappedForestGroupsAsGroupingDoesAtEveryThreshold) {
+  std::mt19937 rng(36);
+  std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+  for (int trial = 0; trial < 6; ++trial) {
+    testing::MemoryStore store = testing::LinkedStore(50 + 15 * trial, 2 + trial % 3, rng);
+    // Chance pairs with high LODs on the far side of 1/2, which only the cap keeps out.
+    for (int extra = 0; extra < 10; ++extra) {
+      const int32_t i = 2 + static_cast<int32_t>(rng() % (store.markers - 1));
+      store.Set(i, 1 + static_cast<int32_t>(rng() % (i - 1)), 3.0f + 10.0f * unit(rng), 0.5f + 0.4f * unit(rng));
+    }
+    const int32_t n = store.markers;
+    const float max_rf = trial % 2 == 0 ? 0.5f : 0.35f;
+    int64_t capped = 0;
+    for (int32_t i = 2; i <= n; ++i)
+      for (int32_t j = 1; j < i; ++j) capped += store.Second(i, j) < max_rf ? 0 : 1;
+    const std::vector<float> thresholds = LodTreeThresholds(2.0f, 15.0f, 1.0f);
+    const LodForest forest = BuildLodForest(store.Table(), n, 2.0f, max_rf, trial % 3 == 0 ? 1 : 0);
+    EXPECT_EQ(forest.capped, capped);
+    const std::vector<LodTreeRow> rows = LodTreeRows(forest, thresholds, true);
+    for (std::size_t r = 0; r < thresholds.size(); ++r) {
+      std::vector<int32_t> anchor(static_cast<std::size_t>(n), 0), group(static_cast<std::size_t>(n), 0);
+      GroupByThreshold(store.Table(), kByFirstValue, n, -thresholds[r], anchor.data(), group.data(), max_rf);
+      const std::vector<int32_t> expected = Canonical(group);
+      EXPECT_EQ(rows[r].group, expected) << "trial " << trial << " at LOD " << thresholds[r];
+      EXPECT_EQ(ForestGroups(forest, thresholds[r]), expected) << "trial " << trial << " at LOD " << thresholds[r];
+    }
+  }
 }
 
 }  // namespace

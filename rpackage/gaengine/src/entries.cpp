@@ -12,7 +12,7 @@
 #include <R_ext/Rdynload.h>
 
 #include "engine/auto_lod.h"
-#include "engine/frequency_cap.h"
+#include "engine/grouping.h"
 #include "engine/lod_tree.h"
 #include "frame/store_bus_guard.h"
 #include "frame/tool_profile.h"
@@ -320,11 +320,8 @@ SEXP gae_c_lod_tree(SEXP path, SEXP tool_code, SEXP max_rf, SEXP threads, SEXP s
     EnsurePairs(settings, data, show, store);
     const int32_t n = data.num_markers;
     const float cap = static_cast<float>(Rf_asReal(max_rf));
-    std::optional<CappedPairs> capped;
-    if (cap < kNoFrequencyCap) capped.emplace(store.Table(), n, cap);
     const std::vector<LodTreeRow> rows =
-        LodTree(capped ? capped->Table() : store.Table(), n, LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep),
-                true);
+        LodTree(store.Table(), n, LodTreeThresholds(kAutoLodLow, kAutoLodHigh, kAutoLodStep), true, 0, cap);
     const GroupingLod choice = ChooseGroupingLod(rows, n, settings.fallback_lod);
     std::vector<float> threshold;
     std::vector<int32_t> groups, singletons, counted;
