@@ -50,6 +50,7 @@ void PairStoreFile::Passed(int64_t records) {
     return;
   }
   const std::size_t done = std::min(bytes_, static_cast<std::size_t>(records) * 4u * static_cast<std::size_t>(table_.record_length));
+  const auto page_bytes = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   const std::size_t whole = (done / page_bytes) * page_bytes;
   if (whole > 0) ::madvise(mapping_, whole, MADV_DONTNEED);
   if (whole < bytes_) ::madvise(start + whole, bytes_ - whole, MADV_SEQUENTIAL);
