@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "engine/auto_lod.h"
 #include "input/list_reader.h"
 #include "input/map_tool_reader.h"
 #include "input/raw_calls.h"
@@ -20,11 +21,6 @@ namespace gaecli {
 
 namespace {
 
-std::string Lod(float value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.1f", static_cast<double>(value));
-  return text;
-}
 
 }  // namespace
 
@@ -94,10 +90,11 @@ int CheckPairFile(const std::string& file, int tool_code, const std::vector<std:
   if (!conflicts.empty()) {
     for (const gae::AnchorConflict& c : conflicts)
       std::fprintf(stderr,
-                   "%s: marker %s is anchored to group %d, but links to group %d (LOD %s with %s, %d markers above "
-                   "the threshold; in group %d %d markers, LOD %s at most)\n",
-                   file.c_str(), name(c.marker - 1).c_str(), c.own, c.other, Lod(c.lod_other).c_str(),
-                   name(c.partner_other - 1).c_str(), c.links_other, c.own, c.links_own, Lod(c.lod_own).c_str());
+                   "%s: marker %s is anchored to group %d, but links to group %d (%s with %s, %d markers above "
+                   "the threshold; in group %d %d markers, %s at most)\n",
+                   file.c_str(), name(c.marker - 1).c_str(), c.own, c.other, gae::LodText(c.lod_other).c_str(),
+                   name(c.partner_other - 1).c_str(), c.links_other, c.own, c.links_own,
+                   gae::LodText(c.lod_own).c_str());
     std::fprintf(stderr,
                  "  hint: anchors tie markers to groups whatever their pairs say; correct the marker's anchor in the "
                  "anchor section (0 frees it), or import without --anchors\n");

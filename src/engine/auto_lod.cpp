@@ -16,6 +16,12 @@ std::string Number(float value) {
 
 }  // namespace
 
+std::string LodText(float lod) {
+  char text[32];
+  std::snprintf(text, sizeof text, "LOD %.1f", static_cast<double>(lod));
+  return text;
+}
+
 int FewMarkers(int num_markers) { return std::max(3, num_markers / 100); }
 
 AutoLod ChooseLod(const std::vector<LodTreeRow>& rows, int num_markers) {
@@ -26,9 +32,7 @@ AutoLod ChooseLod(const std::vector<LodTreeRow>& rows, int num_markers) {
   choice.threshold = rows[static_cast<size_t>(plateau.first)].threshold;
   choice.run_to = rows[static_cast<size_t>(plateau.last)].threshold;
   choice.groups = plateau.groups;
-  char text[64];
-  std::snprintf(text, sizeof text, "LOD %.1f", static_cast<double>(choice.threshold));
-  choice.reason = std::string(text) + ": the groups stay the same from " + Number(choice.threshold) + " to " +
+  choice.reason = LodText(choice.threshold) + ": the groups stay the same from " + Number(choice.threshold) + " to " +
                   Number(choice.run_to) + " (" + std::to_string(choice.groups) +
                   (choice.groups == 1 ? " group" : " groups") + " of at least " +
                   std::to_string(FewMarkers(num_markers)) + " markers)";

@@ -21,8 +21,14 @@ struct AutoLod {
   float threshold = 0.0f, run_to = 0.0f;
   int groups = 0;
   std::string reason;  // e.g. "LOD 6.0: the groups stay the same from 6 to 15 (5 groups ...)"
+  // A plateau without a group of a few markers says nothing of the threshold: a set of markers
+  // too small to show one.
+  bool Usable() const { return found && groups > 0; }
 };
 AutoLod ChooseLod(const std::vector<LodTreeRow>& rows, int num_markers);
+
+// A threshold in the words of a summary or a message: "LOD 6.0".
+std::string LodText(float lod);
 
 // The thresholds the automatic choice looks at.
 inline constexpr float kAutoLodLow = 2.0f, kAutoLodHigh = 15.0f, kAutoLodStep = 1.0f;

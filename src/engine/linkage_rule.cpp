@@ -13,32 +13,16 @@ std::vector<LodTreeRow> LinkageTree(const PairTable& table, int32_t n, float max
   return LodTree(table, n, thresholds, false, 0, max_rf);
 }
 
-int32_t PlateauGroupSize(int32_t n) { return FewMarkers(n); }
-
-// The automatic threshold of the summaries, less the words; a run without one group of counting
-// size says nothing about the threshold.
-AutoLinkageLod ChooseLinkageLod(const std::vector<LodTreeRow>& rows, int32_t n) {
-  AutoLinkageLod choice;
-  const AutoLod chosen = ChooseLod(rows, n);
-  if (!chosen.found || chosen.groups == 0) return choice;
-  choice.found = true;
-  choice.threshold = chosen.threshold;
-  choice.run_to = chosen.run_to;
-  choice.groups = chosen.groups;
-  return choice;
-}
-
 LinkageRule ResolveLinkageRule(const PairTable& table, int32_t n, float fixed_lod, float max_rf,
-                               AutoLinkageLod* choice) {
+                               AutoLod* choice) {
   LinkageRule rule;
   rule.max_rf = max_rf;
   if (!std::isnan(fixed_lod)) {
     rule.min_lod = fixed_lod;
     return rule;
   }
-  const AutoLinkageLod chosen =
-      ChooseLinkageLod(LinkageTree(table, n, max_rf, kAutoLodLow, kAutoLodHigh, kAutoLodStep), n);
-  if (chosen.found) rule.min_lod = chosen.threshold;
+  const AutoLod chosen = ChooseLod(LinkageTree(table, n, max_rf, kAutoLodLow, kAutoLodHigh, kAutoLodStep), n);
+  if (chosen.Usable()) rule.min_lod = chosen.threshold;
   if (choice != nullptr) *choice = chosen;
   return rule;
 }

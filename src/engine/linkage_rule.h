@@ -23,29 +23,14 @@ struct LinkageRule {
 
 inline constexpr float kDefaultMaxRf = 0.5f;
 
-
 // The rows of the LOD tree from `low` to `high` by `step`, pairs capped at `max_rf`.
 std::vector<LodTreeRow> LinkageTree(const PairTable& table, int32_t n, float max_rf, float low,
                                     float high, float step);
 
-// A group counts towards a plateau of the tree when it holds at least this many markers: 1% of
-// them and never fewer than 3, so that stray markers breaking off at high thresholds do not.
-int32_t PlateauGroupSize(int32_t n);
-
-// The automatic threshold: the lowest threshold of the longest run of rows over which the
-// count of groups of at least PlateauGroupSize markers stays the same (the lower run on a tie);
-// none when that run holds no such group.
-struct AutoLinkageLod {
-  bool found = false;
-  float threshold = 0.0f, run_to = 0.0f;
-  int32_t groups = 0;
-};
-AutoLinkageLod ChooseLinkageLod(const std::vector<LodTreeRow>& rows, int32_t n);
-
 // The threshold of a run: `fixed_lod` when it is a number, otherwise the automatic choice on
-// the default range (3 when the tree shows no plateau).
+// the default range (3 when the tree shows no usable plateau).
 LinkageRule ResolveLinkageRule(const PairTable& table, int32_t n, float fixed_lod, float max_rf,
-                               AutoLinkageLod* choice = nullptr);
+                               AutoLod* choice = nullptr);
 
 // The group (1-based) of every marker, by grouping by threshold on the capped pairs; `anchors`
 // (null for none) start their groups as in grouping by threshold.

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 #include <functional>
 #include <optional>
 
@@ -12,18 +11,12 @@ namespace gae {
 
 namespace {
 
-std::string LodText(float lod) {
-  char text[32];
-  std::snprintf(text, sizeof text, "LOD %.1f", static_cast<double>(lod));
-  return text;
-}
 
 }  // namespace
 
 GroupingLod ChooseGroupingLod(const std::vector<LodTreeRow>& rows, int32_t n, float fallback_lod) {
-  // A plateau without a group of a few markers is a set of markers too small to show one.
   const AutoLod choice = ChooseLod(rows, n);
-  if (choice.found && choice.groups > 0) return {choice.threshold, true, choice.reason};
+  if (choice.Usable()) return {choice.threshold, true, choice.reason};
   return {fallback_lod, false,
           LodText(fallback_lod) + ": no group of " + std::to_string(FewMarkers(n)) +
               " markers or more holds over a run of thresholds of the LOD tree"};

@@ -46,7 +46,7 @@ TEST(LinkageRule, GroupsAgreeWithTheTreeAtEveryThresholdAndCap) {
     }
   }
   // The automatic threshold finds the blocks however the chance pairs fall.
-  AutoLinkageLod chosen;
+  AutoLod chosen;
   const LinkageRule rule = ResolveLinkageRule(RandomBlocks(7).Table(), 30, NAN, 0.5f, &chosen);
   EXPECT_EQ(chosen.groups, 3);
   EXPECT_EQ(rule.min_lod, chosen.threshold);
@@ -67,9 +67,9 @@ TEST(LinkageRule, TheCapAndTheThresholdEachKeepABridgeOut) {
   EXPECT_EQ(Groups(LinkageGroups(s.Table(), 4, LinkageRule{3, 0.5f})), 2);
   EXPECT_EQ(Groups(LinkageGroups(s.Table(), 4, LinkageRule{2.9f, 0.5f})), 1);
   // No group of a few markers at any threshold: nothing to choose by, LOD 3.
-  AutoLinkageLod none;
+  AutoLod none;
   EXPECT_EQ(ResolveLinkageRule(s.Table(), 4, NAN, 0.5f, &none).min_lod, 3.0f);
-  EXPECT_FALSE(none.found);
+  EXPECT_FALSE(none.Usable());
 }
 
 }  // namespace
