@@ -106,6 +106,30 @@ bool TryEndReversal(PathState& s) {
   return true;
 }
 
+// An end city lifted and put into the gap anywhere on the path where it costs least, if that
+// gains: a marker whose pairs say little tends to be left at an end, and an end turned round
+// (above) then only meets it.
+bool TryEndRelocation(PathState& s) {
+  for (const bool front : {true, false}) {
+    const int32_t e = front ? s.At(0) : s.At(s.n() - 1);
+    const double lifted = s.Edge(e, front ? s.At(1) : s.At(s.n() - 2));
+    double best = lifted - kLeastGain;
+    int32_t gap = -1;  // insert before position gap of the path without e
+    const int32_t from = front ? 1 : 0, to = front ? s.n() : s.n() - 1;  // the rest: positions from..to-1
+    for (int32_t p = from; p <= to; ++p) {
+      const int32_t u = p > from ? s.At(p - 1) : 0, v = p < to ? s.At(p) : 0;
+      const double cost = s.Edge(u, e) + s.Edge(e, v) - s.Edge(u, v);
+      if (cost < best) best = cost, gap = p;
+    }
+    if (gap < 0) continue;
+    s.order.erase(s.order.begin() + (front ? 0 : s.n() - 1));
+    s.order.insert(s.order.begin() + (front ? gap - 1 : gap), e);
+    s.Reposition(0, s.n() - 1);
+    return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 double PathLength(const TourMatrix& d, const std::vector<int32_t>& order) {
@@ -129,7 +153,7 @@ int64_t ImprovePath(const TourMatrix& d, const std::vector<int32_t>& near, int32
         if (c <= 0) break;
         if (TryReversal(s, a, c) || TryInsertion(s, a, c)) ++moves, improved = true;
       }
-    while (TryEndReversal(s)) ++moves, improved = true;
+    while (TryEndReversal(s) || TryEndRelocation(s)) ++moves, improved = true;
   }
   return moves;
 }
