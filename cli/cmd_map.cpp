@@ -52,6 +52,13 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
   cmd->add_option("--error-rate", o.error_rate,
                   "Genotyping-error rate per call of the multipoint map (MAP files), fixed instead of estimated")
       ->check(CLI::Range(0.0f, 0.5f));
+  cmd->add_flag("--no-bin", o.no_bin,
+                "Map every marker itself; by default, from 3000 markers on, markers of the same genotypes are "
+                "mapped once and the others placed at their representative's position");
+  cmd->add_option("--bin-tolerance", o.bin_tolerance,
+                  "Markers share a bin even if they differ on up to this share of the individuals typed in both "
+                  "(default 0: identical but for missing calls); bins the run whatever its size")
+      ->check(CLI::Range(0.0f, 0.2f));
   cmd->add_flag("--front-end", o.front_end,
                 "Run the front end's default sequence of the library's exports instead of gaengine's own pipeline: "
                 "the files the desktop program would write");
@@ -76,6 +83,16 @@ void RegisterMapCommand(CLI::App& app, int& exit_code) {
     if (consensus && (!o.lod.empty() || o.order != "default" || o.max_rf >= 0.0f)) {
       // A consensus is one group of all markers ordered on distance: nothing here to choose.
       std::fprintf(stderr, "--lod, --order and --max-rf apply to MAP files only\n");
+      exit_code = 2;
+      return;
+    }
+    if ((consensus || o.front_end) && (o.no_bin || o.bin_tolerance >= 0.0f)) {
+      std::fprintf(stderr, "--no-bin and --bin-tolerance apply to gaengine's own pipeline on MAP, CDM and PLM files\n");
+      exit_code = 2;
+      return;
+    }
+    if (o.no_bin && o.bin_tolerance >= 0.0f) {
+      std::fprintf(stderr, "--no-bin and --bin-tolerance contradict each other\n");
       exit_code = 2;
       return;
     }

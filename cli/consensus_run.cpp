@@ -14,7 +14,11 @@
 #include "front_end_map.h"
 #include "gaengine.h"
 #include "library_output.h"
+#include "pipeline/consensus_order.h"
+#include "pipeline/group_layout.h"
 #include "pipeline/pair_fingerprint.h"
+#include "twopoint/cmp_pairwise_file.h"
+#include "twopoint/pair_store_file.h"
 #include "twopoint/pair_store_writer.h"
 #include "input/consensus_input.h"
 #include "report/text_file.h"
@@ -179,12 +183,23 @@ int RunConsensus(const std::string& file) {
               check.maps_holding.data(), m.group.data(), &status);
   if (status != 0) return StageFailed(file, "grouping", status);
   map.BuildFromGroups();
-  MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
-                 d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
-                 m.group_size.data(), m.group_status.data(), &m.map_state,
-                 check.maps_holding.data(), m.group.data(), m.order.data(), m.position.data(),
-                 &status);
-  if (status != 0) return StageFailed(file, "ordering", status);
+  const bool large = std::any_of(m.group_size.begin(), m.group_size.end(),
+                                 [](int32_t size) { return size >= gae::kBackboneFrom; });
+  if (large) {
+    // Groups of thousands: the library's backbone ordering instead of the export's search.
+    gae::PairStoreFile store;
+    if (!store.Open(gae::PairStoreName(file), tool.record_length, gae::kCmpMappingFunction))
+      return StageFailed(file, "ordering", -1);
+    gae::UniformStream random;
+    gae::OrderConsensusGroups(store.Table(), d.ordering_method, check.maps_holding.data(), m, random);
+  } else {
+    MAPOrderingAll(tool.tool_code, d.ordering_method, d.ordering_by, d.ordering_option,
+                   d.ordering_param1, d.ordering_param2, m.num_markers, m.num_groups,
+                   m.group_size.data(), m.group_status.data(), &m.map_state,
+                   check.maps_holding.data(), m.group.data(), m.order.data(), m.position.data(),
+                   &status);
+    if (status != 0) return StageFailed(file, "ordering", status);
+  }
   MAPRipplingAll(tool.tool_code, d.rippling_by, d.window_size, m.num_markers, m.num_groups,
                  m.group_size.data(), m.group_status.data(), &m.map_state, m.group.data(),
                  m.order.data(), m.position.data(), &status);

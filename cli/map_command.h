@@ -14,6 +14,8 @@ struct MapOptions {
   bool plots = false, tsv = false, front_end = false;
   float min_lod = 3.0f;
   float error_rate = -1.0f;  // negative: estimated from the data
+  bool no_bin = false;           // map every marker, however many
+  float bin_tolerance = -1.0f;   // negative: only identical markers share a bin
   bool force = false;        // map even when the data fit another design or alleles look switched
   std::vector<std::string> switch_alleles;
 };

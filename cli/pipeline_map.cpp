@@ -48,6 +48,9 @@ gae::MapPipelineSettings SettingsOf(const MapOptions& o, const gae::ToolProfile&
   s.ordering.ripple_by = d.rippling_by;
   s.ordering.window_size = d.window_size;
   s.ordering.around_frame = o.order == "frame";
+  using Binning = gae::MapPipelineSettings::Binning;
+  s.binning = o.no_bin ? Binning::kOff : o.bin_tolerance >= 0.0f ? Binning::kOn : Binning::kAuto;
+  if (o.bin_tolerance >= 0.0f) s.bin_tolerance = o.bin_tolerance;
   s.threads = gae::PairStoreThreads();
   s.log = [](std::string_view line) { gae::ProcessRunLog().Write(line); };
   s.store_watch = &gae::StoreBusGuard();
@@ -110,6 +113,9 @@ void PrintSummary(const std::string& file, const gae::ToolProfile& tool, const g
   char cap[64];
   std::snprintf(cap, sizeof cap, "; pairs link only below a frequency of %.2f", static_cast<double>(r.max_rf));
   std::printf("  Grouping          %s%s\n", r.lod_reason.c_str(), r.max_rf < 1.0f ? cap : "");
+  if (r.bins > 0)
+    std::printf("  Bins              %d: markers of the same genotypes mapped once, the others at their "
+                "representative's position (--no-bin maps each)\n", r.bins);
   if (!r.ordering_note.empty()) std::printf("  Ordering          %s\n", r.ordering_note.c_str());
   if (r.error_rate)
     std::printf("  Error rate        %.4f per genotype call (%s)\n", *r.error_rate,

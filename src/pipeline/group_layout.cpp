@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "engine/backbone_order.h"
 #include "engine/frame_ordering.h"
 #include "engine/rippling.h"
 #include "twopoint/mapping_function.h"
@@ -27,6 +28,11 @@ std::vector<int32_t> StartOrder(const PairTable& pairs, const StartOrderOptions&
     const FrameOrderingResult result =
         OrderAroundFrame(pairs, frame, n, kinds.data(), order.data(), position.data(), random, sink);
     if (framed != nullptr) *framed = result.framed;
+  } else if (n >= kBackboneFrom) {
+    const std::vector<int32_t> local = BackboneOrder(TrustedFrequencies(pairs, n, markers.data(), kTrustedLod));
+    // No ripple after it: its moves already search every window, and a ripple on LOD would
+    // drag well-typed markers towards the pairs that say most rather than the nearest.
+    for (int32_t k = 0; k < n; ++k) order[static_cast<size_t>(k)] = markers[static_cast<size_t>(local[static_cast<size_t>(k)] - 1)];
   } else if (n >= 2) {
     const std::vector<int32_t> no_anchor(markers.size(), 0);
     OrderGroup(pairs, options.tour, n, no_anchor.data(), order.data(), position.data(), random, sink);

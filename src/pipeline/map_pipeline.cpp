@@ -9,6 +9,7 @@
 #include "input/map_tool_reader.h"
 #include "multipoint/clonal_map.h"
 #include "multipoint/founder_map.h"
+#include "pipeline/bin_carry.h"
 #include "pipeline/group_layout.h"
 #include "pipeline/pipeline_steps.h"
 #include "prep/group_names_from_loci.h"
@@ -138,15 +139,17 @@ void AddPhaseSigns(const MapToolInput& data, const std::vector<int32_t>& markers
   if (!mapping.chain_phases && layout.order.size() >= 2) placed.chain_phases = false;
 }
 
+// `carrier`: by marker, the representative it rides with in a binned run (BinCarriers), or empty.
 PlacedGroups PlaceGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data,
-                         const MapModel& map, UniformStream& random) {
+                         const MapModel& map, const std::vector<int32_t>& carrier, UniformStream& random) {
   PlacedGroups placed;
   const std::vector<int64_t> starts = GroupStarts(map.num_groups, map.group_size.data());
   for (int32_t g = 0; g < map.num_groups; ++g) {
     const auto from = map.order.begin() + starts[static_cast<size_t>(g)];
-    const std::vector<int32_t> markers(from, from + map.group_size[static_cast<size_t>(g)]);
+    const GroupBins bins = SplitGroup(std::vector<int32_t>(from, from + map.group_size[static_cast<size_t>(g)]), carrier);
     bool framed = false;
-    const GroupMapping mapping = MapOneGroup(pairs, settings, data, markers, random, &framed);
+    GroupMapping mapping = MapOneGroup(pairs, settings, data, bins.mapped, random, &framed);
+    const std::vector<int32_t> markers = CarryRiders(bins, mapping.layout, mapping.chain_phases ? &mapping.phases : nullptr);
     const GroupLayout& layout = mapping.layout;
     if (placed.method.find(mapping.method) == std::string::npos)
       placed.method += (placed.method.empty() ? "" : ", ") + std::string(mapping.method);
@@ -199,7 +202,11 @@ void RebuildModel(const PlacedGroups& placed, MapModel& map, std::vector<int32_t
 // Orders and places every group of the grouped `map`, then rebuilds it from their layouts.
 void MapGroups(const PairTable& pairs, const MapPipelineSettings& settings, const MapToolInput& data, MapModel& map,
                UniformStream& random, MapPipelineRecord& record) {
-  const PlacedGroups placed = PlaceGroups(pairs, settings, data, map, random);
+  using Binning = MapPipelineSettings::Binning;
+  std::vector<int32_t> carrier;
+  if (settings.binning == Binning::kOn || (settings.binning == Binning::kAuto && data.num_markers >= kBinFrom))
+    carrier = BinCarriers(data, settings.bin_tolerance, record.bins);
+  const PlacedGroups placed = PlaceGroups(pairs, settings, data, map, carrier, random);
   record.ordering = settings.ordering;
   record.distances = placed.method;
   if (placed.error_weight > 0) {

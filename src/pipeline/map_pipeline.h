@@ -39,6 +39,11 @@ struct MapPipelineSettings {
   // The genotyping-error rate of the multipoint maps: estimated from the data when absent.
   std::optional<double> error_rate;
   StartOrderOptions ordering;
+  // Markers of the same genotypes mapped once (see bin_carry.h): from kBinFrom markers on by
+  // default; `bin_tolerance` the share of lines typed in both where they may still differ.
+  enum class Binning { kAuto, kOn, kOff };
+  Binning binning = Binning::kAuto;
+  float bin_tolerance = 0.0f;
   ResultSwitches switches{true, true, true, true};
   int threads = 1;  // for the pair estimates
   // The maximum of each pair's likelihood by default; the desktop program's estimator on demand.
@@ -100,6 +105,7 @@ struct MapPipelineRecord {
   int64_t pairs_capped = 0;  // pairs whose frequency kept them from linking
 
   // The map.
+  int32_t bins = 0;  // sets of markers mapped once, when the run binned; 0 otherwise
   StartOrderOptions ordering;  // as the settings asked
   std::string distances;     // which method gave the order and distances
   std::string ordering_note;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <numeric>
 #include <string_view>
 #include <unordered_map>
@@ -54,13 +55,22 @@ void Encode(std::string_view letters, LetterCodes& codes, uint64_t* planes, std:
   }
 }
 
-bool Agree(const uint64_t* a, const uint64_t* b, std::size_t words) {
+// Whether b may join the bin of consensus a: they differ on at most `tolerance` of the lines
+// typed in both (none when it is 0, where most pairs part on their first word).
+bool Agree(const uint64_t* a, const uint64_t* b, std::size_t words, float tolerance) {
+  int64_t differ_lines = 0, both_lines = 0;
   for (std::size_t w = 0; w < words; ++w) {
     uint64_t differ = 0;
     for (int p = 1; p < kPlanes; ++p) differ |= a[p * words + w] ^ b[p * words + w];
-    if ((differ & a[w] & b[w]) != 0) return false;
+    differ &= a[w] & b[w];
+    if (tolerance <= 0.0f) {
+      if (differ != 0) return false;
+      continue;
+    }
+    differ_lines += std::popcount(differ);
+    both_lines += std::popcount(a[w] & b[w]);
   }
-  return true;
+  return static_cast<double>(differ_lines) <= static_cast<double>(tolerance) * static_cast<double>(both_lines);
 }
 
 // Lines that the bin has not yet typed take the newcomer's values.
@@ -145,7 +155,7 @@ BinningResult BinMarkers(const BinningData& data, std::span<const float> p_value
   for (std::size_t d : order) {
     std::size_t b = options.missing_agrees ? 0 : bin_vectors.size();
     while (b < bin_vectors.size() &&
-           (bin_category[b] != distinct[d].category || !Agree(consensus.Of(b), vectors.Of(d), words)))
+           (bin_category[b] != distinct[d].category || !Agree(consensus.Of(b), vectors.Of(d), words, options.tolerance)))
       ++b;
     if (b == bin_vectors.size()) {
       bin_vectors.emplace_back();

@@ -30,6 +30,10 @@ struct BinningOptions {
   int method = 1;                 // 1 keep the member with the fewest missing; 2 the consensus
   // Whether a missing value agrees with any value; if not, only identical vectors share a bin.
   bool missing_agrees = true;
+  // Near-identical markers: the share of the lines typed in both where a newcomer may differ
+  // from a bin's consensus and still join it (a genotyping error is then no reason to map a
+  // marker apart). 0 asks for agreement everywhere.
+  float tolerance = 0.0f;
 };
 
 struct MarkerBin {
