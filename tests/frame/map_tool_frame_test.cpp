@@ -208,7 +208,6 @@ TEST_P(MapToolFrame, AStopBeforeTheSizesAllocatesNothing) {
   EXPECT_EQ(log[2], Failed(Profile().all_by_default_name));
   EXPECT_EQ(Process().map.map_state, -1);
   EXPECT_FALSE(FileExists("bad" + std::string(Row().result_suffix)));
-
   // A missing file stops the same way, with its own line; the log grows.
   EXPECT_EQ(Run("absent.txt  "), 1002);
   const std::vector<std::string> missing = ReadLines(Log());
