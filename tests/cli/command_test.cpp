@@ -338,8 +338,7 @@ TEST_F(Command, ABadFileIsExplainedInItsOwnTermsOnStandardError) {
     WriteText(c.name, c.text);
     const CommandRun r = GaengineErrApart("map " + c.name);
     EXPECT_EQ(r.exit_code, 1) << c.name;
-    EXPECT_THAT(r.err, HasSubstr(c.message)) << c.name;
-    EXPECT_THAT(r.err, HasSubstr(c.hint)) << c.name;
+    ExpectHasAll(r.err, {c.message, c.hint});
     EXPECT_THAT(r.out, Not(HasSubstr("--Error"))) << c.name;
   }
   if (::geteuid() != 0) {  // the super-user may write anywhere
@@ -558,15 +557,12 @@ TEST_F(Command, TheWrittenFileIsMappedAsItStands) {
   testing::WriteVariantFile("f2.vcf.gz", testing::BredPopulationCalls(7, 30, 60, 0.05, 99).vcf, VariantFormat::kBgzip);
   CommandRun r = GaengineErrApart("import vcf f2.vcf.gz -o f2.map --parents mother,father --pop F2");
   ASSERT_EQ(r.exit_code, 0) << r.err;
-  EXPECT_THAT(r.out, HasSubstr("18 markers, 60 individuals -> f2.map (F2 (MAP type 7))"));
-  EXPECT_THAT(r.out, HasSubstr("sites read: 30\n"));
-  EXPECT_THAT(r.out, HasSubstr("parents not informative: 12\n"));
-  EXPECT_THAT(r.out, HasSubstr("18 from ID"));
+  ExpectHasAll(r.out, {"18 markers, 60 individuals -> f2.map (F2 (MAP type 7))", "sites read: 30\n",
+                       "parents not informative: 12\n", "18 from ID"});
   EXPECT_TRUE(testing::FileExists("f2.loci.tsv"));
   r = GaengineErrApart("map f2.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
-  const auto rows = testing::SumMapRows("f2.sum");
-  EXPECT_EQ(rows.size(), 18u);
+  EXPECT_EQ(testing::SumMapRows("f2.sum").size(), 18u);
   // A clonal F1's categories, multi-allelic ABCD among them, go to the clonal tool as they stand.
   testing::WriteVariantFile("cf1.bcf", testing::BredPopulationCalls(0, 28, 60, 0.05, 5).vcf, VariantFormat::kBcf);
   r = GaengineErrApart("import vcf cf1.bcf -o cf1.cdm --parents mother,father");

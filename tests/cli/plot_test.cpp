@@ -482,11 +482,11 @@ TEST_F(Pictures, OneGroupByTheUsersChromosomeName) {
   testing::WriteText("f2.loci.tsv", loci);
   const std::string group = sum.markers.front().name.substr(1, 1) + "H";
   ASSERT_EQ(testing::Gaengine("plot f2.map --group " + group).exit_code, 0);
-  std::set<std::string> expected, shown;
-  for (const gaecli::SumMarker& m : sum.markers)
+  std::set<std::string> expected, shown, all;
+  for (const gaecli::SumMarker& m : sum.markers) {
+    all.insert(m.name);
     if (m.group == sum.markers.front().group) expected.insert(m.name);
-  std::set<std::string> all;
-  for (const gaecli::SumMarker& m : sum.markers) all.insert(m.name);
+  }
   const std::string svg = testing::ReadText("f2." + group + ".map.svg");
   ASSERT_TRUE(testing::CheckXml(svg).ok);
   for (const std::string& t : SvgTexts(svg))

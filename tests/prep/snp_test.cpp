@@ -15,13 +15,13 @@
 #include "prep/snp_conversion.h"
 #include "prep/snp_reader.h"
 #include "support/bred_data_sets.h"
+#include "support/command_run.h"
 #include "support/temp_dir.h"
 
 namespace gae {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 std::vector<uint8_t> Calls(std::initializer_list<const char*> texts) {
   std::vector<uint8_t> calls;
@@ -168,9 +168,7 @@ TEST_F(SnpCheck, EveryMessageOfTheReaderAndTheRule) {
     if (!c.cut_at.empty()) text.resize(text.find(c.cut_at));
     const SnpRun run = CheckSnp(2, text, 2);
     EXPECT_EQ(run.status, c.code) << c.line;
-    const std::string log = testing::ReadText("SNP.log");
-    EXPECT_THAT(log, HasSubstr(c.line));
-    EXPECT_THAT(log, HasSubstr("error found in DLL! DLL name=DLL CheckErrorSNP"));
+    testing::ExpectHasAll(testing::ReadText("SNP.log"), {c.line, "error found in DLL! DLL name=DLL CheckErrorSNP"});
   }
 }
 
@@ -185,11 +183,11 @@ TEST_F(SnpCheck, ArraysAndTheAccountOfEachMarker) {
   EXPECT_EQ(run.codes, (std::vector<int>{1212, 1133, 0, 1114, 0}));
   EXPECT_EQ(run.anchors, (std::vector<int>{0, 0, 0, 0, 0}));
   const std::string log = testing::ReadText("SNP.log");
-  EXPECT_THAT(log, HasSubstr("Warning: the marker will be deleted for non-polymorphism! MarkerID=3\n"));
-  EXPECT_THAT(log, Not(HasSubstr("non-polymorphism! MarkerID=1\n")));
-  EXPECT_THAT(log, HasSubstr("MarkerID=1. Polymorphism was determined only by parent."));
-  EXPECT_THAT(log, HasSubstr("MarkerID=4. Polymorphism was determined by progeny and parent."));
-  EXPECT_THAT(log, HasSubstr("DLL CheckErrorSNP run successfully!"));
+  testing::ExpectHasAll(log, {"Warning: the marker will be deleted for non-polymorphism! MarkerID=3\n",
+                              "MarkerID=1. Polymorphism was determined only by parent.",
+                              "MarkerID=4. Polymorphism was determined by progeny and parent.",
+                              "DLL CheckErrorSNP run successfully!"});
+  testing::ExpectHasNone(log, {"non-polymorphism! MarkerID=1\n"});
   const SnpRun sides = CheckSnp(20, SnpFile(1, 1, 4, "2", {"S1 NN NN GG CC"}, {"S1 AG AC TG TC"}), 1);
   EXPECT_EQ(sides.codes, std::vector<int>{1});
   EXPECT_THAT(testing::ReadText("SNP.log"), HasSubstr("MarkerID=1. Polymorphism was determined only by progeny."));
