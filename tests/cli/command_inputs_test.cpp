@@ -32,6 +32,7 @@ using ::testing::HasSubstr;
 using testing::BredCross;
 using testing::BreedCross;
 using testing::CommandRun;
+using testing::ExpectHasAll;
 using testing::FileExists;
 using testing::Gaengine;
 using testing::GaengineErrApart;
@@ -80,14 +81,11 @@ TEST_F(TrustChecks, BadInputsEndInExitOneWithTheProblemAndTheFix) {
        "import rqtl bc.csv --pop f2 -o bc.map", 1, {"segregation of an F2", "a P1BC1F1 fits", "--pop 1?"}, "bc.map"},
       {"a RIL written as an F2 MAP file",
        [] {
-         BredCross c = BreedCross(4, 1, 8, 100, 3);
-         std::vector<std::string> rows;
-         for (std::size_t m = 0; m < c.names.size(); ++m) {
-           rows.push_back(c.names[m]);
-           for (const char letter : c.letters[m]) rows.back() += std::string(" ") + letter;
-         }
-         const std::string text = MapText(100, rows);
-         WriteText("ril.map", text);
+         const BredCross c = BreedCross(4, 1, 8, 100, 3);
+         std::vector<std::string> rows = c.names;
+         for (std::size_t m = 0; m < c.names.size(); ++m)
+           for (const char letter : c.letters[m]) rows[m] += std::string(" ") + letter;
+         WriteText("ril.map", MapText(100, rows));
        },
        "map ril.map", 1, {"ril.map: ", "of the markers reject the 1:2:1 segregation of an F2", "population type 3 or 4?"},
        "ril.sum"},
@@ -142,12 +140,10 @@ TEST_F(TrustChecks, TheFixesTheMessagesNameMapTheData) {
   r = GaengineErrApart("import rqtl sw.csv --pop f2 --switch-alleles C1M4 -o fixed.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
   EXPECT_EQ(GaengineErrApart("map fixed.map").exit_code, 0);
-
   WriteText("mix.csv", "id,M1,M2,M3,M4\n,1,1,1,1\n1,A,D,A,-\n2,H,A,B,-\n3,B,A,H,-\n4,A,B,B,-\n5,H,H,A,-\n");
   r = GaengineErrApart("import rqtl mix.csv --pop f2 --drop-bad-markers -o mix.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
-  EXPECT_THAT(r.out, HasSubstr("dropped 2 markers the MAP reader refuses: M2 M4"));
-  EXPECT_THAT(r.out, HasSubstr("2 markers, 5 individuals"));
+  ExpectHasAll(r.out, {"dropped 2 markers the MAP reader refuses: M2 M4", "2 markers, 5 individuals"});
 }
 
 TEST_F(TrustChecks, ADistortedMarkerIsListedAndForceMapsAWrongDesignWithAWord) {
@@ -190,8 +186,7 @@ TEST_F(TrustChecks, EveryLayoutOfOneCrossWritesTheSameMapFile) {
     WriteText(std::string(l.name) + ".csv", l.text);
     const CommandRun r = GaengineErrApart("import rqtl " + std::string(l.name) + ".csv --pop F2 -o " + l.name + ".map");
     ASSERT_EQ(r.exit_code, 0) << r.err;
-    EXPECT_THAT(r.out, HasSubstr(l.said));
-    EXPECT_THAT(r.out, HasSubstr("12 markers, 60 individuals"));
+    ExpectHasAll(r.out, {l.said, "12 markers, 60 individuals"});
     const std::string written = ReadText(std::string(l.name) + ".map");
     if (first.empty()) first = written;
     EXPECT_EQ(written, first);
@@ -215,15 +210,13 @@ TEST_F(TrustChecks, NamesChromosomesTraitsAndTheXChromosomeAreKept) {
   WriteText("cross.csv", csv);
   CommandRun r = GaengineErrApart("import rqtl cross.csv --pop f2 --genotypes A H B D C --anchors -o cross.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
-  EXPECT_THAT(r.out, HasSubstr("renamed: 'C1 M2' -> C1_M2"));
-  EXPECT_THAT(r.out, HasSubstr("chromosome X left out (6 markers)"));
-  EXPECT_THAT(r.out, HasSubstr("anchors tie each marker to its chromosome's group"));
+  ExpectHasAll(r.out, {"renamed: 'C1 M2' -> C1_M2", "chromosome X left out (6 markers)",
+                       "anchors tie each marker to its chromosome's group"});
   EXPECT_THAT(ReadText("cross.loci.tsv"), HasSubstr("C1_M2\t1A\t12\n"));
   EXPECT_THAT(ReadText("cross.traits.tsv"), HasSubstr("id\tyield\nind1\t10.00\n"));
   r = GaengineErrApart("map --seed 5 cross.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
-  EXPECT_THAT(r.out, ContainsRegex("\n    1A +6 markers"));
-  EXPECT_THAT(r.out, ContainsRegex("\n    1B +6 markers"));
+  EXPECT_THAT(r.out, ContainsRegex("\n    1A +6 markers(.|\n)*\n    1B +6 markers"));
   EXPECT_THAT(r.out, HasSubstr("cross.bip (1 traits)"));
   // The filled QTL files pass their validators, and the trait row holds the values.
   EXPECT_EQ(GaengineErrApart("check BIP cross.bip").exit_code, 0);
@@ -231,12 +224,8 @@ TEST_F(TrustChecks, NamesChromosomesTraitsAndTheXChromosomeAreKept) {
   EXPECT_THAT(ReadText("cross.bip"), HasSubstr("\nyield               10 10.25 10.5 10.75 11 "));
   r = GaengineErrApart("import rqtl cross.csv --pop f2 --keep-x -o withx.map");
   EXPECT_THAT(r.out, HasSubstr("18 markers"));
-  // A file in R/qtl's own allele names is read by them; --genotypes takes five codes and leaves
-  // the next option alone.
-  std::string named = "id,M1,M2,M3\n,1,1,1\n";
-  for (const char* row : {"1,BB,BA,AA", "2,BA,AA,BB", "3,AA,BB,BA", "4,BA,BA,BA", "5,BB,BA,AA", "6,BA,-,BA"})
-    named += std::string(row) + "\n";
-  WriteText("named.csv", named);
+  // A file in R/qtl's own allele names is read by them.
+  WriteText("named.csv", "id,M1,M2,M3\n,1,1,1\n1,BB,BA,AA\n2,BA,AA,BB\n3,AA,BB,BA\n4,BA,BA,BA\n5,BB,BA,AA\n6,BA,-,BA\n");
   r = GaengineErrApart("import rqtl named.csv --pop f2 -o named.map");
   ASSERT_EQ(r.exit_code, 0) << r.err;
   EXPECT_THAT(r.out, HasSubstr("--genotypes BB BA AA \"not AA\" \"not BB\""));
@@ -269,7 +258,6 @@ std::string ClonalFile(int n) {
 std::string PureLineFile() {
   return testing::PlmInputFile(testing::SimulatePureLineData(2, 2, 6, 8.0, 120, {1234, 1214, 1233}, 0.02, 11));
 }
-
 
 // The first tool's pairs of the same stem must not become the second tool's: each map equals
 // the one the second tool makes alone. 12 F2 markers give as many 8-byte records as 12 pure
@@ -305,7 +293,6 @@ TEST_F(TrustChecks, ASecondRunOnThePairFileWaitsOrStops) {
   EXPECT_EQ(refused.exit_code, 1);
   EXPECT_THAT(refused.err, HasSubstr("another run is using x.LRD"));
   EXPECT_FALSE(FileExists("x.LRD"));
-
   const std::string command = std::string(GAE_BINARY_DIR) + "/gaengine map x.map 2>&1";
   std::FILE* waiting = ::popen(command.c_str(), "r");
   ASSERT_NE(waiting, nullptr);
@@ -331,11 +318,9 @@ TEST_F(TrustChecks, AFileTheCommandDidNotWriteIsNeverReplacedUnlessAsked) {
   for (const char* name : {"c.hap", "c.map.tsv", "c.rf.png"}) ASSERT_EQ(::symlink("elsewhere.txt", name), 0);
   const testing::CommandRun refused = GaengineErrApart("map --tsv --plots c.cdm");
   EXPECT_EQ(refused.exit_code, 1);
-  EXPECT_THAT(refused.err, HasSubstr("c.cdq: a result of c.cdm would replace this file"));
-  for (const char* name : {"c.hap:", "c.map.tsv:", "c.rf.png:"}) EXPECT_THAT(refused.err, HasSubstr(name));
+  ExpectHasAll(refused.err, {"c.cdq: a result of c.cdm would replace this file", "c.hap:", "c.map.tsv:", "c.rf.png:"});
   EXPECT_EQ(ReadText("c.cdq"), traits);
   EXPECT_FALSE(FileExists("c.sum"));
-
   ASSERT_EQ(Gaengine("map --overwrite --tsv --plots c.cdm").exit_code, 0);
   EXPECT_EQ(ReadText("elsewhere.txt"), "kept\n");  // the links were replaced, not followed
   // Its own results, tables and pictures included, it may replace; an edited one it may not.
@@ -357,20 +342,15 @@ TEST_F(TrustChecks, AStemTheLibraryWouldCutIsRefused) {
   const testing::CommandRun run = GaengineErrApart("map " + folder + "/f2.map");
   EXPECT_EQ(run.exit_code, 1);
   EXPECT_THAT(run.err, HasSubstr("result names keep only the first 256 characters"));
-  EXPECT_FALSE(FileExists(folder + ".sum"));
-  EXPECT_FALSE(FileExists(folder + ".LRD"));
+  EXPECT_FALSE(FileExists(folder + ".sum") || FileExists(folder + ".LRD"));
 }
 
 TEST_F(TrustChecks, AHeaderThatPromisesMoreThanTheFileHoldsIsRefusedBeforeAllocating) {
   WriteText("big.map", "7\n1\n1\n300000000\n10\nM1 A A A A A A A A A A\n");
-  WriteText("big.gsp", ReadText(testing::SourcePath("examples/training_and_breeding.gsp")));
-  const struct {
-    const char* arguments;
-  } cases[] = {{"map big.map"}, {"pairs big.map"}, {"groups big.map"}};
-  for (const auto& c : cases) {
-    const testing::CommandRun run = GaengineErrApart(c.arguments);
-    EXPECT_EQ(run.exit_code, 1) << c.arguments;
-    EXPECT_THAT(run.err, HasSubstr("declares 300000000 markers")) << c.arguments;
+  for (const char* arguments : {"map big.map", "pairs big.map", "groups big.map"}) {
+    const testing::CommandRun run = GaengineErrApart(arguments);
+    EXPECT_EQ(run.exit_code, 1) << arguments;
+    EXPECT_THAT(run.err, HasSubstr("declares 300000000 markers")) << arguments;
   }
 }
 

@@ -11,6 +11,7 @@
 #include <set>
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "vocabulary/fixed_format.h"
@@ -32,28 +33,30 @@
 #include "support/temp_dir.h"
 #include "xml_check.h"
 
+namespace gaecli {
+bool operator==(const ChartTick& a, const ChartTick& b) { return a.name == b.name && a.position == b.position; }
+void PrintTo(const ChartTick& t, std::ostream* os) { *os << t.name << " at " << t.position; }
+}  // namespace gaecli
+
 namespace gae {
 namespace {
 
 using gaecli::SpreadLabels;
 
 TEST(LabelSpread, MovesCrowdedNamesApartAsLittleAsPossible) {
-  // Three names on one tick share the room evenly around it.
-  std::vector<double> y = SpreadLabels({10, 10, 10}, 2.0, -100, 100);
-  EXPECT_DOUBLE_EQ(y[0], 8.0);
-  EXPECT_DOUBLE_EQ(y[1], 10.0);
-  EXPECT_DOUBLE_EQ(y[2], 12.0);
-  // Names already apart stay where their ticks are.
-  EXPECT_EQ(SpreadLabels({0, 5, 10}, 2.0, -100, 100), (std::vector<double>{0, 5, 10}));
-  // Against the top edge the pair moves down only: the least displacement that respects it.
-  y = SpreadLabels({0, 0}, 4.0, 0.0, 100.0);
-  EXPECT_DOUBLE_EQ(y[0], 0.0);
-  EXPECT_DOUBLE_EQ(y[1], 4.0);
-  // A cluster and a lone name: the lone one keeps its place when the cluster does not reach it.
-  y = SpreadLabels({50, 1, 1, 1}, 3.0, -100, 100);
-  EXPECT_DOUBLE_EQ(y[0], 50.0);
-  EXPECT_DOUBLE_EQ(y[1] + y[2] + y[3], 3.0);
-
+  // Names on one tick share the room evenly around it; names apart stay; against the top edge
+  // the pair moves down only; a lone name keeps its place when the cluster does not reach it.
+  const struct {
+    std::vector<double> wanted;
+    double pitch, top;
+    std::vector<double> placed;
+  } cases[] = {{{10, 10, 10}, 2.0, -100, {8, 10, 12}}, {{0, 5, 10}, 2.0, -100, {0, 5, 10}},
+               {{0, 0}, 4.0, 0.0, {0, 4}}, {{50, 1, 1, 1}, 3.0, -100, {50, -2, 1, 4}}};
+  for (const auto& c : cases) {
+    const std::vector<double> y = SpreadLabels(c.wanted, c.pitch, c.top, 100);
+    ASSERT_EQ(y.size(), c.placed.size());
+    for (std::size_t k = 0; k < y.size(); ++k) EXPECT_NEAR(y[k], c.placed[k], 1e-9) << k;
+  }
   // Random columns, sorted or not, fitting or not: order kept, no two names closer than the pitch,
   // inside the bounds whenever they fit there.
   std::mt19937 random(7);
@@ -105,6 +108,12 @@ struct Png {
 
 class Pictures : public testing::InTempDir {};
 
+std::vector<std::string> Titles(const std::vector<gaecli::ChartBar>& bars) {
+  std::vector<std::string> titles;
+  for (const gaecli::ChartBar& b : bars) titles.push_back(b.title);
+  return titles;
+}
+
 // Six F2 markers; two long names print alike in the summary ("LongMarkerNameNumbe").
 // Chromsome1: 3, 2, 1 at 0, 12.5, 30.25 cM; Chromsome2: 4, 6 at 0, 45 cM; 5 unlinked.
 TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
@@ -114,7 +123,6 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   for (int m = 0; m < 6; ++m) input += names[m] + " " + rows[m] + "\n";
   for (const std::string& n : names) input += n + " 0\n";
   testing::WriteText("small.map", input);
-
   Store store(6);
   for (int i = 2; i <= 6; ++i)
     for (int j = 1; j < i; ++j) store.Set(i, j, 3.0f, 0.3f);
@@ -124,20 +132,18 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   store.Set(2, 4, 9.0f, 0.98f);   // linked with one marker's alleles switched
   store.Set(1, 6, 2.0f, 0.9f);    // a frequency past one half without the LOD to back it
   store.Write("small.LRD");
-
   MapLayout layout;
   layout.population_type = 7;
-  for (const std::string& n : names) layout.marker_names.push_back(fmt::PadRight(n, 35));
   layout.num_markers = 6;
   layout.num_mapped = 5;
   layout.num_unlinked = 1;
+  for (const std::string& n : names) layout.marker_names.push_back(fmt::PadRight(n, 35));
   layout.anchor.assign(6, 0);
   layout.chromosome_names = {fmt::PadRight("Chromsome1", 19), fmt::PadRight("Chromsome2", 19)};
   layout.chromosome_sizes = {3, 2};
   layout.order = {3, 2, 1, 4, 6, 5};
   layout.position = {0.0f, 12.5f, 30.25f, 0.0f, 45.0f};
   ASSERT_TRUE(WriteTextFile("small.sum", SumReport(layout, store.Table())));
-
   gaecli::PlotSources sources;
   std::string error;
   ASSERT_TRUE(gaecli::LoadPlotSources("small.map", gae::MapTool::kMAP, sources, error)) << error;
@@ -146,15 +152,11 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   const gaecli::ChartBar& first = sources.chart.blocks[0].bars.at(0);
   EXPECT_EQ(sources.chart.blocks[0].title, "Chromsome1");
   ASSERT_EQ(first.ticks.size(), 3u);
-  EXPECT_EQ(first.ticks[1].name, "LongMarkerNameNumber_A");  // whole, though the summary cuts it
-  EXPECT_FLOAT_EQ(first.ticks[1].position, 12.5f);
-  EXPECT_EQ(first.ticks[2].name, "M1");
-  EXPECT_FLOAT_EQ(first.ticks[2].position, 30.25f);
-  EXPECT_EQ(sources.chart.blocks[1].bars.at(0).ticks.at(1).name, "M6");
-  EXPECT_FLOAT_EQ(sources.chart.blocks[1].bars.at(0).ticks.at(1).position, 45.0f);
+  EXPECT_EQ(first.ticks[1], (gaecli::ChartTick{"LongMarkerNameNumber_A", 12.5f}));  // whole, though the summary cuts it
+  EXPECT_EQ(first.ticks[2], (gaecli::ChartTick{"M1", 30.25f}));
+  EXPECT_EQ(sources.chart.blocks[1].bars.at(0).ticks.at(1), (gaecli::ChartTick{"M6", 45.0f}));
   // The like-printed names go to their markers in input order.
   EXPECT_EQ(sources.heat.markers, (std::vector<int64_t>{3, 2, 1, 4, 6}));
-
   // Every tick stands at its position on one cM scale, and no two names touch.
   const gaecli::ChartGeometry g = gaecli::LayOutChart(sources.chart, gaecli::CairoTextWidth);
   ASSERT_EQ(g.rows.size(), 1u);
@@ -171,7 +173,6 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
     }
   }
   EXPECT_GT(g.blocks[1][0].x, g.blocks[0][0].column_right);
-
   // The SVG written as text: the names are text elements, and each marker's tick crosses its
   // bar at the height of its .sum position.
   const std::string svg = gaecli::SvgText(gaecli::DrawChart(sources.chart, g));
@@ -197,7 +198,6 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
       EXPECT_TRUE(found) << t.name;
     }
   }
-
   sources.heat.pairs = store.Table();
   const gaecli::HeatGeometry h = gaecli::LayOutHeatMap(sources.heat);
   ASSERT_TRUE(gaecli::WriteDrawing(gaecli::DrawHeatMap(sources.heat, h), gaecli::PictureFormat::kPng, "small.rf.png", error))
@@ -214,19 +214,14 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
     auto at = [&](int k) { return k * 40 + (k >= 3 ? 2 : 0) + 20; };
     return png.At(h.matrix_left + at(c), h.matrix_top + at(r));
   };
-  const gaecli::Rgb tight{165, 0, 38}, middle{255, 255, 191}, none{49, 54, 149};
-  EXPECT_EQ(cell(0, 1), tight);   // markers 3 and 2, frequency 0
-  EXPECT_EQ(cell(1, 0), tight);   // LOD 20, past the cap of 12
-  EXPECT_EQ(cell(0, 2), middle);  // markers 3 and 1, frequency 0.25
-  EXPECT_EQ(cell(2, 0), middle);  // LOD 6
-  EXPECT_EQ(cell(3, 4), none);    // markers 4 and 6, frequency 0.5
-  EXPECT_EQ(cell(4, 3), none);    // LOD 0
-  EXPECT_EQ(cell(1, 3), gaecli::kSwitchedColour);  // markers 2 and 4, on both sides
-  EXPECT_EQ(cell(3, 1), gaecli::kSwitchedColour);
-  EXPECT_EQ(cell(2, 4), none);    // markers 1 and 6: frequency clipped to 0.5
-  EXPECT_EQ(cell(2, 2), (gaecli::Rgb{32, 32, 32}));  // the diagonal
+  // Frequency above the diagonal, LOD below: tight past the LOD cap of 12, half way at 0.25 and
+  // LOD 6, none at 0.5 and LOD 0; a switched pair on both sides; 0.9 without LOD clipped to 0.5.
+  const gaecli::Rgb tight{165, 0, 38}, middle{255, 255, 191}, none{49, 54, 149}, diagonal{32, 32, 32};
+  const std::tuple<int, int, gaecli::Rgb> cells[] = {
+      {0, 1, tight}, {1, 0, tight}, {0, 2, middle}, {2, 0, middle}, {3, 4, none}, {4, 3, none},
+      {1, 3, gaecli::kSwitchedColour}, {3, 1, gaecli::kSwitchedColour}, {2, 4, none}, {2, 2, diagonal}};
+  for (const auto& [r, c, colour] : cells) EXPECT_EQ(cell(r, c), colour) << r << "," << c;
   EXPECT_EQ(png.At(h.matrix_left + 3 * 40, h.matrix_top + 20), (gaecli::Rgb{255, 255, 255}));  // the boundary
-
   // One group, by its number or its name in the reports: its own run of markers only.
   for (const char* which : {"2", "Chromsome2"}) {
     gaecli::PlotSources one = sources;
@@ -240,7 +235,6 @@ TEST_F(Pictures, MapChartAndHeatMapFollowTheSummaryAndThePairFile) {
   }
   EXPECT_FALSE(gaecli::KeepOneGroup("3", sources, error));
   EXPECT_EQ(error, "no group 3; the groups are 1 Chromsome1, 2 Chromsome2");
-
   // As SVG the heat map keeps the names as text on both axes, and embeds the matrix as a PNG of
   // the matrix's size.
   const std::string heat_svg = gaecli::SvgText(gaecli::DrawHeatMap(sources.heat, h));
@@ -306,14 +300,9 @@ TEST_F(Pictures, ClonalChartSetsTheParentsMapsBesideTheCombinedMap) {
   ASSERT_TRUE(gaecli::LoadPlotSources("cf1.cdm", gae::MapTool::kCDM, sources, error)) << error;
   ASSERT_EQ(sources.chart.blocks.size(), 1u);
   const auto& bars = sources.chart.blocks[0].bars;
-  ASSERT_EQ(bars.size(), 3u);
-  EXPECT_EQ(bars[0].title, "Parent 1");
-  EXPECT_EQ(bars[1].title, "Combined");
-  EXPECT_EQ(bars[2].title, "Parent 2");
-  EXPECT_EQ(bars[0].ticks.back().name, "CM04");
-  EXPECT_FLOAT_EQ(bars[0].ticks.back().position, 24.0f);
-  EXPECT_EQ(bars[2].ticks.back().name, "CM03");
-  EXPECT_FLOAT_EQ(bars[2].ticks.back().position, 10.0f);
+  EXPECT_EQ(Titles(bars), (std::vector<std::string>{"Parent 1", "Combined", "Parent 2"}));
+  EXPECT_EQ(bars[0].ticks.back(), (gaecli::ChartTick{"CM04", 24.0f}));
+  EXPECT_EQ(bars[2].ticks.back(), (gaecli::ChartTick{"CM03", 10.0f}));
   EXPECT_EQ(sources.heat.markers, (std::vector<int64_t>{1, 2, 3, 4}));
   EXPECT_EQ(sources.record_length, 7);
   EXPECT_TRUE(sources.heat.lower_is_lod);
@@ -327,23 +316,17 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
                                           fmt::A("NumMaps", 20) + fmt::I(1, 20) + fmt::I(2, 20) + fmt::I(3, 20),
                                           fmt::I(2, 20) + fmt::I(1, 20) + fmt::I(1, 20) + fmt::I(0, 20));
   testing::WriteText("c3b.sum", sum);
-
   gaecli::PlotSources sources;
   std::string error;
   ASSERT_TRUE(gaecli::LoadPlotSources("c3b.cmp", gae::MapTool::kCMP, sources, error)) << error;
   // Three input maps share markers with the consensus: two blocks, the consensus in each.
   ASSERT_EQ(sources.chart.blocks.size(), 2u);
   const auto& block = sources.chart.blocks[0].bars;
-  ASSERT_EQ(block.size(), 3u);
-  EXPECT_EQ(block[0].title, "PopA_3B");
-  EXPECT_EQ(block[1].title, "Consensus");
-  EXPECT_EQ(block[2].title, "PopB_3B");
+  EXPECT_EQ(Titles(block), (std::vector<std::string>{"PopA_3B", "Consensus", "PopB_3B"}));
+  EXPECT_EQ(Titles(sources.chart.blocks[1].bars), (std::vector<std::string>{"PopC_3B", "Consensus"}));
   EXPECT_EQ(block[0].ticks.size(), 14u);
   EXPECT_FLOAT_EQ(block[0].ticks[0].position, 9.3f);
-  EXPECT_EQ(block[1].ticks[2].name, "gwm126");
-  EXPECT_FLOAT_EQ(block[1].ticks[2].position, 7.25f);
-  EXPECT_EQ(sources.chart.blocks[1].bars.size(), 2u);
-  EXPECT_EQ(sources.chart.blocks[1].bars[0].title, "PopC_3B");
+  EXPECT_EQ(block[1].ticks[2], (gaecli::ChartTick{"gwm126", 7.25f}));
   // The consensus store holds no LOD; there is no store here at all.
   EXPECT_FALSE(sources.heat.lower_is_lod);
   EXPECT_NE(sources.pairs_problem, "");
@@ -353,7 +336,6 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
   const std::vector<std::string> texts = SvgTexts(svg);
   for (const char* title : {"PopA_3B", "PopC_3B", "Consensus", "gwm126"})
     EXPECT_NE(std::find(texts.begin(), texts.end(), title), texts.end()) << title;
-
   // A summary that does not add up is refused, not drawn.
   gaecli::SumFile parsed;
   std::string broken = sum;
@@ -362,7 +344,6 @@ TEST_F(Pictures, ConsensusChartJoinsEachInputMapToTheConsensus) {
   EXPECT_FALSE(gaecli::ParseSumText(broken, parsed, error));
   EXPECT_TRUE(gaecli::ParseSumText(sum, parsed, error)) << error;
 }
-
 
 // Random maps of many groups: each drawn group stands whole on one row inside the width, rows
 // follow the groups' order without overlapping, every row has its own scale, and groups of one
@@ -501,11 +482,11 @@ TEST_F(Pictures, OneGroupByTheUsersChromosomeName) {
   testing::WriteText("f2.loci.tsv", loci);
   const std::string group = sum.markers.front().name.substr(1, 1) + "H";
   ASSERT_EQ(testing::Gaengine("plot f2.map --group " + group).exit_code, 0);
-  std::set<std::string> expected, shown;
-  for (const gaecli::SumMarker& m : sum.markers)
+  std::set<std::string> expected, shown, all;
+  for (const gaecli::SumMarker& m : sum.markers) {
+    all.insert(m.name);
     if (m.group == sum.markers.front().group) expected.insert(m.name);
-  std::set<std::string> all;
-  for (const gaecli::SumMarker& m : sum.markers) all.insert(m.name);
+  }
   const std::string svg = testing::ReadText("f2." + group + ".map.svg");
   ASSERT_TRUE(testing::CheckXml(svg).ok);
   for (const std::string& t : SvgTexts(svg))
@@ -523,7 +504,6 @@ TEST_F(Pictures, OneGroupByTheUsersChromosomeName) {
   const testing::CommandRun missing = testing::Gaengine("plot f2.map --group 9H");
   EXPECT_NE(missing.exit_code, 0);
   EXPECT_NE(missing.out.find("no group 9H; the groups are 1 "), std::string::npos);
-
   // The PDF keeps its text as text: where poppler's pdftotext is at hand, it reads the names back.
   ASSERT_EQ(testing::Gaengine("plot f2.map --format pdf").exit_code, 0);
   ASSERT_TRUE(testing::FileExists("f2.map.pdf"));

@@ -65,7 +65,6 @@ TEST_F(HandEdits, BestPlaceKeepsTheShortestWalkAndPrefersThePresentPlace) {
   order = {1, 4, 2, 3};
   BestPlace(2, 4, 1, order.data(), position.data(), &table);
   EXPECT_THAT(order, ElementsAre(1, 4, 2, 3));
-
   // Two markers at one place: swapping them gives the same length, so nothing moves.
   const TestMap twins = LayOut({{1, 0.0f}, {1, 0.0f}, {1, 25.0f}}, 3, {{1, 2, 3}}, {2}, {}, {});
   const PairTable twin_table = twins.Table();

@@ -75,7 +75,6 @@ TestMap RandomMappedExample(std::mt19937& rng) {
   const int num_unlinked = uniform(0, 4);
   const int num_deleted = uniform(0, 3);
   const int n = std::accumulate(sizes.begin(), sizes.end(), 0) + num_unlinked + num_deleted;
-
   std::vector<int32_t> numbers(n);
   std::iota(numbers.begin(), numbers.end(), 1);
   std::shuffle(numbers.begin(), numbers.end(), rng);

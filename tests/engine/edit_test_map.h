@@ -26,7 +26,6 @@ struct TestMap {
   std::vector<int32_t> group_size, group_status, group, order;
   std::vector<float> position;
   int32_t num_mapped = 0, num_unlinked = 0, num_deleted = 0;
-
   PairTable Table() const;
   GroupModelArrays Arrays();  // points into this map's vectors
   void TakeCounts(const GroupModelArrays& model);

@@ -62,32 +62,25 @@ TEST(MapState, AllocateRebuildRelease) {
   EXPECT_THAT(map.order, ElementsAre(1, 2, 3, 4, 5, 6));
   EXPECT_THAT(map.anchor, ElementsAre(0, 0, 0, 0, 0, 0));
   EXPECT_TRUE(map.group_size.empty());
-
   map.group = {4, 0, 2, -7, 4, -1};
   RebuildGroupModel(map);
   EXPECT_EQ(map.map_state, kMapGrouped);
-  EXPECT_EQ(map.num_groups, 2);
   EXPECT_THAT(map.group, ElementsAre(2, 0, 1, -7, 2, -1));
-  EXPECT_EQ(map.num_mapped, 3);
-  EXPECT_EQ(map.num_unlinked, 1);
-  EXPECT_EQ(map.num_deleted, 2);  // -7 counts as -1 does
+  // Groups, mapped, unlinked and deleted markers: -7 counts as -1 does.
+  EXPECT_THAT((std::vector<int>{map.num_groups, map.num_mapped, map.num_unlinked, map.num_deleted}), ElementsAre(2, 3, 1, 2));
   EXPECT_THAT(map.group_size, ElementsAre(1, 2));
   EXPECT_THAT(map.group_status, ElementsAre(1, 1));
   // group 1, group 2, then unlinked, then deleted, each by marker number
   EXPECT_THAT(map.order, ElementsAre(3, 1, 5, 2, 4, 6));
   EXPECT_THAT(map.position, ElementsAre(0, 0, 0, 0, 0, 0));
-
   map.group[1] = 1;  // a grouped model is not rebuilt
   RebuildGroupModel(map);
   EXPECT_EQ(map.num_unlinked, 1);
-
   // A new allocation starts over; with every marker unlinked the model is empty.
   AllocateMapState(map, 3);
   EXPECT_TRUE(map.group_size.empty());
   RebuildGroupModel(map);
-  EXPECT_EQ(map.num_groups, 0);
-  EXPECT_EQ(map.num_mapped, 0);
-  EXPECT_EQ(map.num_unlinked, 3);
+  EXPECT_THAT((std::vector<int>{map.num_groups, map.num_mapped, map.num_unlinked}), ElementsAre(0, 0, 3));
   EXPECT_TRUE(map.group_size.empty());
   EXPECT_THAT(map.order, ElementsAre(1, 2, 3));
   ReleaseMapState(map);
@@ -104,12 +97,9 @@ TEST(MapState, GroupNamesFollowStatus) {
   status[100000] = 2;   // number 100001 does not fit five digits
   std::vector<std::string> names(status.size(), std::string(19, 'x'));
   NameGroups(static_cast<int32_t>(status.size()), status.data(), names);
-  EXPECT_EQ(names[0], "Group1             ");
-  EXPECT_EQ(names[2], "Chromsome3         ");
-  EXPECT_EQ(names[11], "Chromsome12        ");
-  EXPECT_EQ(names[9999], "Group10000         ");
-  EXPECT_EQ(names[100000], "Chromsome*****     ");
-  EXPECT_EQ(names[1], std::string(19, 'x'));  // another status: untouched
+  EXPECT_EQ((std::vector<std::string>{names[0], names[2], names[11], names[9999], names[100000], names[1]}),
+            (std::vector<std::string>{"Group1             ", "Chromsome3         ", "Chromsome12        ",
+                                      "Group10000         ", "Chromsome*****     ", std::string(19, 'x')}));
 }
 
 class EngineExports : public testing::InTempDir {
@@ -282,7 +272,6 @@ TEST_F(EngineExports, MissingArraysAndExtremeNumbersChangeNothing) {
   MapGroupCheck(3, &groups, group.data());
   EXPECT_THAT(group, ElementsAre(1, 2, low));
   EXPECT_EQ(groups, low);  // stops at the lowest count instead of wrapping round
-
   std::mt19937 rng(4);
   testing::UseStoreFile(testing::LinkedStore(6, 1, rng), "run.LRD");
   std::vector<int> anchor(6, 1), order = {1, 2, 3, 4, 5, 6}, size = {6}, state = {2};

@@ -71,7 +71,6 @@ class FrameOrdering : public ::testing::Test {
  protected:
   void SetUp() override { setenv("GAENGINE_SEED", "4711", 1); }
   void TearDown() override { unsetenv("GAENGINE_SEED"); }
-
   // The whole run's default: five random starts of the tour search, then a ripple by LOD.
   std::vector<int32_t> ByDefault(const Simulated& s) {
     const int32_t n = static_cast<int32_t>(s.kind.size());
@@ -92,7 +91,6 @@ class FrameOrdering : public ::testing::Test {
     result_ = OrderAroundFrame(s.store.Table(), options_, n, s.kind.data(), order.data(), position_.data(), random, {});
     return order;
   }
-
   FrameOrderingOptions options_{{2, 2, 1, 5, 3}, 4, kByFirstValue, 5};
   std::vector<float> position_;
   FrameOrderingResult result_;

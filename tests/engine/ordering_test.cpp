@@ -54,7 +54,6 @@ TEST(RandomSample, DistinctNumbersEachEquallyLikely) {
   EXPECT_EQ(all.size(), 10u);
   EXPECT_EQ(*all.begin(), 1);
   EXPECT_EQ(*all.rbegin(), 10);
-
   // 3 of 8 many times: each number is drawn 3/8 of the time, and the first draw is uniform too.
   const int draws = 40000;
   std::vector<int> hits(9, 0), first(9, 0);

@@ -17,7 +17,6 @@
 namespace gae {
 namespace {
 
-
 ChromosomeRecord Chromosome(std::vector<float> positions) {
   ChromosomeRecord c;
   c.positions = positions;
@@ -185,7 +184,6 @@ TEST(ErrorScan, FindsMostGenotypesChangedInASimulatedF2) {
   UniformStream random;
   std::string scanned = matrix;
   Scan({10, 7, 2}, chroms, scanned, n, random);
-
   double hit = 0, errors = 0, false_flags = 0, clean = 0;
   for (std::size_t k = 0; k < matrix.size(); ++k) {
     const bool flagged = scanned[k] == 'X';
@@ -196,7 +194,6 @@ TEST(ErrorScan, FindsMostGenotypesChangedInASimulatedF2) {
   RecordProperty("share_of_clean_flagged", std::to_string(false_flags / clean));
   EXPECT_GT(hit / errors, 0.7);
   EXPECT_LT(false_flags / clean, 0.005);
-
   // A fresh stream with the default seeds flags the same cells again; another seed does not.
   UniformStream again;
   std::string rescanned = matrix;

@@ -149,25 +149,21 @@ TEST_F(CheckMap, RecordsHoldMinusTheLodAndTheFrequencyOfEachPairInTriangleOrder)
     }
   }
   EXPECT_EQ(out.Name(0), "M1" + std::string(33, ' '));
-  EXPECT_EQ(out.anchor[4], 1);
-  EXPECT_EQ(out.a[3], 3);
-  EXPECT_EQ(out.h[3], 2);
-  EXPECT_EQ(out.x[3], 5);
-  EXPECT_EQ(out.category[0], 1);
-  EXPECT_EQ(Process().pair_store.lrd_name, "bc.LRD");
-  EXPECT_EQ(Process().pair_store.record_length, 2);
-  EXPECT_EQ(Process().pair_store.mapping_function, 2);
+  EXPECT_THAT((std::vector<int>{out.anchor[4], out.a[3], out.h[3], out.x[3], out.category[0]}), ElementsAre(1, 3, 2, 5, 1));
+  const PairStoreSettings& store = Process().pair_store;
+  EXPECT_EQ(store.lrd_name + " " + std::to_string(store.record_length) + " " + std::to_string(store.mapping_function),
+            "bc.LRD 2 2");
   EXPECT_THAT(ReadText("MAP.log"), HasSubstr("DLL CheckErrrorMAP run successfully!"));
 }
 
 TEST_F(CheckMap, OneMarkerGivesAnEmptyFileAndTwoMarkersOneRecord) {
-  WriteText("one.map", MapFile(7, {{"M1", "A H B"}}, 3));
-  ASSERT_EQ(testing::CheckMapFile("one.map"), 0);
-  EXPECT_TRUE(testing::FileExists("one.LRD"));
-  EXPECT_EQ(ReadText("one.LRD").size(), 0u);
-  WriteText("two.map", MapFile(7, {{"M1", "A H B"}, {"M2", "A H B"}}, 3));
-  ASSERT_EQ(testing::CheckMapFile("two.map"), 0);
-  EXPECT_EQ(ReadText("two.LRD").size(), 8u);
+  for (const auto& [markers, bytes] : {std::pair{1, 0u}, std::pair{2, 8u}}) {
+    const std::vector<std::pair<std::string, std::string>> rows = {{"M1", "A H B"}, {"M2", "A H B"}};
+    WriteText("m.map", MapFile(7, {rows.begin(), rows.begin() + markers}, 3));
+    ASSERT_EQ(testing::CheckMapFile("m.map"), 0);
+    EXPECT_TRUE(testing::FileExists("m.LRD"));
+    EXPECT_EQ(ReadText("m.LRD").size(), bytes) << markers;
+  }
 }
 
 TEST_F(CheckMap, FrequenciesAboveTheSinglePrecisionNinetyPercentAreWarnedAbout) {
@@ -222,7 +218,6 @@ TEST_F(ValidatorExports, PredictionHeaderNamesComeBackAsCodesByTheCallersExtent)
   GSPFindNumTraits(len, path.data(), &num_traits, &flag);
   EXPECT_EQ(flag, 0);
   EXPECT_EQ(num_traits, 2);
-
   // An extent of 3 leaves the third trait's cells as they were.
   std::vector<int> codes(3 * 19, -7);
   int training = 0;

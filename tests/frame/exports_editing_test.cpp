@@ -87,7 +87,6 @@ TEST_F(EditingExports, WithoutAStoreOnlyEditsThatNeedNoDistanceHappen) {
   Process().pair_store = PairStoreSettings{"missing.LRD", 2, 3};
   MarkerMove(map, 2, 0, 1);
   EXPECT_TRUE(map == start);
-
   MarkerMove(map, 3, 0, 1);  // the last marker leaves without measuring anything
   MarkerMove(map, 5, 2, 3);  // the unlinked marker (now at 5) joins the unordered group
   EXPECT_EQ(map.order, (std::vector<int32_t>{1, 2, 4, 5, 6, 3}));
@@ -100,7 +99,6 @@ TEST_F(EditingExports, WithoutAStoreOnlyEditsThatNeedNoDistanceHappen) {
   EXPECT_EQ(map.order, (std::vector<int32_t>{4, 5, 6, 2, 1, 3}));
   EXPECT_EQ(map.position[4], 25.0f);
   EXPECT_TRUE(testing::LayoutHolds(map.Arrays()));
-
   // Missing arrays are refused, not dereferenced.
   MAPGroupMarkerMove(1, 0, 1, 2, 6, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                      nullptr, nullptr);

@@ -202,20 +202,18 @@ TEST_P(MapToolFrame, TheLogTellsTheStagesInTheirOrder) {
 TEST_P(MapToolFrame, AStopBeforeTheSizesAllocatesNothing) {
   ASSERT_EQ(Run(Bad(Row().bad_header)), Row().bad_header_code);
   const std::vector<std::string> log = ReadLines(Log());
-  ASSERT_EQ(log.size(), 3u);  // the cause, the size read's 1101, the run's 1101
-  EXPECT_EQ(log[0], Row().bad_header_line);
-  EXPECT_EQ(log[1], Failed(Profile().find_num_markers_name));
-  EXPECT_EQ(log[2], Failed(Profile().all_by_default_name));
+  // The cause, the size read's 1101, the run's 1101.
+  EXPECT_EQ(log, (std::vector<std::string>{Row().bad_header_line, Failed(Profile().find_num_markers_name),
+                                           Failed(Profile().all_by_default_name)}));
   EXPECT_EQ(Process().map.map_state, -1);
   EXPECT_FALSE(FileExists("bad" + std::string(Row().result_suffix)));
-
   // A missing file stops the same way, with its own line; the log grows.
   EXPECT_EQ(Run("absent.txt  "), 1002);
   const std::vector<std::string> missing = ReadLines(Log());
   ASSERT_EQ(missing.size(), 6u);
-  EXPECT_EQ(missing[3], "absent.txt does not exist, and the program stops!");
-  EXPECT_EQ(missing[4], Failed(Profile().find_num_markers_name));
-  EXPECT_EQ(missing[5], Failed(Profile().all_by_default_name));
+  EXPECT_EQ(std::vector<std::string>(missing.begin() + 3, missing.end()),
+            (std::vector<std::string>{"absent.txt does not exist, and the program stops!",
+                                      Failed(Profile().find_num_markers_name), Failed(Profile().all_by_default_name)}));
   EXPECT_EQ(Process().map.map_state, -1);
 }
 

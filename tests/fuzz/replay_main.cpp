@@ -54,7 +54,6 @@ int main(int argc, char** argv) {
   };
   for (std::size_t k = 0; k < files.size(); ++k) run(inputs[k]);
   std::fprintf(stderr, "%zu inputs replayed\n", files.size());
-
   const char* seconds_text = std::getenv("GAE_FUZZ_SECONDS");
   const double seconds = seconds_text != nullptr ? std::atof(seconds_text) : 3.0;
   const char* seed_text = std::getenv("GAE_FUZZ_SEED");

@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "frame/process_state.h"
@@ -110,7 +112,6 @@ struct FieldCase {
   int expected_code;  // 0: accepted
 };
 
-
 TEST_F(Readers, EachFieldHasItsReadCodeAndItsRangeCode) {
   // Every read code and range code comes back through a whole file, with its words, in
   // validators_bad_input_test; here the ranges that differ from tool to tool, and their edges.
@@ -136,17 +137,11 @@ TEST_F(Readers, EachFieldHasItsReadCodeAndItsRangeCode) {
   }
 }
 
-TEST(PairStoreSizeTest, CellCountWrapsIn32BitsAsTheFormatAlwaysDid) {
-  EXPECT_EQ(PairCellCount(1), 0);
-  EXPECT_EQ(PairCellCount(2), 1);
-  EXPECT_EQ(PairCellCount(10000), 49995000);
-  EXPECT_EQ(PairCellCount(46341), 1073720970);
+TEST(PairStoreSizeTest, CellCountWrapsIn32BitsAndARefusedAllocationFailsTheTest) {
   // 46342 * 46341 = 2147534622 wraps to -2147432674, halved to -1073716337: an empty array.
-  EXPECT_EQ(PairCellCount(46342), -1073716337);
+  const std::pair<int32_t, int32_t> counts[] = {{1, 0}, {2, 1}, {10000, 49995000}, {46341, 1073720970}, {46342, -1073716337}};
+  for (const auto& [markers, cells] : counts) EXPECT_EQ(PairCellCount(markers), cells) << markers;
   EXPECT_TRUE(PairCellsFit(PairCellCount(46342)));
-}
-
-TEST(PairStoreSizeTest, ARefusedAllocationFailsTheTest) {
   auto refuse = [](std::size_t) -> void* { return nullptr; };
   EXPECT_FALSE(PairCellsFit(10, refuse));
   EXPECT_FALSE(PairCellsFit(PairCellCount(46341), refuse));  // however many cells
@@ -178,8 +173,7 @@ TEST_F(MapSectionTest, IntervalsAddUpFromTheFirstMarkersOwnPositionAndMorganBeco
   EXPECT_THAT(map_.chromosomes[0].positions, ElementsAre(5.0f, 8.0f, 8.0f));
   EXPECT_THAT(map_.chromosomes[1].positions, ElementsAre(50.0f));
   EXPECT_EQ(map_.total_markers, 4);
-  EXPECT_EQ(map_.chromosome_names[0], fmt::PadRight("1A", 19));
-  EXPECT_EQ(map_.chromosomes[0].marker_names[1], fmt::PadRight("b", 35));
+  EXPECT_EQ(map_.chromosome_names[0] + map_.chromosomes[0].marker_names[1], fmt::PadRight("1A", 19) + fmt::PadRight("b", 35));
 }
 
 TEST_F(MapSectionTest, NamesAreCutToTheirWidthsAndComparedExactly) {
@@ -248,7 +242,6 @@ TEST(RepeatedNamesTest, FindsThePairTheLiteralScanFinds) {
     }
   }
 }
-
 
 TEST_F(Readers, LongRowsAreCaughtAndWrappedOrRemarkedRowsAreNot) {
   struct Case {
@@ -322,26 +315,23 @@ TEST_F(MapToolReader, FilesAsUsersWriteThem) {
       "! anchors\r\n"
       "Xgwm(1)-3A 1\r\nSatt.112|b 0\r\nM*07_x 2\r\n";
   ASSERT_EQ(ReadText(text, 104), 0) << out_;
-  EXPECT_EQ(Letters(1), "AHBAH");
-  EXPECT_EQ(Letters(2), "AHBXH");
-  EXPECT_EQ(Letters(3), "DDBDX");
+  EXPECT_EQ(Letters(1) + " " + Letters(2) + " " + Letters(3), "AHBAH AHBXH DDBDX");
   EXPECT_THAT(input_.markers.categories, ElementsAre(1, 1, 12));
   EXPECT_THAT(input_.anchors, ElementsAre(1, 0, 2));
 }
 
 TEST_F(MapToolReader, AnchorRowsFollowTheMarkersOneByOne) {
-  const std::string head = "4\n1\n1\n2\n3\nm1 A B A\nm2 B A A\n";
-  EXPECT_EQ(ReadText(head, 104), 2301);
-  EXPECT_EQ(out_, "--Error2301: cannot read Anchor information! MarkerID=1 Anchor info=\n");
-  EXPECT_EQ(ReadText(head + "m1 0\nm2 none\n", 104), 2301);
-  EXPECT_EQ(out_, "--Error2301: cannot read Anchor information! MarkerID=2 Anchor info=m2\n");
-  EXPECT_EQ(ReadText(head + "m1 0\nM2 1\n", 104), 2302);
-  EXPECT_EQ(out_,
-            "--Error2302: Inconsistent MarkerName! MarkerID=2 Name in Chromosome or MarkerType=m2 "
-            "Name in Anchor info=M2\n");
-  EXPECT_EQ(ReadText(head + "m1 0\nm2 -1\n", 104), 2303);
-  EXPECT_EQ(out_, "--Error2303: Invalid Anchor value! MarkerID=2 Anchor=-1\n");
-  EXPECT_EQ(ReadText(head + "m1 0\nm2 99\n", 104), 0);
+  const std::tuple<const char*, int, const char*> cases[] = {
+      {"", 2301, "--Error2301: cannot read Anchor information! MarkerID=1 Anchor info=\n"},
+      {"m1 0\nm2 none\n", 2301, "--Error2301: cannot read Anchor information! MarkerID=2 Anchor info=m2\n"},
+      {"m1 0\nM2 1\n", 2302,
+       "--Error2302: Inconsistent MarkerName! MarkerID=2 Name in Chromosome or MarkerType=m2 Name in Anchor info=M2\n"},
+      {"m1 0\nm2 -1\n", 2303, "--Error2303: Invalid Anchor value! MarkerID=2 Anchor=-1\n"},
+      {"m1 0\nm2 99\n", 0, ""}};
+  for (const auto& [anchors, code, out] : cases) {
+    EXPECT_EQ(ReadText(std::string("4\n1\n1\n2\n3\nm1 A B A\nm2 B A A\n") + anchors, 104), code) << anchors;
+    EXPECT_EQ(out_, out);
+  }
 }
 
 TEST_F(MapToolReader, AClaimOfTwoBillionMarkersOrLinesFailsWhenTheRowsRunOut) {
@@ -382,66 +372,34 @@ Decoded Decode(int tool_code, int population_type, const std::string& row,
   return d;
 }
 
-
-TEST_F(Readers, BiparentalTokensAreReadByTheirFirstTwoCharacters) {
-  // Every spelling of each class, in an F2 where no letter is folded.
-  const Decoded d = Decode(104, 7,
-                           "2 A AA 1 H AB BA 0 B BB 12 AH HA AX XA A* *A A_ _A D "
-                           "10 BH HB BX XB B* *B B_ _B R -1 X XX * ** AAA BBx -12");
-  EXPECT_EQ(d.letters, "AAAHHHHBBBDDDDDDDDDDRRRRRRRRRRXXXXXAB" "X");
-  EXPECT_EQ(d.code, 2209);  // all classes at once: no category fits
-  // Case counts: "aa" is no token.
-  EXPECT_EQ(Decode(104, 7, "A B aa").code, 2202);
-}
-
-TEST_F(Readers, EachBiparentalGroupFoldsWhatItCannotShow) {
-  struct Case {
-    int population_type;
-    const char* row;
-    const char* letters;
-    int category;
-  };
-  const Case cases[] = {
-      {1, "A H X H", "AHXH", 1},      // backcross to P1: codominant
-      {9, "A D H X", "AXHX", 1},      // a dominant score says nothing there and becomes X
-      {2, "B H R B", "BHXB", 1},      // backcross to P2: recessive scores become X
-      {4, "A H B B", "AXBB", 1},      // RIL: a heterozygote is missing
-      {17, "2 0 1 -1", "ABXX", 1},
-      {7, "B D D X", "BDDX", 12},     // F2 dominant: P1 and F1 alike
-      {7, "12 0 12 12", "DBDD", 12},  // the token "12" stays D
-      {13, "A R R A", "ARRA", 10},    // recessive: F1 and P2 alike
-      {8, "A H B D", "AHBD", 0},      // D mixed with H cannot be classed
-  };
-  for (const Case& c : cases) {
-    const Decoded d = Decode(107, c.population_type, c.row);
-    EXPECT_EQ(d.letters, c.letters) << c.population_type << ": " << c.row;
-    EXPECT_EQ(d.category, c.category) << c.population_type << ": " << c.row;
-    EXPECT_EQ(d.code, c.category == 0 ? 2209 : 0) << c.population_type << ": " << c.row;
-  }
-}
-
-TEST_F(Readers, SegmentLinesAndFamilies) {
-  Decoded d = Decode(109, 0, "2 D A AA 0 B BB -1 X XX * **");
-  EXPECT_TRUE(d.ok);
-  EXPECT_EQ(d.letters, "AAAABBBXXXXX");
-  EXPECT_EQ(d.category, 1);
-  EXPECT_EQ(Decode(109, 0, "B B X").code, 2211);
-
-  // Families of RILs lose their heterozygotes; backcross families keep them.
-  d = Decode(110, 4, "2 1 0 -1 AB");
-  EXPECT_EQ(d.letters, "AXBXX");
-  EXPECT_EQ(Decode(110, 1, "2 1 0 -1 AB").letters, "AHBXH");
-  // No polymorphism test: a marker of one class passes.
-  EXPECT_TRUE(Decode(110, 4, "A A A").ok);
-}
-
-TEST_F(Readers, ClonalAndPureLineCategoriesTheirTypesAndLetters) {
+TEST_F(Readers, EachDecoderReadsFoldsAndClassesItsTokens) {
   const struct {
     int tool_code, population_type;
     const char *row, *field, *letters;  // letters nullptr: not checked
     int32_t category;                   // -1: not checked
     int code;
   } cases[] = {
+      // Bi-parental tokens by their first two characters; all classes at once fit no category.
+      {104, 7, "2 A AA 1 H AB BA 0 B BB 12 AH HA AX XA A* *A A_ _A D 10 BH HB BX XB B* *B B_ _B R -1 X XX * ** AAA BBx -12",
+       "", "AAAHHHHBBBDDDDDDDDDDRRRRRRRRRRXXXXXABX", -1, 2209},
+      {104, 7, "A B aa", "", nullptr, -1, 2202},  // case counts
+      // Each bi-parental group folds what it cannot show.
+      {107, 1, "A H X H", "", "AHXH", 1, 0},
+      {107, 9, "A D H X", "", "AXHX", 1, 0},     // a dominant score says nothing there
+      {107, 2, "B H R B", "", "BHXB", 1, 0},     // backcross to P2: recessive scores become X
+      {107, 4, "A H B B", "", "AXBB", 1, 0},     // RIL: a heterozygote is missing
+      {107, 17, "2 0 1 -1", "", "ABXX", 1, 0},
+      {107, 7, "B D D X", "", "BDDX", 12, 0},    // F2 dominant: P1 and F1 alike
+      {107, 7, "12 0 12 12", "", "DBDD", 12, 0}, // the token "12" stays D
+      {107, 13, "A R R A", "", "ARRA", 10, 0},   // recessive: F1 and P2 alike
+      {107, 8, "A H B D", "", "AHBD", 0, 2209},  // D mixed with H cannot be classed
+      // Segregating lines; families of RILs lose their heterozygotes, backcross families keep them.
+      {109, 0, "2 D A AA 0 B BB -1 X XX * **", "", "AAAABBBXXXXX", 1, 0},
+      {109, 0, "B B X", "", nullptr, -1, 2211},
+      {110, 4, "2 1 0 -1 AB", "", "AXBXX", -1, 0},
+      {110, 1, "2 1 0 -1 AB", "", "AHBXH", -1, 0},
+      {110, 4, "A A A", "", nullptr, -1, 0},  // no polymorphism test
+      // Clonal categories, their types and letters.
       {20, 1, "AC AD BC BD XX", "ABCD", "ABCDX", 1, 0},
       {20, 1, "XC XD XX", "A=B", "EFX", 2, 0},
       {20, 2, "AX BX", "C=D", "GH", 3, 0},
@@ -452,42 +410,38 @@ TEST_F(Readers, ClonalAndPureLineCategoriesTheirTypesAndLetters) {
       // Pure lines. ABAB: the third founder carries A's allele and the fourth B's.
       {30, 2, "A B C D X", "ABAB", "ABABX", 1212, 0},
       {30, 1, "D C B A", "ABCC", "CCBA", 1233, 0},
-      {30, 2, "A C X C", "AACC", "ACXC", 1133, 0},  // B and D carry the alleles of A and C
+      {30, 2, "A C X C", "AACC", "ACXC", 1133, 0},
       {30, 2, "A B C D", "ABCD", nullptr, 1234, 0},
-      // Eight founders: the category reads as an eight-digit number, H counting 8.
-      {30, 4, "A B C D E F G H", "ABCDEFGH", nullptr, 12345678, 0},
+      {30, 4, "A B C D E F G H", "ABCDEFGH", nullptr, 12345678, 0},  // H counts 8
       {30, 4, "A H A H", "ABCDEFGA", "AAAA", -1, 2229},
-      // Two-letter and lower-case tokens are other tokens to the count test.
-      {30, 2, "A BB", "ABCD", nullptr, -1, 2228},
+      {30, 2, "A BB", "ABCD", nullptr, -1, 2228},  // two-letter and lower-case tokens are other tokens
       {30, 2, "A a", "ABCD", nullptr, -1, 2228},
       {30, 2, "A B", "AB", nullptr, -1, 2227},  // the field is too short for four
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.tool_code) + "/" + std::to_string(c.population_type) + " " + c.field + ": " + c.row);
     const Decoded d = Decode(c.tool_code, c.population_type, c.row, c.field);
-    EXPECT_EQ(d.code, c.code) << c.field << ": " << c.row;
+    EXPECT_EQ(d.code, c.code);
+    EXPECT_EQ(d.ok, c.code == 0);
     if (c.letters != nullptr) {
-      EXPECT_EQ(d.letters, c.letters) << c.field << ": " << c.row;
+      EXPECT_EQ(d.letters, c.letters);
     }
     if (c.category >= 0) {
-      EXPECT_EQ(d.category, c.category) << c.field << ": " << c.row;
+      EXPECT_EQ(d.category, c.category);
     }
   }
 }
 
-class PhenotypeRows : public testing::InTempDir {
- protected:
-  // Parses a row; the values, or an empty list when the row was refused.
-  std::vector<float> Parse(std::vector<std::string_view> tokens, bool& flag) {
-    std::vector<float> values(tokens.size(), 0.0f);
-    ::testing::internal::CaptureStdout();
-    const bool ok = ParsePhenotypeRow(tokens, values, flag);
-    out_ = ::testing::internal::GetCapturedStdout();
-    return ok ? values : std::vector<float>{};
-  }
-  std::string out_;
-};
+// Parses a row; the values, or an empty list when the row was refused.
+std::vector<float> Parse(std::vector<std::string_view> tokens, bool& flag) {
+  std::vector<float> values(tokens.size(), 0.0f);
+  ::testing::internal::CaptureStdout();
+  const bool ok = ParsePhenotypeRow(tokens, values, flag);
+  ::testing::internal::GetCapturedStdout();
+  return ok ? values : std::vector<float>{};
+}
 
-TEST_F(PhenotypeRows, MissingWordsAndTheOldMinusHundredAreExclusive) {
+TEST_F(Readers, PhenotypeRowsTakeMissingWordsOrTheOldMinusHundredNotBoth) {
   bool flag = false;
   EXPECT_THAT(Parse({"-100", "3", "-100.00001"}, flag), ElementsAre(-9999.0f, 3.0f, -9999.0f));
   EXPECT_FALSE(flag);
@@ -497,12 +451,8 @@ TEST_F(PhenotypeRows, MissingWordsAndTheOldMinusHundredAreExclusive) {
   EXPECT_THAT(Parse({"-100", "3", "na", "*", ".", "-", "-9999"}, flag),
               ElementsAre(-100.0f, 3.0f, -9999.0f, -9999.0f, -9999.0f, -9999.0f, -9999.0f));
   EXPECT_TRUE(flag);
-}
-
-TEST_F(PhenotypeRows, TheScanForWordsRunsBeforeAnyValueIsRead) {
-  // A bad token before a word still switches the process to words (the bad token's line is the
-  // validators' corpus).
-  bool flag = false;
+  // The scan for words runs before any value is read: a bad token before a word switches too.
+  flag = false;
   EXPECT_TRUE(Parse({"abc", "NA"}, flag).empty());
   EXPECT_TRUE(flag);
   EXPECT_THAT(Parse({"1.5D0", "2e1", "+.5"}, flag), ElementsAre(1.5f, 20.0f, 0.5f));
@@ -510,19 +460,11 @@ TEST_F(PhenotypeRows, TheScanForWordsRunsBeforeAnyValueIsRead) {
 }
 
 TEST(FiveNumbersTest, LinearInterpolationBetweenOrderStatistics) {
-  const float five[] = {5, 1, 4, 2, 3};
-  const FiveNumbers a = FiveNumberSummary(five);
-  EXPECT_FLOAT_EQ(a.q1, 2.0f);
-  EXPECT_FLOAT_EQ(a.median, 3.0f);
-  EXPECT_FLOAT_EQ(a.q3, 4.0f);
-  // Four values: ranks 0.75, 1.5 and 2.25 between the order statistics 1, 2, 3, 4.
-  const float four[] = {4, 3, 2, 1};
-  const FiveNumbers b = FiveNumberSummary(four);
-  EXPECT_FLOAT_EQ(b.minimum, 1.0f);
-  EXPECT_FLOAT_EQ(b.q1, 1.75f);
-  EXPECT_FLOAT_EQ(b.median, 2.5f);
-  EXPECT_FLOAT_EQ(b.q3, 3.25f);
-  EXPECT_FLOAT_EQ(b.maximum, 4.0f);
+  // Of four values: ranks 0.75, 1.5 and 2.25 between the order statistics 1, 2, 3, 4.
+  const float five[] = {5, 1, 4, 2, 3}, four[] = {4, 3, 2, 1};
+  for (const auto& [f, expected] : {std::pair{FiveNumberSummary(five), std::array{1.0f, 2.0f, 3.0f, 4.0f, 5.0f}},
+                                    std::pair{FiveNumberSummary(four), std::array{1.0f, 1.75f, 2.5f, 3.25f, 4.0f}}})
+    EXPECT_EQ((std::array{f.minimum, f.q1, f.median, f.q3, f.maximum}), expected);
 }
 
 TEST(OutliersTest, FencesLieThreeInterquartileRangesOut) {
@@ -535,13 +477,11 @@ TEST(OutliersTest, FencesLieThreeInterquartileRangesOut) {
   EXPECT_EQ(found[0].line, 3);
   EXPECT_TRUE(found[0].high);
   EXPECT_FLOAT_EQ(found[0].statistic, (100.0f - 13.75f) / 2.5f);
-
   const float low_row[] = {-20, 10, 11, 12, 13};  // Q1 = 10, Q3 = 12, low fence 4
   const std::vector<Outlier> low = FindOutliers(low_row);
   ASSERT_EQ(low.size(), 1u);
   EXPECT_FALSE(low[0].high);
   EXPECT_FLOAT_EQ(low[0].statistic, (-20.0f - 10.0f) / (10.0f - 12.0f));
-
   // Q1 = Q3: the fences coincide and any other value is infinitely far out.
   const float flat[] = {5, 5, 5, 5, 6, 4};
   const std::vector<Outlier> f = FindOutliers(flat);
@@ -549,7 +489,6 @@ TEST(OutliersTest, FencesLieThreeInterquartileRangesOut) {
   EXPECT_TRUE(std::isinf(f[0].statistic));
   EXPECT_TRUE(FindOutliers(std::vector<float>{-9999.0f, nan}).empty());
 }
-
 
 TEST_F(Readers, SpreadsheetRowsAndARepeatedOutlierReport) {
   // Tab-separated rows with Windows line ends; the second wraps over two lines.

@@ -92,7 +92,6 @@ const std::vector<BadInput>& Corpus() {
       // No marker stands on both maps: nothing joins them. The words are the catalogue's.
       {"CMP", &kCmp, {{"M2 MapB 0\nM3 MapB 4", "M8 MapB 0\nM9 MapB 4"}}, 2032,
        {"--Error2032: Type I error rate of permutation test out of range (0,0.5)!"}},
-
       // Chromosomes and maps.
       {"SDL", &kSdl, {{"Chr2 2", "Chr2 two"}}, 2101,
        {"--Error2101: cannot read chrom name and number of markers! ChromID=2"}},
@@ -113,7 +112,6 @@ const std::vector<BadInput>& Corpus() {
       {"SDL", &kSdl, {{"M4 2 20.0", "M3 2 20.0"}}, 2109,
        {"--Error2109: two markers have same name! ChromID1=2 MarkerID1=2; ChromID2=2 MarkerID2=1 "
         "MarkerName=M3"}},
-
       // Marker rows.
       {"SDL", &kSdl, {{"M4 X H B A", "M4 X H"}}, 2201, {"--Error2201: cannot read MarkerType! MarkerID=4"}},
       {"SDL", &kSdl, {{"M2 A H B H", "M2 A Q B H"}}, 2202,
@@ -170,7 +168,6 @@ const std::vector<BadInput>& Corpus() {
       {"SDL", &kSdl, {{"M3 B B A H", "M5 B B A H"}}, 2501,
        {"--Error2501: Different marker names on chromosome and markertype!",
         "  Marker name in Chromosome=M3 ChID=2 MarkerID=1", "  Marker name in Markertype=M5 MarkerID=3"}},
-
       // Phenotypes.
       {"BIP", &kBip, {{"Yield 1.0 2.0 3.0 4.0\nHeight 10 11 12 13", "Yield 1.0 2.0\n\n"}}, 2401,
        {"--Error2401: cannot read Trait(Env)Name and Phenotype! Trait(Env)ID=1"}},
@@ -185,7 +182,6 @@ const std::vector<BadInput>& Corpus() {
       {"CSL", &kCsl, {{"Yield 1 2 3 4", "Yield 1 2,3 x"}}, 2406,
        {"--Error2407: Individual or line = 4; invalid phenotype = x",
         "--Error2406: Invalid phenotype found! TraitID=1 TraitName=Yield"}},
-
       // The trial table of the analysis of variance.
       {"AOV", &kAov, {{"3 !rows", "three !rows"}}, 3301, {"--Error3301: cannot read Number of Rows in the input file!"}},
       {"AOV", &kAov, {{"3 !rows", "1 !rows"}}, 3302,
@@ -195,7 +191,6 @@ const std::vector<BadInput>& Corpus() {
        {"--Error3304: Number of Columns cannot be less than 4! NumCols=3"}},
       {"AOV", &kAov, {{"Env Gtp Blk Yield\nE1 G1 1 5.0\nE1 G2 1 6.0\n", "Env Gtp\n"}}, 3305,
        {"--Error3305: cannot read title line (inlc. trait name) in the input file!"}},
-
       // Family rows of the nested association file.
       {"NAM", &kNam, {{"F2 2", "F2 two"}}, 3506,
        {"--Input error 3506: cannot read family name, and family size!", "  FamliyID =2"}},

@@ -22,7 +22,6 @@ struct Pairs {
   std::vector<float> records;
   PairTable table;
   int n = 0;
-
   Pairs(int chromosomes, int per, const std::set<int>& switched) : n(chromosomes * per) {
     records.assign(static_cast<std::size_t>(n) * (n - 1), 0.0f);
     for (int i = 2; i <= n; ++i)

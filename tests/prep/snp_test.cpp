@@ -15,13 +15,13 @@
 #include "prep/snp_conversion.h"
 #include "prep/snp_reader.h"
 #include "support/bred_data_sets.h"
+#include "support/command_run.h"
 #include "support/temp_dir.h"
 
 namespace gae {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 std::vector<uint8_t> Calls(std::initializer_list<const char*> texts) {
   std::vector<uint8_t> calls;
@@ -77,7 +77,6 @@ TEST(SnpConversion, ProgenyRuleAndMissingParents) {
   r = ConvertSnpMarker(Design(2, 7, 1), Calls({"AA", "TT"}), Calls({"AA", "AA", "NN"}));
   EXPECT_EQ(r.code, 0);
   EXPECT_EQ(r.source, PolymorphismSource::kProgenyAndParent);
-
   // Method 1 deletes; method 2 finds TT, the only allele that makes every call possible.
   const auto progeny = Calls({"AA", "AT", "TT", "AT"});
   EXPECT_EQ(ConvertSnpMarker(Design(2, 7, 1), Calls({"AA", "NN"}), progeny).code, 0);
@@ -87,7 +86,6 @@ TEST(SnpConversion, ProgenyRuleAndMissingParents) {
   EXPECT_EQ(r.source, PolymorphismSource::kProgenyAndParent);
   // Lines of the typed parent's call alone leave the other allele open.
   EXPECT_EQ(ConvertSnpMarker(Design(2, 7, 2), Calls({"AA", "NN"}), Calls({"AA", "AA"})).code, 0);
-
   // Four parents: the clonal letters (AC=A ... XX=X); a side wholly missing comes from the lines.
   r = ConvertSnpMarker(Design(20, 1, 1), Calls({"AA", "TT", "GG", "CC"}), Calls({"AG", "CA", "TG", "TC", "NN"}));
   EXPECT_EQ(r.letters, "ABCDX");
@@ -170,9 +168,7 @@ TEST_F(SnpCheck, EveryMessageOfTheReaderAndTheRule) {
     if (!c.cut_at.empty()) text.resize(text.find(c.cut_at));
     const SnpRun run = CheckSnp(2, text, 2);
     EXPECT_EQ(run.status, c.code) << c.line;
-    const std::string log = testing::ReadText("SNP.log");
-    EXPECT_THAT(log, HasSubstr(c.line));
-    EXPECT_THAT(log, HasSubstr("error found in DLL! DLL name=DLL CheckErrorSNP"));
+    testing::ExpectHasAll(testing::ReadText("SNP.log"), {c.line, "error found in DLL! DLL name=DLL CheckErrorSNP"});
   }
 }
 
@@ -187,12 +183,11 @@ TEST_F(SnpCheck, ArraysAndTheAccountOfEachMarker) {
   EXPECT_EQ(run.codes, (std::vector<int>{1212, 1133, 0, 1114, 0}));
   EXPECT_EQ(run.anchors, (std::vector<int>{0, 0, 0, 0, 0}));
   const std::string log = testing::ReadText("SNP.log");
-  EXPECT_THAT(log, HasSubstr("Warning: the marker will be deleted for non-polymorphism! MarkerID=3\n"));
-  EXPECT_THAT(log, Not(HasSubstr("non-polymorphism! MarkerID=1\n")));
-  EXPECT_THAT(log, HasSubstr("MarkerID=1. Polymorphism was determined only by parent."));
-  EXPECT_THAT(log, HasSubstr("MarkerID=4. Polymorphism was determined by progeny and parent."));
-  EXPECT_THAT(log, HasSubstr("DLL CheckErrorSNP run successfully!"));
-
+  testing::ExpectHasAll(log, {"Warning: the marker will be deleted for non-polymorphism! MarkerID=3\n",
+                              "MarkerID=1. Polymorphism was determined only by parent.",
+                              "MarkerID=4. Polymorphism was determined by progeny and parent.",
+                              "DLL CheckErrorSNP run successfully!"});
+  testing::ExpectHasNone(log, {"non-polymorphism! MarkerID=1\n"});
   const SnpRun sides = CheckSnp(20, SnpFile(1, 1, 4, "2", {"S1 NN NN GG CC"}, {"S1 AG AC TG TC"}), 1);
   EXPECT_EQ(sides.codes, std::vector<int>{1});
   EXPECT_THAT(testing::ReadText("SNP.log"), HasSubstr("MarkerID=1. Polymorphism was determined only by progeny."));
@@ -220,7 +215,6 @@ TEST_F(SnpCheck, SimulatedF2WrittenAsCallsConvertsBackToItsGenotypes) {
   const SnpRun run = CheckSnp(2, text, 12);
   ASSERT_EQ(run.status, 0);
   EXPECT_EQ(run.codes, std::vector<int>(12, 1));
-
   InputFile in;
   ASSERT_TRUE(in.Open("t.snp"));
   SnpInput input;

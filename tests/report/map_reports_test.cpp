@@ -215,7 +215,6 @@ TEST(ConsensusReportsTest, SumShowsEachMarkersMapsAndDisTheMorganDistances) {
   map.chromosome_sizes = {3};
   map.order = {1, 3, 4, 2};
   map.position = {0.0f, 4.0f, 10.0f};
-
   const std::vector<std::string> sum = testing::SplitLines(ConsensusSumReport(map, table, 2));
   ASSERT_GE(sum.size(), 5u);
   EXPECT_EQ(sum[0], Right("ChromsomeID", 20) + Right("ChromosomeName", 20) + Right("MarkerName", 20) +
@@ -230,7 +229,6 @@ TEST(ConsensusReportsTest, SumShowsEachMarkersMapsAndDisTheMorganDistances) {
   EXPECT_EQ(sum[3].substr(100), Right("1", 20) + Right("0", 20) + Right("2", 20));
   EXPECT_EQ(sum[4], "");
   EXPECT_EQ(sum[5].substr(0, 40), Right("ChromosomeID", 20) + Right("ChromosomeName", 20));
-
   // Stored frequencies are Morgan's: 0.04 comes back as 4 cM; 0.5 is unlinked.
   std::vector<float> words(2 * PairCount(4), 0.5f);
   words[2 * (GroupPairIndex(3, 1) - 1) + 1] = 0.04f;
@@ -244,6 +242,8 @@ TEST(ConsensusReportsTest, SumShowsEachMarkersMapsAndDisTheMorganDistances) {
                                Right("3", 12) + " " + Right("w", 19) + Right("1000.0000", 12) +
                                    Right("6.0000", 12)));
 }
+
+using Rows = std::vector<std::vector<std::string>>;
 
 class DownstreamFiles : public testing::InTempDir {
  protected:
@@ -260,30 +260,34 @@ class DownstreamFiles : public testing::InTempDir {
     map.positions = {0.0f, 12.5f, 3.25f};
     return map;
   }
-
   void Open(const std::string& text) {
     testing::WriteText("file.txt", text);
     ASSERT_TRUE(in_.Open("file.txt"));
   }
-  int32_t Int() {
-    in_.SkipRemarks();
-    ListRead read(in_);
-    int32_t v = -999;
-    EXPECT_TRUE(read.Int(v));
-    return v;
-  }
-  // One row: a name, then `tokens` items, as a list-directed read.
-  std::vector<std::string> Row(std::size_t tokens) {
-    ListRead read(in_);
-    std::vector<std::string> items;
-    for (std::size_t k = 0; k <= tokens; ++k) {
-      std::string_view item;
-      EXPECT_TRUE(read.Item(item));
-      items.emplace_back(item);
+  // The next `count` header values, each a list-directed read after the remarks.
+  std::vector<int32_t> Ints(int count) {
+    std::vector<int32_t> values(count, -999);
+    for (int32_t& v : values) {
+      in_.SkipRemarks();
+      ListRead read(in_);
+      EXPECT_TRUE(read.Int(v));
     }
-    return items;
+    return values;
   }
-
+  // The next `rows` rows after the remarks: a name, then `tokens` items, each a list-directed read.
+  Rows Block(std::size_t rows, std::size_t tokens) {
+    in_.SkipRemarks();
+    Rows block(rows);
+    for (auto& items : block) {
+      ListRead read(in_);
+      for (std::size_t k = 0; k <= tokens; ++k) {
+        std::string_view item;
+        EXPECT_TRUE(read.Item(item));
+        items.emplace_back(item);
+      }
+    }
+    return block;
+  }
   InputFile in_;
 };
 
@@ -293,17 +297,9 @@ TEST_F(DownstreamFiles, CorrectedMapFileReadsBackAndDropsMonomorphicMarkers) {
   const std::string text = EcMapText(map, "AHX" "XXB" "DRB", lost);
   EXPECT_NE(text.find("\n         7  !Mapping Population (see remarks above)\n"), std::string::npos);
   Open(text);
-  EXPECT_EQ(Int(), 7);
-  EXPECT_EQ(Int(), 2);
-  EXPECT_EQ(Int(), 1);  // the input's space type
-  EXPECT_EQ(Int(), 2);  // markers kept
-  EXPECT_EQ(Int(), 3);
-  in_.SkipRemarks();
-  EXPECT_EQ(Row(3), (std::vector<std::string>{"mk_a", "A", "H", "X"}));
-  EXPECT_EQ(Row(3), (std::vector<std::string>{"mk_c", "D", "R", "B"}));
-  in_.SkipRemarks();
-  EXPECT_EQ(Row(1), (std::vector<std::string>{"mk_a", "1"}));
-  EXPECT_EQ(Row(1), (std::vector<std::string>{"mk_c", "3"}));  // its own chromosome
+  EXPECT_THAT(Ints(5), ElementsAre(7, 2, 1, 2, 3));  // the input's space type; two markers kept
+  EXPECT_EQ(Block(2, 3), (Rows{{"mk_a", "A", "H", "X"}, {"mk_c", "D", "R", "B"}}));
+  EXPECT_EQ(Block(2, 1), (Rows{{"mk_a", "1"}, {"mk_c", "3"}}));  // mk_c on its own chromosome
   std::string_view item;
   in_.SkipRemarks();
   EXPECT_FALSE(in_.NextItem(item));
@@ -328,11 +324,10 @@ TEST_F(DownstreamFiles, LargePopulationsWrapAfterTenThousandCells) {
   EXPECT_EQ(row->size(), 36u + 2 * 10000);
   EXPECT_EQ(*(row + 1), " B A A A A");
   Open(text);
-  for (int k = 0; k < 5; ++k) Int();
-  in_.SkipRemarks();
-  const std::vector<std::string> first = Row(10005);
-  EXPECT_EQ(first[10001], "B");
-  EXPECT_EQ(Row(10005)[0], "mk_b");
+  Ints(5);
+  const Rows rows = Block(2, 10005);
+  EXPECT_EQ(rows[0][10001], "B");
+  EXPECT_EQ(rows[1][0], "mk_b");
 }
 
 TEST_F(DownstreamFiles, QtlFilesFollowTheirToolsFieldOrder) {
@@ -341,31 +336,16 @@ TEST_F(DownstreamFiles, QtlFilesFollowTheirToolsFieldOrder) {
   for (int kind = 0; kind < 3; ++kind) {
     const std::string text = kind == 0 ? SdlText(map, genotypes) : kind == 1 ? BipText(map, genotypes) : MetText(map, genotypes);
     Open(text);
-    if (kind == 1) {
-      EXPECT_EQ(Int(), 1);  // indicator: mapping
-    }
-    EXPECT_EQ(Int(), 7);
-    EXPECT_EQ(Int(), 2);
-    EXPECT_EQ(Int(), 2);  // positions
-    EXPECT_EQ(Int(), 1);  // centiMorgans
-    EXPECT_EQ(Int(), 3);  // chromosomes
-    EXPECT_EQ(Int(), 3);  // individuals
-    if (kind != 0) {
-      EXPECT_EQ(Int(), 0);  // traits or environments
-    }
-    in_.SkipRemarks();
-    EXPECT_EQ(Row(1), (std::vector<std::string>{"Chr1", "2"}));
-    EXPECT_EQ(Row(1), (std::vector<std::string>{"Chr2", "0"}));
-    EXPECT_EQ(Row(1), (std::vector<std::string>{"Chr3", "1"}));
-    in_.SkipRemarks();
-    EXPECT_EQ(Row(2), (std::vector<std::string>{"mk_a", "1", "0.0000"}));
-    EXPECT_EQ(Row(2), (std::vector<std::string>{"mk_b", "1", "12.5000"}));
+    // .bip starts with its indicator (mapping); positions in cM of 3 chromosomes and 3
+    // individuals; .bip and .met then count 0 traits or environments.
+    std::vector<int32_t> header = {7, 2, 2, 1, 3, 3};
+    if (kind == 1) header.insert(header.begin(), 1);
+    if (kind != 0) header.push_back(0);
+    EXPECT_EQ(Ints(static_cast<int>(header.size())), header);
+    EXPECT_EQ(Block(3, 1), (Rows{{"Chr1", "2"}, {"Chr2", "0"}, {"Chr3", "1"}}));
     // The running chromosome counter lags behind an empty chromosome.
-    EXPECT_EQ(Row(2), (std::vector<std::string>{"mk_c", "2", "3.2500"}));
-    in_.SkipRemarks();
-    EXPECT_EQ(Row(3), (std::vector<std::string>{"mk_a", "A", "H", "X"}));
-    EXPECT_EQ(Row(3), (std::vector<std::string>{"mk_b", "D", "R", "B"}));
-    EXPECT_EQ(Row(3), (std::vector<std::string>{"mk_c", "B", "B", "A"}));
+    EXPECT_EQ(Block(3, 2), (Rows{{"mk_a", "1", "0.0000"}, {"mk_b", "1", "12.5000"}, {"mk_c", "2", "3.2500"}}));
+    EXPECT_EQ(Block(3, 3), (Rows{{"mk_a", "A", "H", "X"}, {"mk_b", "D", "R", "B"}, {"mk_c", "B", "B", "A"}}));
     const bool has_phenotype_block = text.find(BlockText(PhenotypeBlock())) != std::string::npos;
     EXPECT_EQ(has_phenotype_block, kind != 0);
     EXPECT_EQ(text.substr(text.size() - 2), "\n\n");

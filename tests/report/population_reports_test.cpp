@@ -24,6 +24,7 @@
 namespace gae {
 namespace {
 
+using testing::SplitLines;
 
 std::string Letters(int a, int h, int b, int d, int r, int x) {
   return std::string(a, 'A') + std::string(h, 'H') + std::string(b, 'B') + std::string(d, 'D') +
@@ -35,20 +36,14 @@ std::string Letters(int a, int h, int b, int d, int r, int x) {
 double UpperTail(double x, int df) { return df == 2 ? std::exp(-x / 2) : std::erfc(std::sqrt(x / 2)); }
 
 TEST(Segregation, PartialScoresFoldByPopulation) {
+  // One A, two H, three B, four D, five R, six X: in a backcross to P1 R is the heterozygote,
+  // in one to P2 D is.
   const std::string g = Letters(1, 2, 3, 4, 5, 6);
-  SegregationCounts c = CountSegregation(1, g.data(), g.size());  // R is the heterozygote
-  EXPECT_EQ(c.n2, 1 + 4);
-  EXPECT_EQ(c.n1, 2 + 5);
-  EXPECT_EQ(c.n0, 3);
-  EXPECT_EQ(c.nx, 6);
-  c = CountSegregation(10, g.data(), g.size());  // D is the heterozygote
-  EXPECT_EQ(c.n2, 1);
-  EXPECT_EQ(c.n1, 2 + 4);
-  EXPECT_EQ(c.n0, 3 + 5);
-  c = CountSegregation(7, g.data(), g.size());
-  EXPECT_EQ(c.n2, 1 + 4);
-  EXPECT_EQ(c.n1, 2);
-  EXPECT_EQ(c.n0, 3 + 5);
+  const int cases[][4] = {{1, 1 + 4, 2 + 5, 3}, {10, 1, 2 + 4, 3 + 5}, {7, 1 + 4, 2, 3 + 5}};
+  for (const auto& [type, n2, n1, n0] : cases) {
+    const SegregationCounts c = CountSegregation(type, g.data(), g.size());
+    EXPECT_EQ(std::vector<int>({c.n2, c.n1, c.n0, c.nx}), std::vector<int>({n2, n1, n0, 6})) << type;
+  }
 }
 
 struct Case {
@@ -116,13 +111,6 @@ TEST(Segregation, EmptyClassesGiveNotANumberAndAZeroProbability) {
   EXPECT_FALSE(SegregationChiSquare(7, 3, skewed.data(), skewed.size()).tested);
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::stringstream in(text);
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(line);
-  return lines;
-}
 double Field(const std::string& line, int start, int width) { return std::stod(line.substr(start, width)); }
 
 // Seven-word records whose parental frequencies the test chooses.
@@ -171,9 +159,7 @@ TEST(ClonalReports, ParentalPositionsComeFromTheParentOrFromTheMap) {
   store.Set(4, 3, 0.5f, 0.1f);   // the first parent says nothing: map distance
   store.Set(2, 1, 0.5f, 0.05f);
   store.Set(3, 2, 0.5f, 0.5f);   // the second parent's 1/2: map distance
-  store.Set(4, 3, 0.5f, 0.1f);
   const PairTable pairs = store.Table();
-
   const SummaryTable first = ClonalSummary(map, pairs, ClonalView::kFirstParent);
   ASSERT_EQ(first.rows.size(), 3u);  // P2, Q1, Q2 do not segregate in the first parent
   EXPECT_FLOAT_EQ(first.rows[1].interval, 8.0f);
@@ -181,7 +167,6 @@ TEST(ClonalReports, ParentalPositionsComeFromTheParentOrFromTheMap) {
   EXPECT_FLOAT_EQ(first.rows[2].position, 10.0f);
   EXPECT_EQ(first.chromosome_markers, (std::vector<int32_t>{3, 0}));
   EXPECT_EQ(first.chromosome_lengths[1], 0.0f);
-
   const SummaryTable second = ClonalSummary(map, pairs, ClonalView::kSecondParent);
   ASSERT_EQ(second.rows.size(), 6u);
   EXPECT_FLOAT_EQ(second.rows[1].interval, MapRecToDistance(1, 0.05f));
@@ -189,18 +174,16 @@ TEST(ClonalReports, ParentalPositionsComeFromTheParentOrFromTheMap) {
   EXPECT_FLOAT_EQ(second.rows[2].interval, 5.0f);
   EXPECT_FLOAT_EQ(second.rows[3].position, MapRecToDistance(1, 0.05f) + 5.0f + MapRecToDistance(1, 0.1f));
   EXPECT_FLOAT_EQ(second.chromosome_lengths[0], second.rows[3].position);
-
   // The file: six columns, no interference, and a whole-genome row of the listed markers.
-  const std::vector<std::string> lines = Lines(SummaryText(map, first));
+  const std::vector<std::string> lines = SplitLines(SummaryText(map, first));
   EXPECT_EQ(lines[0].size(), 120u);
   EXPECT_EQ(lines[0].substr(100), "      RecomFrequency");
   EXPECT_EQ(Field(lines[3], 80, 20), 10.0);
   const auto whole = std::find_if(lines.begin(), lines.end(), [](const std::string& l) { return l.rfind("         WholeGenome", 0) == 0; });
   ASSERT_NE(whole, lines.end());
   EXPECT_EQ(Field(*whole, 40, 20), 3);
-
   // The marker table: the four types of an ABCD marker at 1:1:1:1 and of an A=B marker at 1:1.
-  const std::vector<std::string> mtp = Lines(ClonalMtpReport(map));
+  const std::vector<std::string> mtp = SplitLines(ClonalMtpReport(map));
   ASSERT_EQ(mtp.size(), 7u);
   EXPECT_EQ(mtp[1].substr(48, 48), std::string(11, ' ') + "1" + std::string(11, ' ') + "1" + std::string(11, ' ') + "1" + std::string(11, ' ') + "1");
   EXPECT_EQ(Field(mtp[1], 192, 12), 0.0);
@@ -215,7 +198,7 @@ TEST(ClonalReports, MarkerTableListsTheLinkedMarkersInMapOrder) {
   map.order = {3, 1, 5, 2, 4, 6};  // P4 unlinked, Q2 deleted
   map.chromosome_sizes = {2, 2};
   map.position = {0.0f, 5.0f, 0.0f, 2.0f};
-  const std::vector<std::string> mtp = Lines(ClonalMtpReport(map));
+  const std::vector<std::string> mtp = SplitLines(ClonalMtpReport(map));
   ASSERT_EQ(mtp.size(), 5u);
   // Each row: the input number, the name, and the marker's own counts (AC, ..., XD, ...).
   const struct {
@@ -241,45 +224,40 @@ TEST(ClonalReports, SegregationTestByHand) {
   map.category = {1};
   const std::string types = std::string(10, 'A') + std::string(20, 'B') + std::string(30, 'C') + std::string(40, 'D');
   map.types.assign(types.begin(), types.end());
-  const std::vector<std::string> mtp = Lines(ClonalMtpReport(map));
+  const std::vector<std::string> mtp = SplitLines(ClonalMtpReport(map));
   // Expected 25 each: (15² + 5² + 5² + 15²) / 25 = 20 on 3 degrees of freedom.
   EXPECT_NEAR(Field(mtp[1], 192, 12), 20.0, 1e-4);
   EXPECT_NEAR(Field(mtp[1], 204, 12), 0.0002, 1e-4);
 }
 
 TEST(PureLineSegregation, HandComputedTests) {
-  // ABAB: two groups of two founders; 30 A, 10 B and 5 X. Each expects 40 x 2 / 4 = 20.
-  std::string letters = std::string(30, 'A') + std::string(10, 'B') + std::string(5, 'X');
-  PureLineSegregation t = PureLineSegregationChiSquare(4, 1212, letters.data(), 45);
-  EXPECT_EQ(t.counts[0], 30);
-  EXPECT_EQ(t.counts[1], 10);
-  EXPECT_EQ(t.counts[8], 5);
-  EXPECT_FLOAT_EQ(t.chi_square, 10.0f);
-  EXPECT_NEAR(t.probability, 0.001565, 1e-5);  // 1 degree of freedom
-
-  // ABCB over 7 lines: expected counts 7/4, 14/4, 7/4 truncate to 1, 3, 1.
-  letters = "AABBBCC";
-  t = PureLineSegregationChiSquare(4, 1232, letters.data(), 7);
-  EXPECT_FLOAT_EQ(t.chi_square, 2.0f);
-  EXPECT_NEAR(t.probability, std::exp(-1.0), 1e-5);  // 2 degrees of freedom
-
-  // Eight founders all apart with equal counts: nothing to test against.
-  letters = "ABCDEFGHHGFEDCBA";
-  t = PureLineSegregationChiSquare(8, 12345678, letters.data(), 16);
-  EXPECT_EQ(t.chi_square, 0.0f);
-  EXPECT_NEAR(t.probability, 1.0, 1e-6);
-
-  // Fewer lines than founders: groups of one founder expect no line, and the test is NaN.
-  letters = "AB";
-  t = PureLineSegregationChiSquare(4, 1234, letters.data(), 2);
-  EXPECT_TRUE(std::isnan(t.chi_square));
-  EXPECT_TRUE(std::isnan(t.probability));
-
-  EXPECT_EQ(PureLineCategoryText(4, 1234), "A");
-  EXPECT_EQ(PureLineCategoryText(4, 1212), "AC");
-  EXPECT_EQ(PureLineCategoryText(8, 12314156), "ADF");
-  EXPECT_EQ(PureLinePatternField(4, 1232), "ABCB");
-  EXPECT_EQ(PureLinePatternField(8, 12345678), "ABCDEFGH");
+  const struct {
+    int founders, pattern;
+    std::string letters;
+    float chi;
+    double p;
+  } cases[] = {
+      // ABAB: 30 A, 10 B, 5 X; each group expects 40 x 2 / 4 = 20; 1 degree of freedom.
+      {4, 1212, std::string(30, 'A') + std::string(10, 'B') + std::string(5, 'X'), 10.0f, 0.001565},
+      {4, 1232, "AABBBCC", 2.0f, std::exp(-1.0)},  // ABCB over 7: 7/4, 14/4, 7/4 truncate to 1, 3, 1
+      {8, 12345678, "ABCDEFGHHGFEDCBA", 0.0f, 1.0},  // all apart, equal counts
+      {4, 1234, "AB", NAN, NAN},  // fewer lines than founders: groups of one expect no line
+  };
+  for (const auto& c : cases) {
+    const PureLineSegregation t =
+        PureLineSegregationChiSquare(c.founders, c.pattern, c.letters.data(), static_cast<int>(c.letters.size()));
+    if (std::isnan(c.chi)) {
+      EXPECT_TRUE(std::isnan(t.chi_square) && std::isnan(t.probability)) << c.pattern;
+    } else {
+      EXPECT_FLOAT_EQ(t.chi_square, c.chi) << c.pattern;
+      EXPECT_NEAR(t.probability, c.p, 1e-5) << c.pattern;
+    }
+  }
+  const PureLineSegregation abab = PureLineSegregationChiSquare(4, 1212, cases[0].letters.data(), 45);
+  EXPECT_EQ(std::vector<int>({abab.counts[0], abab.counts[1], abab.counts[8]}), std::vector<int>({30, 10, 5}));
+  EXPECT_EQ(PureLineCategoryText(4, 1234) + " " + PureLineCategoryText(4, 1212) + " " + PureLineCategoryText(8, 12314156),
+            "A AC ADF");
+  EXPECT_EQ(PureLinePatternField(4, 1232) + " " + PureLinePatternField(8, 12345678), "ABCB ABCDEFGH");
 }
 
 TEST(PureLineMarkerTable, ColumnsOfFourAndEightFounders) {
@@ -296,10 +274,7 @@ TEST(PureLineMarkerTable, ColumnsOfFourAndEightFounders) {
   map.order = {3, 1, 2};
   map.position = {0.0f, 5.0f};
   map.population_type = 2;
-  std::vector<std::string> lines;
-  std::string text = PlmMtpReport(map);
-  for (std::size_t a = 0, b; (b = text.find('\n', a)) != std::string::npos; a = b + 1)
-    lines.push_back(text.substr(a, b - a));
+  const std::vector<std::string> lines = SplitLines(PlmMtpReport(map));
   ASSERT_EQ(lines.size(), 3u);  // the header and the two linked markers, in map order
   EXPECT_EQ(lines[0].size(), 12u + 1 + 35 + 8 * 12);
   EXPECT_EQ(lines[0].substr(48, 12), "     Size(A)");
@@ -312,43 +287,33 @@ TEST(PureLineMarkerTable, ColumnsOfFourAndEightFounders) {
   EXPECT_EQ(lines[1].substr(108, 12), "      0.5000");
   EXPECT_EQ(lines[1].substr(132, 12), "           A");
   EXPECT_EQ(lines[2].substr(0, 12), "           1");
-
   map.population_type = 4;
   map.marker_class = {12345678, 12121212, 12345677};
-  text = PlmMtpReport(map);
+  const std::string text = PlmMtpReport(map);
   EXPECT_EQ(text.substr(0, text.find('\n')).size(), 12u + 1 + 35 + 12 * 12);
   EXPECT_NE(text.find("     Size(H)     Size(X)"), std::string::npos);
 }
 
-class PureLineWrittenFiles : public testing::InTempDir {
- protected:
-  LinkedMapRecord Map() {
-    LinkedMapRecord map;
-    map.population_type = 2;
-    map.mapping_function = 1;
-    map.space_type = 1;
-    map.num_individuals = 5;
-    map.chromosome_names = {"Group1", "Group2"};
-    map.chromosome_sizes = {2, 1};
-    map.marker_names = {"pm_a", "pm_b", "pm_c"};
-    map.positions = {0.0f, 7.5f, 0.0f};
-    return map;
-  }
-  const std::vector<std::string> categories_{"ABCD", "ABAB", "AACD"};
-  const std::string genotypes_ = "ABCDA" "ABBAX" "ACDDC";
-};
+using PureLineWrittenFiles = testing::InTempDir;
 
 TEST_F(PureLineWrittenFiles, EcPlmIsAMapToolInputWithoutTheMarkersThatLostTheirAlleles) {
+  LinkedMapRecord map;
+  map.population_type = 2;
+  map.mapping_function = map.space_type = 1;
+  map.num_individuals = 5;
+  map.chromosome_names = {"Group1", "Group2"};
+  map.chromosome_sizes = {2, 1};
+  map.marker_names = {"pm_a", "pm_b", "pm_c"};
+  map.positions = {0.0f, 7.5f, 0.0f};
+  const std::vector<std::string> categories = {"ABCD", "ABAB", "AACD"};
   const std::vector<uint8_t> lost = {0, 1, 0};
-  testing::WriteText("outEC.plm", EcPlmText(Map(), categories_, genotypes_, lost));
+  testing::WriteText("outEC.plm", EcPlmText(map, categories, "ABCDA" "ABBAX" "ACDDC", lost));
   InputFile in;
   ASSERT_TRUE(in.Open("outEC.plm"));
   MapToolInput data;
   ReadMapToolInput(in, 30, data);
   ASSERT_EQ(MessageCode(), 0);
-  EXPECT_EQ(data.population_type, 2);
-  EXPECT_EQ(data.num_markers, 2);
-  EXPECT_EQ(data.population_size, 5);
+  EXPECT_EQ(std::vector<int>({data.population_type, data.num_markers, data.population_size}), std::vector<int>({2, 2, 5}));
   EXPECT_EQ(data.markers.categories, (std::vector<int32_t>{1234, 1134}));
   EXPECT_EQ(std::string(data.markers.types.begin(), data.markers.types.end()), "ABCDA" "ACDDC");
   EXPECT_EQ(data.anchors, (std::vector<int32_t>{1, 2}));

@@ -2,6 +2,8 @@
 
 #include <sys/wait.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 
 #include "support/temp_dir.h"
@@ -30,6 +32,16 @@ CommandRun GaengineErrApart(const std::string& arguments) {
   CommandRun run = Run(arguments, " 2>stderr.txt");
   run.err = ReadText("stderr.txt");
   return run;
+}
+
+void ExpectHasAll(const std::string& text, std::initializer_list<std::string> parts) {
+  for (const std::string& part : parts)
+    if (text.find(part) == std::string::npos) ADD_FAILURE() << "missing \"" << part << "\" in:\n" << text;
+}
+
+void ExpectHasNone(const std::string& text, std::initializer_list<std::string> parts) {
+  for (const std::string& part : parts)
+    if (text.find(part) != std::string::npos) ADD_FAILURE() << "unexpected \"" << part << "\" in:\n" << text;
 }
 
 }  // namespace gae::testing

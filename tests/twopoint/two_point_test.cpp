@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "gaengine.h"
@@ -116,7 +117,6 @@ TEST(TwoPointFrame, NotANumberRunsThroughAndKeepsTheFirstPhase) {
   const Estimate degenerate = Both(7, 11, {0, 0, 0, 54, 99, 45, 0, 0, 0});
   EXPECT_TRUE(std::isnan(degenerate.rec));
   EXPECT_GT(degenerate.lod, 100.0f);
-
   // An unknown type or code has no estimate at all.
   for (auto [type, code] : {std::pair{0, 11}, std::pair{21, 11}, std::pair{7, 2020}}) {
     const Estimate u = Both(type, code, {5, 1, 1, 1, 5, 1, 1, 1, 5});
@@ -144,32 +144,28 @@ TEST(TwoPointFrame, TheStoreClampsANegativeLodAndTheCalculatorKeepsIt) {
 }
 
 TEST(TwoPointNewtonStart, StartValuesByHand) {
-  // Code 11: (N3 + N7 + (N2 + N4 + N6 + N8) / 2) / (n - N5) = (1 + 1 + 10) / 60.
-  const float f2[9] = {20, 5, 1, 5, 40, 5, 1, 5, 18};
-  EXPECT_FLOAT_EQ(TwoPointStart(7, 11, f2, 100), 0.2f);
-  // Code 112: (N3 + N6 / 2) / (n - N2 - N5 - N8) = (1 + 2.5) / (100 - 5 - 40 - 5).
-  EXPECT_FLOAT_EQ(TwoPointStart(8, 112, f2, 100), 3.5f / 50);
-  // Code 110: (N4 / 2 + N7) / (n - N2 - N5 - N8) = (2.5 + 1) / 50.
-  EXPECT_FLOAT_EQ(TwoPointStart(8, 101, f2, 100), 3.5f / 50);
-  // P1BC1F2 and P2BC1F2 code 1212: 1 - cbrt(4 (N5 + N9) / n - 3) = 1 - cbrt(0.6).
-  const float dom[9] = {0, 0, 0, 0, 70, 5, 0, 5, 20};
-  EXPECT_NEAR(TwoPointStart(13, 1212, dom, 100), 1 - 0.8434327f, 1e-6f);
-  EXPECT_EQ(TwoPointStart(14, 1212, dom, 100), TwoPointStart(13, 1212, dom, 100));
-  // A negative argument has a real cube root: 1 - cbrt(-0.6) is above 1, so 0.9999.
-  const float low[9] = {0, 0, 0, 0, 40, 20, 0, 20, 20};
-  EXPECT_EQ(TwoPointStart(13, 1212, low, 100), 0.9999f);
-  // P2BC2F2 code 1010: the mean of 1 - 2 (0.16)^(1/4) = -0.2649111 and 2 (0.84)^(1/4) = 1.9146959.
-  const float rec[9] = {16, 10, 0, 10, 64, 0, 0, 0, 0};
-  EXPECT_NEAR(TwoPointStart(16, 1010, rec, 100), 0.8248924f, 1e-6f);
-  // P1BC2F2 code 1010 with both candidates roots of negative numbers: 0.00001.
-  const float none[9] = {2, 14, 0, 14, 10, 0, 0, 0, 0};
-  EXPECT_EQ(TwoPointStart(15, 1010, none, 40), 0.00001f);
-  // F3 code 1210: 4 N7 / n, here 1.2, so 0.9999; a code with no formula starts at 0.0001.
-  const float mixed[9] = {0, 0, 0, 10, 50, 0, 30, 10, 0};
-  EXPECT_EQ(TwoPointStart(8, 1210, mixed, 100), 0.9999f);
-  EXPECT_EQ(TwoPointStart(8, 2020, mixed, 100), 0.0001f);
-  // NaN passes the clamps.
-  const float hets[9] = {0, 0, 0, 0, 50, 0, 0, 0, 0};
+  using Cells = std::array<float, 9>;
+  const Cells f2 = {20, 5, 1, 5, 40, 5, 1, 5, 18}, dom = {0, 0, 0, 0, 70, 5, 0, 5, 20},
+              mixed = {0, 0, 0, 10, 50, 0, 30, 10, 0};
+  const struct {
+    int type, code;
+    Cells cells;
+    float n, start, tolerance;
+  } cases[] = {
+      {7, 11, f2, 100, 0.2f, 1e-7f},        // (N3 + N7 + (N2 + N4 + N6 + N8) / 2) / (n - N5) = 12 / 60
+      {8, 112, f2, 100, 3.5f / 50, 1e-7f},  // (N3 + N6 / 2) / (n - N2 - N5 - N8)
+      {8, 101, f2, 100, 3.5f / 50, 1e-7f},  // (N4 / 2 + N7) / (n - N2 - N5 - N8)
+      {13, 1212, dom, 100, 1 - 0.8434327f, 1e-6f},  // 1 - cbrt(4 (N5 + N9) / n - 3) = 1 - cbrt(0.6)
+      {14, 1212, dom, 100, 1 - 0.8434327f, 1e-6f},
+      {13, 1212, {0, 0, 0, 0, 40, 20, 0, 20, 20}, 100, 0.9999f, 0},  // 1 - cbrt(-0.6) is above 1
+      // The mean of 1 - 2 (0.16)^(1/4) and 2 (0.84)^(1/4).
+      {16, 1010, {16, 10, 0, 10, 64, 0, 0, 0, 0}, 100, 0.8248924f, 1e-6f},
+      {15, 1010, {2, 14, 0, 14, 10, 0, 0, 0, 0}, 40, 0.00001f, 0},  // both roots of negative numbers
+      {8, 1210, mixed, 100, 0.9999f, 0},  // 4 N7 / n is 1.2
+      {8, 2020, mixed, 100, 0.0001f, 0},  // no formula
+  };
+  for (const auto& c : cases) EXPECT_NEAR(TwoPointStart(c.type, c.code, c.cells.data(), c.n), c.start, c.tolerance) << c.type << "/" << c.code;
+  const float hets[9] = {0, 0, 0, 0, 50, 0, 0, 0, 0};  // NaN passes the clamps
   EXPECT_TRUE(std::isnan(TwoPointStart(7, 11, hets, 50)));
 }
 
@@ -304,12 +300,8 @@ TEST_F(ToolTwoPoint, TablesWithoutAnEstimateAnswerAsUnlinked) {
   const float empty[9] = {}, degenerate[9] = {0, 0, 0, 54, 99, 45, 0, 0, 0};
   for (const float* cells : {empty, degenerate}) {
     const Outputs o = Call(11, 7, cells);
-    EXPECT_EQ(o.rec, 0.5f);
-    EXPECT_EQ(o.lod, 0.0f);
-    EXPECT_EQ(o.se, 0.0f);
-    EXPECT_EQ(o.p, 1.0f);
-    EXPECT_EQ(o.haldane, 1000.0f);
-    EXPECT_EQ(o.kosambi, 1000.0f);
+    EXPECT_EQ(std::vector<float>({o.rec, o.lod, o.se, o.p, o.haldane, o.kosambi}),
+              std::vector<float>({0.5f, 0.0f, 0.0f, 1.0f, 1000.0f, 1000.0f}));
   }
   // Missing pointers: the cells count as empty, absent outputs are skipped.
   float rec = -1;
@@ -326,9 +318,7 @@ TEST_F(ToolTwoPoint, TablesComeWithTheFirstMarkerAsRows) {
   float rec = 0, lod = 0, se = 0;
   TwoPointEstimate(7, 110, transposed, rec, lod, se);
   const Outputs o = Call(101, 7, as_typed);
-  EXPECT_EQ(o.rec, rec);
-  EXPECT_EQ(o.lod, lod);
-  EXPECT_EQ(o.se, se);
+  EXPECT_EQ(std::vector<float>({o.rec, o.lod, o.se}), std::vector<float>({rec, lod, se}));
   EXPECT_GT(o.rec, 0.0f);
   EXPECT_LT(o.rec, 0.5f);
   // Code 110 itself is taken as it stands.
@@ -339,15 +329,14 @@ TEST_F(ToolTwoPoint, TablesComeWithTheFirstMarkerAsRows) {
 constexpr int kKosambi = 1, kHaldane = 2, kMorgan = 3;
 
 TEST(MappingFunction, DistancesByHand) {
-  // r = 0.1: Kosambi 25 ln(1.2 / 0.8) = 10.136628, Haldane -50 ln 0.8 = 11.157178, Morgan 10.
-  EXPECT_NEAR(MapRecToDistance(kKosambi, 0.1f), 10.136628f, 2e-5f);
-  EXPECT_NEAR(MapRecToDistance(kHaldane, 0.1f), 11.157178f, 2e-5f);
-  EXPECT_NEAR(MapRecToDistance(kMorgan, 0.1f), 10.0f, 1e-5f);
-  // d = 20 cM: Kosambi 0.5 (e^0.8 - 1) / (e^0.8 + 1) = 0.1899745, Haldane 0.5 (1 - e^-0.4)
-  // = 0.1648400, Morgan 0.2.
-  EXPECT_NEAR(MapDistanceToRec(kKosambi, 20.0f), 0.1899745f, 1e-6f);
-  EXPECT_NEAR(MapDistanceToRec(kHaldane, 20.0f), 0.1648400f, 1e-6f);
-  EXPECT_NEAR(MapDistanceToRec(kMorgan, 30.0f), 0.3f, 1e-7f);
+  // r = 0.1: Kosambi 25 ln(1.2 / 0.8), Haldane -50 ln 0.8, Morgan 10. d = 20 cM: Kosambi
+  // 0.5 (e^0.8 - 1) / (e^0.8 + 1), Haldane 0.5 (1 - e^-0.4); Morgan's 30 cM is 0.3.
+  const std::tuple<int, float, float, float> to_distance[] = {
+      {kKosambi, 0.1f, 10.136628f, 2e-5f}, {kHaldane, 0.1f, 11.157178f, 2e-5f}, {kMorgan, 0.1f, 10.0f, 1e-5f}};
+  for (const auto& [code, r, d, tolerance] : to_distance) EXPECT_NEAR(MapRecToDistance(code, r), d, tolerance) << code;
+  const std::tuple<int, float, float> to_rec[] = {
+      {kKosambi, 20.0f, 0.1899745f}, {kHaldane, 20.0f, 0.1648400f}, {kMorgan, 30.0f, 0.3f}};
+  for (const auto& [code, d, r] : to_rec) EXPECT_NEAR(MapDistanceToRec(code, d), r, 1e-6f) << code;
 }
 
 TEST(MappingFunction, TheTwoDirectionsAreInverse) {
@@ -358,35 +347,25 @@ TEST(MappingFunction, TheTwoDirectionsAreInverse) {
   }
 }
 
-TEST(MappingFunction, FrequencyEdges) {
+TEST(MappingFunction, FrequencyAndDistanceEdges) {
+  // No recombination is a plain zero, never -0; free recombination, what 32 bits cannot tell
+  // from it, values outside 0..1 and NaN are unlinked; above 1/2 the pair is linked in the other
+  // phase. Distances below 0 are no recombination, past 999 cM free recombination.
+  const float nan = std::numeric_limits<float>::quiet_NaN();
   for (int code : {kKosambi, kHaldane, kMorgan}) {
-    // No recombination is no distance, and a plain zero, never -0.
-    const float at_zero = MapRecToDistance(code, 0.0f);
-    EXPECT_EQ(at_zero, 0.0f) << code;
-    EXPECT_FALSE(std::signbit(at_zero)) << code;
-    // Free recombination, and what 32 bits cannot tell from it.
-    EXPECT_EQ(MapRecToDistance(code, 0.5f), kUnlinkedDistance);
-    EXPECT_EQ(MapRecToDistance(code, 0.50000001f), kUnlinkedDistance);
-    // Above 1/2 the pair is linked in the other phase: 1 is 0, 0.75 is 0.25.
-    EXPECT_EQ(MapRecToDistance(code, 1.0f), 0.0f);
-    EXPECT_EQ(MapRecToDistance(code, 0.75f), MapRecToDistance(code, 0.25f));
-    // Outside 0..1 and NaN: unlinked.
-    EXPECT_EQ(MapRecToDistance(code, -0.01f), kUnlinkedDistance);
-    EXPECT_EQ(MapRecToDistance(code, 1.01f), kUnlinkedDistance);
-    EXPECT_EQ(MapRecToDistance(code, std::numeric_limits<float>::quiet_NaN()), kUnlinkedDistance);
+    SCOPED_TRACE(code);
+    EXPECT_FALSE(std::signbit(MapRecToDistance(code, 0.0f)));
+    for (const auto& [r, d] : {std::pair{0.0f, 0.0f}, {0.5f, kUnlinkedDistance}, {0.50000001f, kUnlinkedDistance},
+                               {1.0f, 0.0f}, {0.75f, MapRecToDistance(code, 0.25f)}, {-0.01f, kUnlinkedDistance},
+                               {1.01f, kUnlinkedDistance}, {nan, kUnlinkedDistance}})
+      EXPECT_EQ(MapRecToDistance(code, r), d) << r;
+    for (const auto& [d, r] : {std::pair{-1.0f, 0.0f}, {999.0f, 0.5f}, {kUnlinkedDistance, 0.5f}})
+      EXPECT_EQ(MapDistanceToRec(code, d), r) << d;
   }
   EXPECT_EQ(MapRecToDistance(4, 0.1f), kUnlinkedDistance);
-}
-
-TEST(MappingFunction, DistanceEdges) {
-  for (int code : {kKosambi, kHaldane, kMorgan}) {
-    EXPECT_EQ(MapDistanceToRec(code, -1.0f), 0.0f);
-    EXPECT_EQ(MapDistanceToRec(code, 999.0f), 0.5f);
-    EXPECT_EQ(MapDistanceToRec(code, kUnlinkedDistance), 0.5f);
-  }
-  // Morgan's line passes 1/2 at 50 cM and is capped there: 60 cM is 0.5, not 0.6.
+  // Morgan's line passes 1/2 at 50 cM and is capped there; the other two approach 1/2 without
+  // reaching it before 999 cM.
   EXPECT_EQ(MapDistanceToRec(kMorgan, 60.0f), 0.5f);
-  // The other two approach 1/2 without reaching it before 999 cM.
   EXPECT_LT(MapDistanceToRec(kHaldane, 900.0f), 0.5f + 1e-7f);
   EXPECT_LE(MapDistanceToRec(kKosambi, 998.0f), 0.5f);
   EXPECT_EQ(MapDistanceToRec(0, 10.0f), 0.5f);

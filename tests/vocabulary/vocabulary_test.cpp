@@ -137,7 +137,6 @@ TEST(UniformStream, SeedCanBeSavedRestoredAndFixedFromTheEnvironment) {
   const float first = stream.Next();
   stream.SetSeed(saved);
   EXPECT_EQ(stream.Next(), first);
-
   ::setenv("GAENGINE_SEED", "12345", 1);
   UniformStream a, b;
   a.SeedFromClock();
@@ -147,8 +146,6 @@ TEST(UniformStream, SeedCanBeSavedRestoredAndFixedFromTheEnvironment) {
   EXPECT_NE(a.GetSeed(), saved);
   EXPECT_EQ(a.Next(), b.Next());
 }
-
-using testing::ReadLines;
 
 class RunLogSessions : public testing::InTempDir {};
 
@@ -190,8 +187,6 @@ TEST_F(RunLogSessions, WithoutALogALineStillReachesStandardOutput) {
   EXPECT_EQ(::testing::internal::GetCapturedStdout(), "hello\n");
   EXPECT_FALSE(testing::FileExists(".log"));
 }
-
-using testing::InTempDir;
 
 class Messages : public testing::InTempDir {};
 
