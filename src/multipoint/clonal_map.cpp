@@ -205,6 +205,24 @@ bool ValidInput(int32_t num_individuals, const std::vector<char>& types, const s
   return true;
 }
 
+// The intervals between a parent's first and last segregating markers along an order.
+struct ParentSpan {
+  std::size_t from = 0, to = 0;  // intervals from..to-1
+  bool Covers(std::size_t interval) const { return interval >= from && interval < to; }
+};
+
+ParentSpan SegregatingSpan(const ClonalCalls& calls, const std::vector<int32_t>& order, int parent) {
+  ParentSpan span;
+  bool seen = false;
+  for (std::size_t p = 0; p < order.size(); ++p) {
+    if (!SegregatesIn(calls.categories[static_cast<std::size_t>(order[p])], parent)) continue;
+    if (!seen) span.from = p;
+    seen = true;
+    span.to = p;
+  }
+  return span;
+}
+
 }  // namespace
 
 int FitClonalChain(const ClonalCalls& calls, ClonalChain& chain, const ClonalFitSettings& settings, bool fresh_phases) {
@@ -574,12 +592,18 @@ ClonalGroupMap MapClonalGroup(int32_t num_individuals, const std::vector<char>& 
   map.error_rate = chain.error_rate;
   map.log10_likelihood = chain.log_likelihood / std::numbers::ln10;
   map.positions_cm.assign(chain.order.size(), 0.0);
+  const ParentSpan first = SegregatingSpan(calls, chain.order, 0), second = SegregatingSpan(calls, chain.order, 1);
   for (std::size_t k = 0; k < chain.rf_first.size(); ++k) {
-    const double combined = 0.5 * (chain.rf_first[k] + chain.rf_second[k]);
+    // Beyond a parent's outermost segregating marker nothing tells its frequency from the
+    // start EM left it at: the combined map takes the other parent's there.
+    const bool first_known = first.Covers(k), second_known = second.Covers(k);
+    const double rf_first = first_known || !second_known ? chain.rf_first[k] : chain.rf_second[k];
+    const double rf_second = second_known || !first_known ? chain.rf_second[k] : chain.rf_first[k];
+    const double combined = 0.5 * (rf_first + rf_second);
     map.interval_rf.push_back(combined);
     map.positions_cm[k + 1] = map.positions_cm[k] + MapRecToDistance(options.mapping_function, static_cast<float>(combined));
-    out.first_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(chain.rf_first[k]));
-    out.second_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(chain.rf_second[k]));
+    if (first_known) out.first_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(rf_first));
+    if (second_known) out.second_length_cm += MapRecToDistance(options.mapping_function, static_cast<float>(rf_second));
   }
   map.suspects = ClonalSuspects(calls, chain, options.suspect_posterior);
   out.phases = chain.phases;

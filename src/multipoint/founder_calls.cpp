@@ -28,14 +28,17 @@ GroupCalls MakeFounderCalls(int32_t type, int32_t num_individuals, const std::ve
   for (int32_t m = 0; m < g.num_markers; ++m) {
     int alleles = 0;
     uint8_t* agrees = &g.agrees[static_cast<std::size_t>(m) * kNumCallCodes];
-    for (int s = 0; s < f; ++s) {
+    for (int founder = 0; founder < f; ++founder) {
       bool first = true;
-      for (int code = 0; code < f; ++code) {
-        if (FounderAllele(patterns[m], f, code) != FounderAllele(patterns[m], f, s)) continue;
-        agrees[code] |= static_cast<uint8_t>(1 << s);
-        if (code < s) first = false;
-      }
+      for (int code = 0; code < founder; ++code)
+        if (FounderAllele(patterns[m], f, code) == FounderAllele(patterns[m], f, founder)) first = false;
       alleles += first;
+    }
+    for (int s = 0; s < g.design.num_states; ++s) {
+      const int founder = FounderOfState(g.design, s);
+      for (int code = 0; code < f; ++code)
+        if (FounderAllele(patterns[m], f, code) == FounderAllele(patterns[m], f, founder))
+          agrees[code] |= static_cast<uint8_t>(1 << s);
       agrees[kMissingCall] |= static_cast<uint8_t>(1 << s);
     }
     g.shown.push_back(static_cast<int8_t>(alleles));

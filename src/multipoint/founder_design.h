@@ -8,6 +8,11 @@
 // broke the interval, its sister founder of the first cross is reached through a crossover in
 // the last meiosis only, and the rest through the earlier ones. Selfing to fixation expands the
 // map as for two-way lines (one crossover in an inbred line stands for 2r / (1 + 2r)).
+//
+// Selfing leaves the founder segments of four-way inbred lines clustered: a line that leaves
+// one chromosome of the four-way plant for a short stretch of the other comes back to the
+// founder it left. Their chain keeps both chromosomes' founders, so such a stretch costs two
+// moves between chromosomes, not two changes of founder that the chain would rather call wrong.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +26,9 @@ namespace gae {
 HmmDesign MakeFounderDesign(int32_t pure_line_type);
 
 int FounderCount(int32_t pure_line_type);
+
+// The founder (0-based) a line carries in hidden state `s`.
+int FounderOfState(const HmmDesign& design, int s);
 
 // Row s at s * kMaxChainStates, as TransitionMatrix.
 void FounderTransitions(const HmmDesign& design, double r, double* matrix);

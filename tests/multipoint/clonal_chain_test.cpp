@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -147,7 +148,8 @@ struct BredClonal {
   std::vector<int32_t> categories;
 };
 
-BredClonal BreedClonal(int num_markers, int individuals, uint64_t seed) {
+// Categories 1 to 4 in turn unless `category` gives them.
+BredClonal BreedClonal(int num_markers, int individuals, uint64_t seed, int (*category)(int) = nullptr) {
   std::mt19937 rng(static_cast<unsigned>(seed));
   BredClonal b;
   for (int m = 0; m < num_markers; ++m) {
@@ -155,7 +157,7 @@ BredClonal BreedClonal(int num_markers, int individuals, uint64_t seed) {
     marker.name = "m";
     marker.name += std::to_string(m);
     marker.position_cm = 100.0 * m / (num_markers - 1);
-    marker.category = 1 + m % 4;
+    marker.category = category ? category(m) : 1 + m % 4;
     marker.first_phase = static_cast<int>(rng() % 2);
     marker.second_phase = static_cast<int>(rng() % 2);
     b.markers.push_back(marker);
@@ -228,6 +230,25 @@ TEST(ClonalChain, GroupMapRestoresAShuffledOrderAndKeepsEveryLinkedMarker) {
     EXPECT_LT(map.map.positions_cm[k] - map.map.positions_cm[k - 1], 40.0);
   EXPECT_NEAR(map.first_length_cm, 100.0, 10.0);
   EXPECT_NEAR(map.second_length_cm, 100.0, 10.0);
+}
+
+// A chromosome whose first six markers segregate in the first parent only and last ten in the
+// second only: a parent's map spans its own markers (the others' intervals tell nothing of its
+// meioses, so EM would leave them where they started) and the combined map is the bred length.
+TEST(ClonalChain, EachParentsLengthSpansItsOwnSegregatingMarkers) {
+  const BredClonal b = BreedClonal(40, 300, 13, [](int m) { return m < 6 ? 3 : m >= 30 ? 2 : 1 + m % 4; });
+  std::vector<int32_t> order(40);
+  std::iota(order.begin(), order.end(), 0);
+  MultipointOptions options;
+  options.mapping_function = 2;  // Haldane, as bred
+  options.polish_order = false;
+  const ClonalGroupMap map = MapClonalGroup(300, b.types, b.categories, order, options);
+  ASSERT_TRUE(map.map.ok);
+  const double first_span = b.markers[29].position_cm - b.markers[0].position_cm;
+  const double second_span = b.markers[39].position_cm - b.markers[6].position_cm;
+  EXPECT_NEAR(map.first_length_cm / first_span, 1.0, 0.12);
+  EXPECT_NEAR(map.second_length_cm / second_span, 1.0, 0.12);
+  EXPECT_NEAR(map.map.positions_cm.back() / 100.0, 1.0, 0.1);
 }
 
 // A progeny's call at an ABCD marker in the middle of the chromosome turned into the type of the

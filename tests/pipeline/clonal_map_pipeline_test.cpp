@@ -124,11 +124,21 @@ TEST_P(ClonalMapPipeline, BredChromosomesComeBackWithTheirOrdersLengthsAndPhases
             kChromosomes);
   EXPECT_GE(placed, kChromosomes * kMarkers - 3);
   ASSERT_EQ(r.parental_maps.size(), 2u);
-  for (const ParentalMap& parent : r.parental_maps)
-    for (const float length : parent.group_lengths_cm)
-      if (length > 0) {
-        EXPECT_NEAR(length / kLengthCm, 1.0, 0.2);
+  // A parent's map reaches from its first segregating marker to its last (A=B markers segregate
+  // in the second parent only, C=D in the first).
+  for (int parent = 0; parent < 2; ++parent)
+    for (std::size_t g = 0; g < r.groups.size(); ++g) {
+      const float length = r.parental_maps[static_cast<std::size_t>(parent)].group_lengths_cm[g];
+      if (length <= 0) continue;
+      double from = kLengthCm, to = 0;
+      for (const int32_t m : r.groups[g].markers) {
+        const SimulatedClonalMarker& bred_marker = *bred[r.marker_names[static_cast<std::size_t>(m - 1)]];
+        if (bred_marker.category == (parent == 0 ? 2 : 3)) continue;
+        from = std::min(from, bred_marker.position_cm);
+        to = std::max(to, bred_marker.position_cm);
       }
+      EXPECT_NEAR(length / (to - from), 1.0, 0.2) << r.groups[g].name << " parent " << parent;
+    }
   ASSERT_TRUE(r.error_rate.has_value());
   EXPECT_NEAR(*r.error_rate, 0.01, 0.005);
 
