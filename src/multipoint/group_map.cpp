@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "multipoint/chain_fit.h"
+#include "multipoint/far_blocks.h"
 #include "multipoint/frame_insertion.h"
 #include "multipoint/hmm_design.h"
 #include "multipoint/linkage_gain.h"
@@ -57,7 +58,8 @@ std::vector<SuspectCall> FindSuspects(const GroupCalls& calls, const ChainState&
 
 // The local search from an evaluated, fitted chain: markers stranded far from their place are
 // put back before the polish, while the block moves cannot yet have found them a poor place
-// that looks linked, and once more after it. Returns the moves taken; `gains` is left with the
+// that looks linked, and once more after it; blocks far from their place are carried back
+// after it. Returns the moves taken; `gains` is left with the
 // linkage of each position when the last step moved nothing, else empty.
 int SearchOrder(const GroupCalls& calls, ChainState& st, const FitSettings& fit, const MultipointOptions& options,
                 int& em_iterations, std::vector<double>& gains) {
@@ -70,6 +72,12 @@ int SearchOrder(const GroupCalls& calls, ChainState& st, const FitSettings& fit,
   const int early = RelocateStrays(calls, st, LinkageGains(calls, st, fit.max_rf), fit, relocation);
   if (early > 0) em_iterations += FitChain(calls, st, fit);
   int moves = early + PolishOrder(calls, st, fit, polish).moves;
+  const int carried = CarryFarBlocks(calls, st, fit, FarBlockSettings{});
+  if (carried > 0) {
+    moves += carried;
+    em_iterations += FitChain(calls, st, fit);
+    moves += PolishOrder(calls, st, fit, polish).moves;
+  }
   gains = LinkageGains(calls, st, fit.max_rf);
   const int relocated = RelocateStrays(calls, st, gains, fit, relocation);
   if (relocated > 0) {

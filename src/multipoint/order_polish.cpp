@@ -122,22 +122,15 @@ class Sweep {
     }
   }
 
+  // A marker taken out closes its gap and splits the one it lands in: better starting
+  // frequencies than the sums of those it passes, which one round of EM cannot mend when it
+  // passes several.
   void TryReinsertions(int p) {
-    WindowMove mv;
-    const int32_t x = st_.order[p];
     for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
       if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
-      mv.first = std::min(p, q);
-      mv.last = std::max(p, q);
-      mv.markers.clear();
-      if (q > p) {
-        mv.markers.assign(st_.order.begin() + p + 1, st_.order.begin() + q + 1);
-        mv.markers.push_back(x);
-      } else {
-        mv.markers.push_back(x);
-        mv.markers.insert(mv.markers.end(), st_.order.begin() + q, st_.order.begin() + p);
-      }
-      Consider(mv);
+      WindowMove mv = ShiftMove(st_, p, p, q > p ? q : q - 1, false);
+      ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_, /*start_given=*/true);
+      Keep(mv, false);
     }
   }
 
