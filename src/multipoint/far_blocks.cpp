@@ -18,6 +18,9 @@ struct Candidate {
 
 std::vector<Candidate> OutstandingBlocks(const ChainState& st, const FarBlockSettings& set) {
   const int m = static_cast<int>(st.order.size());
+  std::vector<double> sorted = st.rf;
+  std::nth_element(sorted.begin(), sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2), sorted.end());
+  const double least_edge = set.edge_over_median * sorted[sorted.size() / 2];
   std::vector<Candidate> out;
   for (int k = set.min_block; k <= set.max_block && k < m; ++k)
     for (int first = 0; first + k <= m; ++first) {
@@ -25,7 +28,7 @@ std::vector<Candidate> OutstandingBlocks(const ChainState& st, const FarBlockSet
       const double left = first > 0 ? st.rf[first - 1] : 0.5, right = last + 1 < m ? st.rf[last] : 0.5;
       const double inner = *std::max_element(st.rf.begin() + first, st.rf.begin() + last);
       const double edge = std::min(left, right);
-      if (edge > inner)
+      if (edge > inner && edge > least_edge)
         out.push_back({first, last, {st.order.begin() + first, st.order.begin() + last + 1}, edge});
     }
   std::stable_sort(out.begin(), out.end(), [](const Candidate& a, const Candidate& b) { return a.edge > b.edge; });

@@ -16,6 +16,7 @@ struct FarBlockSettings {
   int max_block = 4;
   int reach = 150;       // places a block is carried, either way
   int max_blocks = 40;   // blocks tried, those with the longest edges first
+  double edge_over_median = 2;  // edges longer than this many median intervals
   int fitted = 3;        // best-guessed carries of a block fitted by EM
   int em_rounds = 3;
   double min_gain = 1e-3;  // natural log
