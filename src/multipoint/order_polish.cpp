@@ -122,14 +122,15 @@ class Sweep {
     }
   }
 
-  // A marker taken out closes its gap and splits the one it lands in: better starting
-  // frequencies than the sums of those it passes, which one round of EM cannot mend when it
-  // passes several.
+  // A marker that passes several others starts from the gap it closes and the one it lands in
+  // split: the sums of the frequencies it passes are too far off for one round of EM to mend.
+  // A marker swapped with its neighbour starts from those sums, closer for so short a step.
   void TryReinsertions(int p) {
     for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
       if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
       WindowMove mv = ShiftMove(st_, p, p, q > p ? q : q - 1, false);
-      ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_, /*start_given=*/true);
+      const bool swap = q == p + 1;
+      ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_, /*start_given=*/!swap);
       Keep(mv, false);
     }
   }
