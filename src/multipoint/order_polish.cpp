@@ -122,15 +122,14 @@ class Sweep {
     }
   }
 
-  // A marker that passes several others starts from the gap it closes and the one it lands in
-  // split: the sums of the frequencies it passes are too far off for one round of EM to mend.
-  // A marker swapped with its neighbour starts from either, as neither is always the closer.
+  // A marker moved is scored from two starts of its window's frequencies, as one round of EM
+  // cannot mend either when it is far off, and neither is always the closer: the gap it closes
+  // and the one it lands in split, or the sums of the frequencies between new neighbours.
   void TryReinsertions(int p) {
     for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
       if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
       const WindowMove shifted = ShiftMove(st_, p, p, q > p ? q : q - 1, false);
       for (const bool given : {true, false}) {
-        if (!given && q != p + 1) break;
         WindowMove mv = shifted;
         ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_, given);
         Keep(mv, false);
