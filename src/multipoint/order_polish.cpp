@@ -1,6 +1,7 @@
 #include "multipoint/order_polish.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "multipoint/block_moves.h"
 #include "multipoint/window_moves.h"
@@ -122,14 +123,15 @@ class Sweep {
     }
   }
 
-  // A marker moved is scored from two starts of its window's frequencies, as one round of EM
-  // cannot mend either when it is far off, and neither is always the closer: the gap it closes
-  // and the one it lands in split, or the sums of the frequencies between new neighbours.
+  // A marker moved starts from the gap it closes and the one it lands in split: the sums of
+  // the frequencies between new neighbours are too far off for one round of EM to mend when it
+  // passes several markers. Over one or two, neither start is always the closer: both are tried.
   void TryReinsertions(int p) {
     for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
       if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
       const WindowMove shifted = ShiftMove(st_, p, p, q > p ? q : q - 1, false);
       for (const bool given : {true, false}) {
+        if (!given && std::abs(q - p) > 2) break;
         WindowMove mv = shifted;
         ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_, given);
         Keep(mv, false);
