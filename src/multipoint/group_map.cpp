@@ -5,6 +5,8 @@
 #include <numbers>
 
 #include "multipoint/chain_fit.h"
+#include "multipoint/far_blocks.h"
+#include "multipoint/frame_insertion.h"
 #include "multipoint/hmm_design.h"
 #include "multipoint/linkage_gain.h"
 #include "multipoint/order_polish.h"
@@ -16,6 +18,8 @@ namespace gae {
 namespace {
 
 constexpr double kStartFrequency = 0.05;
+// Fewer co-dominant markers than this make no frame worth ordering on its own.
+constexpr int kMinFrame = 4;
 
 FitSettings FitFrom(const MultipointOptions& o) {
   FitSettings f;
@@ -52,6 +56,55 @@ std::vector<SuspectCall> FindSuspects(const GroupCalls& calls, const ChainState&
   return out;
 }
 
+// The local search from an evaluated, fitted chain: markers stranded far from their place are
+// put back before the polish, while the block moves cannot yet have found them a poor place
+// that looks linked, and once more after it; blocks far from their place are carried back
+// after it. Returns the moves taken; `gains` is left with the
+// linkage of each position when the last step moved nothing, else empty.
+int SearchOrder(const GroupCalls& calls, ChainState& st, const FitSettings& fit, const MultipointOptions& options,
+                int& em_iterations, std::vector<double>& gains) {
+  PolishSettings polish;
+  polish.reach = options.reach;
+  polish.window = options.window;
+  polish.em_rounds = options.polish_em_rounds;
+  RelocationSettings relocation;
+  relocation.below_lod = options.relocate_lod;
+  const int early = RelocateStrays(calls, st, LinkageGains(calls, st, fit.max_rf), fit, relocation);
+  if (early > 0) em_iterations += FitChain(calls, st, fit);
+  int moves = early + PolishOrder(calls, st, fit, polish).moves;
+  const int carried = CarryFarBlocks(calls, st, fit, FarBlockSettings{});
+  if (carried > 0) {
+    moves += carried;
+    em_iterations += FitChain(calls, st, fit);
+    moves += PolishOrder(calls, st, fit, polish).moves;
+  }
+  gains = LinkageGains(calls, st, fit.max_rf);
+  const int relocated = RelocateStrays(calls, st, gains, fit, relocation);
+  if (relocated > 0) {
+    moves += relocated;
+    em_iterations += FitChain(calls, st, fit);
+    moves += PolishOrder(calls, st, fit, polish).moves;
+    gains.clear();
+  }
+  return moves;
+}
+
+// The frame searched on its own, the other markers put in its gaps, and the whole searched
+// again. Returns the moves of the last search.
+int SearchFromFrame(const GroupCalls& calls, const std::vector<int32_t>& start_order, const std::vector<int32_t>& frame,
+                    const FitSettings& fit,
+                    const MultipointOptions& options, ChainState& st, int& em_iterations, std::vector<double>& gains) {
+  em_iterations += Fit(calls, st, frame, fit.fixed_error.value_or(options.start_error_rate), fit);
+  SearchOrder(calls, st, fit, options, em_iterations, gains);
+  std::vector<bool> in_frame(calls.num_markers, false);
+  for (int32_t m : frame) in_frame[m] = true;
+  std::vector<int32_t> others;
+  for (int32_t m : start_order)
+    if (!in_frame[m]) others.push_back(m);
+  em_iterations += Fit(calls, st, InsertIntoFrame(calls, st, others), st.error_rate, fit);
+  return SearchOrder(calls, st, fit, options, em_iterations, gains);
+}
+
 }  // namespace
 
 bool ValidStartOrder(std::size_t num_markers, const std::vector<int32_t>& start_order) {
@@ -84,25 +137,19 @@ MultipointGroupMap MapGroupCalls(const GroupCalls& calls, const std::vector<int3
   map.em_iterations = Fit(calls, st, start_order, fit.fixed_error.value_or(options.start_error_rate), fit);
   std::vector<double> gains;
   if (options.polish_order) {
-    PolishSettings polish;
-    polish.reach = options.reach;
-    polish.window = options.window;
-    polish.em_rounds = options.polish_em_rounds;
-    // Markers stranded far from their place are put back before anything is dropped: once
-    // before polishing, while the block moves cannot yet have found them a poor place that
-    // looks linked, and once after.
-    RelocationSettings relocation;
-    relocation.below_lod = options.relocate_lod;
-    const int early = RelocateStrays(calls, st, LinkageGains(calls, st, fit.max_rf), fit, relocation);
-    if (early > 0) map.em_iterations += FitChain(calls, st, fit);
-    map.polish_moves = early + PolishOrder(calls, st, fit, polish).moves;
-    gains = LinkageGains(calls, st, fit.max_rf);
-    const int relocated = RelocateStrays(calls, st, gains, fit, relocation);
-    if (relocated > 0) {
-      map.polish_moves += relocated;
-      map.em_iterations += FitChain(calls, st, fit);
-      map.polish_moves += PolishOrder(calls, st, fit, polish).moves;
-      gains.clear();
+    map.polish_moves = SearchOrder(calls, st, fit, options, map.em_iterations, gains);
+    // A frame of co-dominant markers with the others put in its gaps is a second start; the
+    // likelier of the two searched orders stands.
+    const std::vector<int32_t> frame = FrameMarkers(calls, start_order, kMinFrame);
+    if (!frame.empty()) {
+      ChainState framed;
+      std::vector<double> framed_gains;
+      const int moves = SearchFromFrame(calls, start_order, frame, fit, options, framed, map.em_iterations, framed_gains);
+      if (framed.log_likelihood > st.log_likelihood) {
+        st = std::move(framed);
+        gains = std::move(framed_gains);
+        map.polish_moves = moves;
+      }
     }
   }
   // Markers that the chain gains nothing from leave the group, and the rest is fitted again.

@@ -1,6 +1,7 @@
 #include "multipoint/order_polish.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "multipoint/block_moves.h"
 #include "multipoint/window_moves.h"
@@ -122,22 +123,19 @@ class Sweep {
     }
   }
 
+  // A marker moved starts from the gap it closes and the one it lands in split: the sums of
+  // the frequencies between new neighbours are too far off for one round of EM to mend when it
+  // passes several markers. Over one or two, neither start is always the closer: both are tried.
   void TryReinsertions(int p) {
-    WindowMove mv;
-    const int32_t x = st_.order[p];
     for (int q = std::max(0, p - set_.reach); q <= std::min(m_ - 1, p + set_.reach); ++q) {
       if (q == p || q == p - 1) continue;  // a step to the left is the left neighbour's step right
-      mv.first = std::min(p, q);
-      mv.last = std::max(p, q);
-      mv.markers.clear();
-      if (q > p) {
-        mv.markers.assign(st_.order.begin() + p + 1, st_.order.begin() + q + 1);
-        mv.markers.push_back(x);
-      } else {
-        mv.markers.push_back(x);
-        mv.markers.insert(mv.markers.end(), st_.order.begin() + q, st_.order.begin() + p);
+      const WindowMove shifted = ShiftMove(st_, p, p, q > p ? q : q - 1, false);
+      for (const bool given : {true, false}) {
+        if (!given && std::abs(q - p) > 2) break;
+        WindowMove mv = shifted;
+        ScoreWindow(calls_, st_, position_of_, set_.em_rounds, fit_.max_rf, mv, scratch_, given);
+        Keep(mv, false);
       }
-      Consider(mv);
     }
   }
 
