@@ -26,7 +26,7 @@ std::vector<Candidate> OutstandingBlocks(const ChainState& st, const FarBlockSet
     for (int first = 0; first + k <= m; ++first) {
       const int last = first + k - 1;
       const double left = first > 0 ? st.rf[first - 1] : 0.5, right = last + 1 < m ? st.rf[last] : 0.5;
-      const double inner = *std::max_element(st.rf.begin() + first, st.rf.begin() + last);
+      const double inner = k > 1 ? *std::max_element(st.rf.begin() + first, st.rf.begin() + last) : 0.0;
       const double edge = std::min(left, right);
       if (edge > inner && edge > least_edge)
         out.push_back({first, last, {st.order.begin() + first, st.order.begin() + last + 1}, edge});

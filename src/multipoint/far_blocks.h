@@ -1,6 +1,7 @@
-// Blocks of a few markers far from their place. A start order can leave two to four
-// neighbouring markers many places away, each linked well to the others, so neither the
-// polish's short carries nor the single-marker relocation reach them. A block stands out by
+// Blocks of a few markers far from their place. A start order can leave one to four
+// neighbouring markers many places away, linked well enough to stay out of the single-marker
+// relocation (a marker left at the end of a chromosome is linked to its one neighbour), and
+// the polish's short carries do not reach them. A block stands out by
 // its edges: both intervals at them longer than any inside it (or an end of the chromosome).
 // Each such block is carried to every place within a long reach, either way round, all scored
 // at once from cached vectors at guessed frequencies; those guesses can be far off, so the
@@ -12,7 +13,7 @@
 namespace gae {
 
 struct FarBlockSettings {
-  int min_block = 2;
+  int min_block = 1;
   int max_block = 4;
   int reach = 150;       // places a block is carried, either way
   int max_blocks = 40;   // blocks tried, those with the longest edges first
