@@ -92,7 +92,7 @@ TEST_F(ClonalPairFile, SevenWordsPerPairTheSameAtAnyThreadCountWithPhasesOfTheBr
   map.types = data.markers.types;
   map.num_markers = map.num_mapped = 12;
   map.anchor.assign(12, 0);
-  map.chromosome_names = {std::string("Chromsome1") + std::string(9, ' ')};
+  map.chromosome_names = {std::string("Chromsome1         ")};  // 19 characters, as read
   map.chromosome_sizes = {12};
   for (int k = 1; k <= 12; ++k) {
     map.order.push_back(k);
