@@ -48,6 +48,17 @@ bool Write(const Drawing& drawing, PictureFormat format, const std::string& path
   return true;
 }
 
+// The heat map is a raster: PNG, or PDF where its names stay text.
+PictureFormat HeatMapFormat(PictureFormat format) {
+  return format == PictureFormat::kPdf ? PictureFormat::kPdf : PictureFormat::kPng;
+}
+
+// The chart, the map against the genome and the heat map; `tail` is a group's part of the name.
+std::vector<std::string> PictureSuffixes(const std::string& tail, PictureFormat format) {
+  const std::string ext = ExtensionOf(format);
+  return {tail + ".map." + ext, tail + ".physical." + ext, tail + ".rf." + ExtensionOf(HeatMapFormat(format))};
+}
+
 int Draw(const PlotOptions& o) {
   gae::MapTool tool{};
   if (!MapToolOf(o.tool.empty() ? o.file : o.tool, tool)) {
@@ -74,12 +85,10 @@ int Draw(const PlotOptions& o) {
     stem += "." + FileSafe(sources.group_names.front());
   }
   const std::string ext = ExtensionOf(format);
-  // The heat map is a raster: PNG, or PDF where its names stay text.
-  const PictureFormat heat_format = format == PictureFormat::kPdf ? PictureFormat::kPdf : PictureFormat::kPng;
+  const PictureFormat heat_format = HeatMapFormat(format);
   const std::string tail = stem.substr(sources.stem.size());  // the group's part of the names
   RunScope scope;
-  if (!scope.Begin(o.file, {tail + ".map." + ext, tail + ".physical." + ext, tail + ".rf." + ExtensionOf(heat_format)}))
-    return 1;
+  if (!scope.Begin(o.file, PictureSuffixes(tail, format))) return 1;
   const MapChart& chart = sources.chart;
   if (!Write(DrawChart(chart, LayOutChart(chart, CairoTextWidth)), format, stem + ".map." + ext, "Map chart")) return 1;
   const std::vector<PhysicalPanel> panels = PhysicalPanels(sources);
@@ -106,6 +115,8 @@ int Draw(const PlotOptions& o) {
 }
 
 }  // namespace
+
+std::vector<std::string> MapPictureSuffixes() { return PictureSuffixes("", PictureFormat::kSvg); }
 
 int WriteMapPictures(const std::string& file, const std::string& tool_name) {
   PlotOptions o;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "input/tool_codes.h"
 
@@ -27,6 +28,8 @@ void RegisterImportCommand(CLI::App& app, int& exit_code);
 // Draws <stem>.map.svg and <stem>.rf.png of a finished map from its result files. `tool_name`
 // is MAP, CDM or CMP; empty to take it from the file name. Returns the exit status.
 int WriteMapPictures(const std::string& file, const std::string& tool_name);
+// The names after the stem of the pictures WriteMapPictures may write.
+std::vector<std::string> MapPictureSuffixes();
 
 // The tool code users give for bi-parental rows in SNP and binning files; the readers take
 // every code other than the clonal and pure-line ones as bi-parental.

@@ -251,7 +251,10 @@ std::vector<std::string> ResultSuffixes(const MapOptions& o) {
   const std::vector<const char*>& reports = ToolOfFile(o.file, o.tool).suffixes;
   std::vector<std::string> suffixes(reports.begin(), reports.end());
   if (o.tsv) suffixes.insert(suffixes.end(), {".map.tsv", ".pairs.tsv"});
-  if (o.plots) suffixes.insert(suffixes.end(), {".map.svg", ".physical.svg", ".rf.png"});
+  if (o.plots) {
+    const std::vector<std::string> pictures = MapPictureSuffixes();
+    suffixes.insert(suffixes.end(), pictures.begin(), pictures.end());
+  }
   return suffixes;
 }
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -20,12 +19,7 @@ namespace {
 
 using testing::BredGroup;
 using testing::BredGroupPlan;
-
-std::vector<int32_t> Identity(int n) {
-  std::vector<int32_t> v(n);
-  std::iota(v.begin(), v.end(), 0);
-  return v;
-}
+using testing::TrueOrder;
 
 // A large population of each exact chain's design, with errors, mapped in its true order.
 TEST(MultipointGroupMap, EmRecoversFrequenciesAndTheErrorRateOfBredPopulations) {
@@ -47,8 +41,8 @@ TEST(MultipointGroupMap, EmRecoversFrequenciesAndTheErrorRateOfBredPopulations) 
     MultipointOptions options;
     options.polish_order = false;
     const MultipointGroupMap map =
-        MapGroupMultipoint(c.type, plan.individuals, bred.types, bred.categories, Identity(7), options);
-    ASSERT_EQ(map.order, Identity(7));
+        MapGroupMultipoint(c.type, plan.individuals, bred.types, bred.categories, TrueOrder(7), options);
+    ASSERT_EQ(map.order, TrueOrder(7));
     for (int k = 0; k < 6; ++k) {
       const double truth = testing::HaldaneFrequency(plan.positions_cm[k + 1] - plan.positions_cm[k]);
       // About four standard errors of a frequency from 3000 individuals.
@@ -72,7 +66,7 @@ TEST(MultipointGroupMap, PolishRestoresShuffledOrdersAndNeverLosesLikelihood) {
     plan.missing = 0.05;
     plan.seed = 5 + type;
     const BredGroup bred = testing::BreedGroup(plan);
-    std::vector<int32_t> start = Identity(30);
+    std::vector<int32_t> start = TrueOrder(30);
     for (int k = 0; k + 3 <= 30; k += 5) std::swap(start[k], start[k + 2]);
     std::swap(start[10], start[13]);
 
@@ -109,7 +103,7 @@ TEST(MultipointGroupMap, PlantedBlockInversionsAreUndone) {
   plan.recessive_share = 0.2;
   plan.seed = 31;
   const BredGroup bred = testing::BreedGroup(plan);
-  std::vector<int32_t> start = Identity(60);
+  std::vector<int32_t> start = TrueOrder(60);
   std::reverse(start.begin(), start.begin() + 6);
   std::reverse(start.begin() + 20, start.begin() + 28);
   std::rotate(start.begin() + 35, start.begin() + 38, start.begin() + 40);
@@ -127,7 +121,7 @@ TEST(MultipointGroupMap, PlantedBlockInversionsAreUndone) {
   std::vector<int32_t> order = st.order;
   if (order.front() > order.back()) std::reverse(order.begin(), order.end());
   // Markers 2 cM apart in 200 plants: the true order is the best by far.
-  EXPECT_EQ(order, Identity(60));
+  EXPECT_EQ(order, TrueOrder(60));
 }
 
 // Markers listed far from their place (out of reach of the local moves) go back beside their
@@ -161,7 +155,7 @@ TEST(MultipointGroupMap, MarkerOfNoiseIsDroppedAndNoIntervalIsUnlinked) {
   BredGroup bred = testing::BreedGroup(plan);
   testing::Breeder noise({0.5}, 99);
   for (int i = 0; i < plan.individuals; ++i) bred.types[4 * plan.individuals + i] = "AHB"[static_cast<int>(noise.Uniform() * 3)];
-  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, Identity(8), {});
+  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, TrueOrder(8), {});
   EXPECT_EQ(map.dropped, std::vector<int32_t>{4});
   ASSERT_EQ(map.order.size(), 7u);
   for (double rf : map.interval_rf) EXPECT_LT(rf, 0.2);
@@ -178,7 +172,7 @@ TEST(MultipointGroupMap, SuspectCallsAreTheInjectedErrors) {
   plan.missing = 0.05;
   plan.seed = 17;
   const BredGroup bred = testing::BreedGroup(plan);
-  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, Identity(60), {});
+  const MultipointGroupMap map = MapGroupMultipoint(7, plan.individuals, bred.types, bred.categories, TrueOrder(60), {});
   const long injected = std::count(bred.wrong.begin(), bred.wrong.end(), true);
   long hits = 0;
   for (const SuspectCall& s : map.suspects) hits += bred.wrong[s.marker * plan.individuals + s.individual];
@@ -215,7 +209,7 @@ TEST(MultipointGroupMap, GroupsMapOnThreadsAsTheyDoAlone) {
     plan.error_rate = 0.02;
     groups.push_back(testing::BreedGroup(plan));
   }
-  std::vector<int32_t> start = Identity(25);
+  std::vector<int32_t> start = TrueOrder(25);
   std::swap(start[3], start[6]);
   auto run = [&](int k) { return MapGroupMultipoint(k == 0 ? 7 : 4, 120, groups[k].types, groups[k].categories, start, {}); };
   MultipointGroupMap on_thread[2];

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <random>
 #include <vector>
 
@@ -21,12 +20,7 @@ namespace {
 
 using testing::BredGroup;
 using testing::BredGroupPlan;
-
-std::vector<int32_t> Identity(int n) {
-  std::vector<int32_t> v(n);
-  std::iota(v.begin(), v.end(), 0);
-  return v;
-}
+using testing::TrueOrder;
 
 // The chain evaluated at given frequencies (no fitting).
 double Evaluated(const GroupCalls& calls, std::vector<int32_t> order, std::vector<double> rf, double error) {
@@ -155,7 +149,7 @@ TEST(SearchReach, AFarBlockIsCarriedHome) {
     plan.seed = 8;
     const BredGroup bred = testing::BreedGroup(plan);
     const GroupCalls calls = MakeGroupCalls(type, plan.individuals, bred.types, bred.categories);
-    std::vector<int32_t> start = Identity(30);
+    std::vector<int32_t> start = TrueOrder(30);
     start.erase(start.begin() + 20, start.begin() + 23);
     start.insert(start.begin() + 9, {22, 21, 20});
     ChainState st;
@@ -169,7 +163,7 @@ TEST(SearchReach, AFarBlockIsCarriedHome) {
     EXPECT_GT(st.log_likelihood, before);
     std::vector<int32_t> order = st.order;
     if (order.front() > order.back()) std::reverse(order.begin(), order.end());
-    EXPECT_EQ(order, Identity(30));
+    EXPECT_EQ(order, TrueOrder(30));
   }
 }
 
@@ -192,7 +186,7 @@ TEST(SearchReach, LengthsMatchTheTruthWithErrors) {
       options.polish_order = false;
       options.mapping_function = 2;
       const MultipointGroupMap map =
-          MapGroupMultipoint(type, plan.individuals, bred.types, bred.categories, Identity(30), options);
+          MapGroupMultipoint(type, plan.individuals, bred.types, bred.categories, TrueOrder(30), options);
       ASSERT_EQ(map.order.size(), 30u);
       EXPECT_NEAR(map.positions_cm.back() / 29.0, 1.0, 0.05);
     }

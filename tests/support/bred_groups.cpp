@@ -1,6 +1,7 @@
 #include "support/bred_groups.h"
 
 #include <cmath>
+#include <numeric>
 #include <string>
 
 #include "support/breeder.h"
@@ -59,6 +60,12 @@ BredGroup BreedGroup(const BredGroupPlan& plan) {
     }
   }
   return g;
+}
+
+std::vector<int32_t> TrueOrder(int markers) {
+  std::vector<int32_t> order(static_cast<std::size_t>(markers));
+  std::iota(order.begin(), order.end(), 0);
+  return order;
 }
 
 std::vector<double> EvenPositions(int markers, double spacing_cm) {

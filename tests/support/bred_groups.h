@@ -29,6 +29,9 @@ struct BredGroup {
 
 BredGroup BreedGroup(const BredGroupPlan& plan);
 
+// The true order of a bred group of `markers`: 0, 1, ..., markers - 1.
+std::vector<int32_t> TrueOrder(int markers);
+
 // Positions `spacing` cM apart.
 std::vector<double> EvenPositions(int markers, double spacing_cm);
 
